@@ -1,0 +1,91 @@
+# How every folder of the house becomes a target.
+#
+#   house_library(<target> LINKS <targets…>)   one static library per folder
+#   house_program(<target> LINKS <targets…>)   one program per folder
+#   house_test(<target> LINKS <targets…>)      one GoogleTest program per folder
+#
+# Sources are the folder's *.cpp files. A folder's headers are reached by their
+# path from the root ("runtime/core/value.h"), but only through the targets it
+# links: each library exposes a private view of the tree that holds its own
+# folder and nothing else, so an include against the arrows does not compile.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+option(HOUSE_QT "Build the Qt screen and the programs that need it" ON)
+option(HOUSE_TESTS "Build the tests" ON)
+option(HOUSE_BENCH "Build the benchmarks" OFF)
+option(HOUSE_FUZZ "Build libFuzzer targets (clang)" OFF)
+option(HOUSE_UNITY "Compile each folder as few large units" OFF)
+set(HOUSE_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
+option(HOUSE_COVERAGE "Instrument for coverage" OFF)
+
+find_program(HOUSE_CCACHE ccache)
+if(HOUSE_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${HOUSE_CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wno-missing-field-initializers)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  add_compile_options(-Wno-deprecated-declarations)
+endif()
+if(HOUSE_SANITIZE)
+  add_compile_options(-fsanitize=${HOUSE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${HOUSE_SANITIZE})
+endif()
+if(HOUSE_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+
+function(_house_sources out)
+  file(GLOB found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(FILTER found EXCLUDE REGEX "_main\\.cpp$")
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()
+
+# A directory in which only this folder is visible, under its own path.
+function(_house_view out)
+  file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  string(REPLACE "/" "-" room ${folder})
+  set(view ${CMAKE_SOURCE_DIR}/build/include/${room})
+  get_filename_component(parent ${view}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  if(NOT EXISTS ${view}/${folder})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${folder} SYMBOLIC)
+  endif()
+  set(${out} ${view} PARENT_SCOPE)
+endfunction()
+
+function(house_library target)
+  cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE_LINKS" ${ARGN})
+  _house_sources(sources)
+  _house_view(view)
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    target_include_directories(${target} PUBLIC ${view})
+    target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ${HOUSE_UNITY})
+  else()
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE ${view})
+    target_link_libraries(${target} INTERFACE ${ARG_LINKS})
+  endif()
+endfunction()
+
+function(house_test target)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  _house_sources(sources)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${target} ${sources})
+  target_link_libraries(${target} PRIVATE ${ARG_LINKS} GTest::gmock_main)
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120 ENVIRONMENT "TZ=Europe/Rome;LC_ALL=C.UTF-8")
+endfunction()

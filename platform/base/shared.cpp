@@ -1,0 +1,70 @@
+#include "platform/base/shared.h"
+
+#include <mutex>
+
+namespace platform {
+
+namespace detail {
+
+// Outlives its object for as long as a WeakRef points at it.
+class WeakBlock {
+ public:
+  explicit WeakBlock(const Shared* object) : object_(object) {}
+
+  std::mutex mutex_;
+  const Shared* object_;
+  std::atomic<std::uint32_t> weak_{1};  // the object itself holds one
+};
+
+void addWeak(WeakBlock* b) noexcept { b->weak_.fetch_add(1, std::memory_order_relaxed); }
+
+void dropWeak(WeakBlock* b) noexcept {
+  if (b->weak_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete b;
+}
+
+const Shared* lockWeak(WeakBlock* b) noexcept {
+  // The object's memory stays valid while the lock is held and object_ is set:
+  // whoever drops the last reference clears object_ under this lock first.
+  std::lock_guard lock(b->mutex_);
+  if (!b->object_) return nullptr;
+  auto& refs = b->object_->refs_;
+  auto n = refs.load(std::memory_order_relaxed);
+  while (n != 0)
+    if (refs.compare_exchange_weak(n, n + 1, std::memory_order_acq_rel)) return b->object_;
+  return nullptr;
+}
+
+WeakBlock* weakBlockOf(const Shared& s) noexcept {
+  auto* block = s.weak_.load(std::memory_order_acquire);
+  if (!block) {
+    auto* fresh = new WeakBlock(&s);
+    if (s.weak_.compare_exchange_strong(block, fresh, std::memory_order_acq_rel))
+      block = fresh;
+    else
+      delete fresh;
+  }
+  addWeak(block);
+  return block;
+}
+
+}  // namespace detail
+
+void Shared::lastReleased() const noexcept {
+  if (auto* block = weak_.load(std::memory_order_acquire)) {
+    std::lock_guard lock(block->mutex_);
+    block->object_ = nullptr;
+  }
+  dispose();
+}
+
+Shared::~Shared() {
+  if (auto* block = weak_.load(std::memory_order_acquire)) {
+    {
+      std::lock_guard lock(block->mutex_);
+      block->object_ = nullptr;
+    }
+    detail::dropWeak(block);
+  }
+}
+
+}  // namespace platform
