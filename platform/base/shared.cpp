@@ -12,7 +12,7 @@ class WeakBlock {
   explicit WeakBlock(const Shared* object) : object_(object) {}
 
   std::mutex mutex_;
-  const Shared* object_;
+  std::atomic<const Shared*> object_;
   std::atomic<std::uint32_t> weak_{1};  // the object itself holds one
 };
 
@@ -26,12 +26,17 @@ const Shared* lockWeak(WeakBlock* b) noexcept {
   // The object's memory stays valid while the lock is held and object_ is set:
   // whoever drops the last reference clears object_ under this lock first.
   std::lock_guard lock(b->mutex_);
-  if (!b->object_) return nullptr;
-  auto& refs = b->object_->refs_;
+  const Shared* object = b->object_.load(std::memory_order_acquire);
+  if (!object) return nullptr;
+  auto& refs = object->refs_;
   auto n = refs.load(std::memory_order_relaxed);
   while (n != 0)
-    if (refs.compare_exchange_weak(n, n + 1, std::memory_order_acq_rel)) return b->object_;
+    if (refs.compare_exchange_weak(n, n + 1, std::memory_order_acq_rel)) return object;
   return nullptr;
+}
+
+const Shared* peekWeak(const WeakBlock* b) noexcept {
+  return b->object_.load(std::memory_order_acquire);
 }
 
 WeakBlock* weakBlockOf(const Shared& s) noexcept {

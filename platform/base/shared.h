@@ -32,6 +32,8 @@ void addWeak(WeakBlock*) noexcept;
 void dropWeak(WeakBlock*) noexcept;
 // A new strong reference to the block's object, or null when it is gone.
 const Shared* lockWeak(WeakBlock*) noexcept;
+// The block's object as an address to compare with, null when it is gone.
+const Shared* peekWeak(const WeakBlock*) noexcept;
 WeakBlock* weakBlockOf(const Shared&) noexcept;  // the result holds one weak count
 }  // namespace detail
 
@@ -141,6 +143,12 @@ class WeakRef {
   }
   // True for a reference that was never set, as opposed to one whose object is gone.
   bool unset() const noexcept { return block_ == nullptr; }
+  // True when the object that was set is gone.
+  bool expired() const noexcept { return block_ && !detail::peekWeak(block_); }
+  // True when this observes exactly p, which the caller keeps alive.
+  bool refersTo(const Shared* p) const noexcept {
+    return p && block_ && detail::peekWeak(block_) == p;
+  }
 
  private:
   detail::WeakBlock* block_ = nullptr;

@@ -1,0 +1,175 @@
+// Classes by name, each declared once.
+//
+// A class describes itself in one table: its name, its base, how to make one, its
+// subs and its fields in declared order. What the runtime does by name (events,
+// layout variables, text forms, custom types of the serializer, class look-up) reads
+// that table. Tables are put into the registry by main (or a test's set-up) before
+// anything runs, on the main thread; after that they are only read, from any thread.
+//
+//   void kes_main::describe(ClassBuilder<kes_main>& c) {
+//     c.name("kes_main");
+//     c.sub<&kes_main::_lstmenu_itemclick>("lstmenu_itemclick");  // "_lstmenu_itemclick::"
+//     c.field<&kes_main::_clv>("clv");                            // stored as "_clv"
+//   }
+//
+// A sub answers to its dispatch name: underscore, lower-case name, one colon for each
+// parameter of the C++ signature. A method answers to its platform name as it stands.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <typeindex>
+#include <unordered_map>
+#include <vector>
+
+#include "runtime/core/convert.h"
+#include "runtime/core/object.h"
+
+namespace kes {
+
+struct SubInfo {
+  std::string name;  // for a sub the dispatch name without its underscore
+  std::uint64_t hash = 0;
+  int arity = 0;
+  Value (*call)(Shared& target, Args args) = nullptr;
+};
+
+struct FieldInfo {
+  std::string name;  // the stored name, with its leading underscore
+  char kind = '@';   // '@' for what is held as an object, else the number's type code
+  Value (*get)(const Shared& target) = nullptr;
+  void (*set)(Shared& target, const Value& v) = nullptr;
+};
+
+std::uint64_t hashName(std::string_view name) noexcept;
+
+class ClassInfo {
+ public:
+  std::string_view name() const { return name_; }
+  const ClassInfo* base() const { return base_; }
+  bool isA(const ClassInfo& other) const;
+
+  // By event name ("lstmenu_itemclick::"), own subs before those of the base.
+  const SubInfo* sub(std::string_view eventName) const {
+    return sub(eventName, hashName(eventName));
+  }
+  const SubInfo* sub(std::string_view eventName, std::uint64_t hash) const;
+  // By the full name of a platform method ("mainBundle") or of a sub ("_base_resize::").
+  const SubInfo* method(std::string_view fullName) const;
+
+  // Fields in declared order, those of the base first.
+  const std::vector<FieldInfo>& fields() const { return fields_; }
+  const FieldInfo* field(std::string_view storedName) const;
+
+  // A new object of the class, not initialised; null for a class that has no maker.
+  Ref<Shared> make() const { return make_ ? make_() : nullptr; }
+
+ private:
+  friend class ClassRegistry;
+  template <class T>
+  friend class ClassBuilder;
+  void index();
+
+  std::string name_;
+  const ClassInfo* base_ = nullptr;
+  Ref<Shared> (*make_)() = nullptr;
+  std::vector<SubInfo> subs_;
+  std::vector<SubInfo> methods_;
+  std::vector<FieldInfo> fields_;
+  std::vector<std::uint32_t> slots_;  // open addressing over subs_, index + 1
+};
+
+template <class T>
+class ClassBuilder {
+ public:
+  explicit ClassBuilder(ClassInfo& info) : info_(info) {}
+
+  void name(std::string_view n) { info_.name_ = n; }
+  // The base class, which must be in the registry already.
+  template <class B>
+  void base();
+
+  template <auto Method>
+  void sub(std::string_view lowerName) {
+    using Call = detail::MethodCall<Method>;
+    SubInfo s;
+    s.name = lowerName;
+    s.name.append(Call::arity, ':');
+    s.arity = Call::arity;
+    s.call = &Call::template invoke<T>;
+    info_.subs_.push_back(std::move(s));
+  }
+  template <auto Method>
+  void method(std::string_view platformName) {
+    using Call = detail::MethodCall<Method>;
+    SubInfo s;
+    s.name = platformName;
+    s.arity = Call::arity;
+    s.call = &Call::template invoke<T>;
+    info_.methods_.push_back(std::move(s));
+  }
+  template <auto Member>
+  void field(std::string_view lowerName) {
+    using Field = detail::FieldAccess<Member>;
+    FieldInfo f;
+    f.name = "_";
+    f.name += lowerName;
+    f.kind = Field::kind;
+    f.get = &Field::template get<T>;
+    f.set = &Field::template set<T>;
+    info_.fields_.push_back(std::move(f));
+  }
+  // A field whose stored name is given as it stands ("_KEY" for KEY).
+  template <auto Member>
+  void storedField(std::string_view storedName) {
+    field<Member>("");
+    info_.fields_.back().name = storedName;
+  }
+
+ private:
+  ClassInfo& info_;
+};
+
+class ClassRegistry {
+ public:
+  static ClassRegistry& instance();
+
+  // Adds T's table; a second time changes nothing. T needs a static describe().
+  template <class T>
+  const ClassInfo& add() {
+    auto& slot = byType_[std::type_index(typeid(T))];
+    if (slot) return *slot;
+    auto info = std::make_unique<ClassInfo>();
+    if constexpr (std::is_default_constructible_v<T> && !std::is_abstract_v<T>)
+      info->make_ = [] { return Ref<Shared>(new T()); };
+    ClassBuilder<T> builder(*info);
+    T::describe(builder);
+    return finish(slot, std::move(info));
+  }
+  template <class... T>
+  void addAll() {
+    (add<T>(), ...);
+  }
+
+  const ClassInfo* find(std::string_view name) const;
+  const ClassInfo* of(const Shared& object) const;
+  template <class T>
+  const ClassInfo* of() const {
+    auto i = byType_.find(std::type_index(typeid(T)));
+    return i == byType_.end() ? nullptr : i->second.get();
+  }
+
+ private:
+  const ClassInfo& finish(std::unique_ptr<ClassInfo>& slot, std::unique_ptr<ClassInfo> info);
+
+  std::unordered_map<std::type_index, std::unique_ptr<ClassInfo>> byType_;
+  std::unordered_map<std::string, const ClassInfo*> byName_;
+};
+
+template <class T>
+template <class B>
+void ClassBuilder<T>::base() {
+  info_.base_ = &ClassRegistry::instance().add<B>();
+}
+
+}  // namespace kes

@@ -1,0 +1,53 @@
+// Dictionary: the table behind a KesMap: any value to any value.
+//
+// Entries lie in one block in the order in which they came; small tables are searched
+// in line, larger ones through an index made on demand. No caller may depend on the
+// order. Held by Ref, used on one thread at a time.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "runtime/core/object.h"
+
+namespace kes {
+
+class Dictionary final : public Object {
+ public:
+  struct Entry {
+    Value key;
+    Value value;
+  };
+
+  Dictionary() = default;
+  // Takes the entries over. Of equal keys the last wins.
+  explicit Dictionary(std::vector<Entry> entries);
+  ~Dictionary() override;  // frees nested containers without recursing
+
+  std::string_view className() const override { return "NSDictionary"; }
+
+  std::size_t size() const { return entries_.size(); }
+  const std::vector<Entry>& entries() const { return entries_; }
+  const Value* find(const Value& key) const;
+  const Value* find(std::string_view key) const;  // a text key, without making a Value
+  void put(Value key, Value value);
+  bool remove(const Value& key);
+  void clear();
+
+  Text description() const override;
+  bool isEqual(const Value& other) const override;
+  std::size_t hash() const override { return entries_.size(); }
+
+ private:
+  friend class ContainerReaper;
+  static constexpr std::size_t kLinear = 12;
+  static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+  template <class Key>
+  std::size_t locate(const Key& key, std::size_t hash) const;
+  void buildIndex() const;
+
+  std::vector<Entry> entries_;
+  mutable std::vector<std::uint32_t> index_;  // open addressing, entry number + 1
+};
+
+}  // namespace kes

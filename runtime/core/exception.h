@@ -1,0 +1,28 @@
+// The one exception of the runtime: a name, often empty, and the text that the
+// application reads through LastException.
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "runtime/core/text.h"
+
+namespace kes {
+
+class KesException : public std::exception {
+ public:
+  explicit KesException(Text reason) : KesException("", std::move(reason)) {}
+  KesException(Text name, Text reason)
+      : name_(std::move(name)), reason_(std::move(reason)), what_(reason_.str()) {}
+
+  const Text& name() const noexcept { return name_; }
+  const Text& reason() const noexcept { return reason_; }
+  const char* what() const noexcept override { return what_.c_str(); }
+
+ private:
+  Text name_;
+  Text reason_;
+  std::string what_;
+};
+
+}  // namespace kes
