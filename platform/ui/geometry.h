@@ -38,9 +38,7 @@ struct Rect {
   Size size() const { return {width, height}; }
   Point center() const { return {x + width / 2, y + height / 2}; }
   bool empty() const { return width <= 0 || height <= 0; }
-  bool contains(Point p) const {
-    return p.x >= x && p.y >= y && p.x < right() && p.y < bottom();
-  }
+  bool contains(Point p) const { return p.x >= x && p.y >= y && p.x < right() && p.y < bottom(); }
   bool intersects(const Rect& o) const {
     return x < o.right() && o.x < right() && y < o.bottom() && o.y < bottom();
   }

@@ -8,8 +8,19 @@ namespace ui {
 
 // Numbered as the designer does.
 enum class ContentMode : std::uint8_t {
-  Fill = 0, Fit = 1, FillKeepingAspect = 2, Redraw = 3, Center = 4, Top = 5, Bottom = 6,
-  Left = 7, Right = 8, TopLeft = 9, TopRight = 10, BottomLeft = 11, BottomRight = 12,
+  Fill = 0,
+  Fit = 1,
+  FillKeepingAspect = 2,
+  Redraw = 3,
+  Center = 4,
+  Top = 5,
+  Bottom = 6,
+  Left = 7,
+  Right = 8,
+  TopLeft = 9,
+  TopRight = 10,
+  BottomLeft = 11,
+  BottomRight = 12,
 };
 
 class ImageView : public View {

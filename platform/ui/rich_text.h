@@ -24,8 +24,8 @@ struct TextAttributes {
   std::optional<Color> color;
   std::optional<Color> background;
   std::optional<Font> font;
-  std::optional<int> underline;      // 0 none, 1 single, 2 thick
-  std::optional<int> strikethrough;  // 0 none, 1 single
+  std::optional<int> underline;        // 0 none, 1 single, 2 thick
+  std::optional<int> strikethrough;    // 0 none, 1 single
   std::optional<TextAlign> alignment;  // of the paragraphs that the run touches
   std::optional<std::string> link;
   std::optional<double> kerning;   // points added between characters

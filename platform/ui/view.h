@@ -159,8 +159,16 @@ class View : public platform::Shared {
   struct Rare;
   struct ChildIndex;
   enum Flag : std::uint16_t {
-    NeedsLayout = 1, BelowNeedsLayout = 2, Hidden = 4, Clips = 8, Interactive = 16,
-    Disabled = 32, Pressed = 64, Focused = 128, Animated = 256, Modal = 512,
+    NeedsLayout = 1,
+    BelowNeedsLayout = 2,
+    Hidden = 4,
+    Clips = 8,
+    Interactive = 16,
+    Disabled = 32,
+    Pressed = 64,
+    Focused = 128,
+    Animated = 256,
+    Modal = 512,
     AccessibilityHidden = 1024,
   };
   bool flag(Flag f) const { return (flags_ & f) != 0; }

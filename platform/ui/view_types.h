@@ -48,9 +48,26 @@ struct Shadow {
 
 enum class Role : std::uint8_t {
   None,  // not an element of its own
-  StaticText, Heading, Button, Link, Image, TextField, TextArea, Switch, Slider, Stepper,
-  SegmentedControl, DatePicker, Picker, ProgressBar, ActivityIndicator, ListItem,
-  WebContent, Dialog, Alert, Status,
+  StaticText,
+  Heading,
+  Button,
+  Link,
+  Image,
+  TextField,
+  TextArea,
+  Switch,
+  Slider,
+  Stepper,
+  SegmentedControl,
+  DatePicker,
+  Picker,
+  ProgressBar,
+  ActivityIndicator,
+  ListItem,
+  WebContent,
+  Dialog,
+  Alert,
+  Status,
 };
 
 // Numbered as the touch events are.

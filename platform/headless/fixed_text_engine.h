@@ -1,0 +1,19 @@
+// Text measured by fixed rules, the same on every machine: each character is half an em
+// wide (full-width and icon characters one em), a line is 1.2 em high, words wrap at
+// blanks and a word longer than the line is broken. Main thread, points.
+#pragma once
+
+#include "platform/ui/text_engine.h"
+
+namespace headless {
+
+class FixedTextEngine final : public ui::TextEngine {
+ public:
+  ui::Size measure(std::string_view text, const ui::Font& font, double maxWidth,
+                   int maxLines) override;
+  ui::Size measure(const ui::AttributedText& text, const ui::Font& base, double maxWidth,
+                   int maxLines) override;
+  double lineHeight(const ui::Font& font) override;
+};
+
+}  // namespace headless
