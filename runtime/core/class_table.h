@@ -140,7 +140,9 @@ class ClassRegistry {
     auto& slot = byType_[std::type_index(typeid(T))];
     if (slot) return *slot;
     auto info = std::make_unique<ClassInfo>();
-    if constexpr (std::is_default_constructible_v<T> && !std::is_abstract_v<T>)
+    if constexpr (requires { T::instance(); })  // a module: new is the one instance
+      info->make_ = [] { return Ref<Shared>(&T::instance()); };
+    else if constexpr (std::is_default_constructible_v<T> && !std::is_abstract_v<T>)
       info->make_ = [] { return Ref<Shared>(new T()); };
     ClassBuilder<T> builder(*info);
     T::describe(builder);

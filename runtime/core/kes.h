@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "runtime/core/object.h"
+#include "runtime/core/resumable_sub.h"
 
 namespace kes {
 
-class KesResumableSub;
 class KesList;
 
 // One parked wait. The sub is kept alive by it, the sender is not.

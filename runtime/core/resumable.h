@@ -21,22 +21,12 @@
 #include <coroutine>
 #include <tuple>
 
+#include "runtime/core/convert.h"
 #include "runtime/core/kes.h"
+#include "runtime/core/resumable_sub.h"
 #include "runtime/core/wrapper.h"
 
 namespace kes {
-
-class KesResumableSub : public Object {
- public:
-  std::int32_t state = 0;       // 0 running or parked, -1 finished
-  WeakRef<Kes> bi;              // of the last resume
-  Ref<Kes> waitForKes;          // of whoever waits for this sub
-  bool completed = false;       // set by the completion task
-
-  std::string_view className() const override { return "KesResumableSub"; }
-  // Goes on after the wait with the event's parameters; empty for a sleep.
-  virtual void resume(Kes* bi, Args params) = 0;
-};
 
 // What a caller holds of a sub that produces a value.
 class KesResumableSubWrapper final

@@ -1,0 +1,102 @@
+#include "runtime/core/class_table.h"
+
+#include <bit>
+#include <cstring>
+
+namespace kes {
+
+std::uint64_t hashName(std::string_view name) noexcept {
+  // Eight bytes at a time through one multiplication: names are short and this runs
+  // for every event.
+  constexpr std::uint64_t k = 0x9E3779B97F4A7C15ull;
+  std::uint64_t h = name.size() * k;
+  const char* p = name.data();
+  std::size_t n = name.size();
+  for (; n >= 8; p += 8, n -= 8) {
+    std::uint64_t w;
+    std::memcpy(&w, p, 8);
+    h = (std::rotl(h, 29) ^ w) * k;
+  }
+  if (n) {
+    std::uint64_t w = 0;
+    std::memcpy(&w, p, n);
+    h = (std::rotl(h, 29) ^ w) * k;
+  }
+  return h ^ (h >> 32);
+}
+
+bool ClassInfo::isA(const ClassInfo& other) const {
+  for (const auto* c = this; c; c = c->base_)
+    if (c == &other) return true;
+  return false;
+}
+
+const SubInfo* ClassInfo::sub(std::string_view eventName, std::uint64_t hash) const {
+  if (slots_.empty()) return nullptr;
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+    const auto slot = slots_[i];
+    if (!slot) return nullptr;
+    const SubInfo& s = subs_[slot - 1];
+    if (s.hash == hash && s.name == eventName) return &s;
+  }
+}
+
+const SubInfo* ClassInfo::method(std::string_view fullName) const {
+  if (fullName.starts_with('_'))
+    if (const auto* s = sub(fullName.substr(1))) return s;
+  for (const auto* c = this; c; c = c->base_)
+    for (const auto& m : c->methods_)
+      if (m.name == fullName) return &m;
+  return nullptr;
+}
+
+const FieldInfo* ClassInfo::field(std::string_view storedName) const {
+  for (const auto& f : fields_)
+    if (f.name == storedName) return &f;
+  return nullptr;
+}
+
+void ClassInfo::index() {
+  if (base_) {
+    for (const auto& inherited : base_->subs_) {
+      bool overridden = false;
+      for (const auto& own : subs_) overridden = overridden || own.name == inherited.name;
+      if (!overridden) subs_.push_back(inherited);
+    }
+    fields_.insert(fields_.begin(), base_->fields_.begin(), base_->fields_.end());
+  }
+  const std::size_t slots = std::bit_ceil(subs_.size() * 2 + 1);
+  slots_.assign(slots, 0);
+  for (std::size_t n = 0; n < subs_.size(); ++n) {
+    subs_[n].hash = hashName(subs_[n].name);
+    std::size_t i = subs_[n].hash & (slots - 1);
+    while (slots_[i]) i = (i + 1) & (slots - 1);
+    slots_[i] = static_cast<std::uint32_t>(n + 1);
+  }
+}
+
+ClassRegistry& ClassRegistry::instance() {
+  static ClassRegistry registry;
+  return registry;
+}
+
+const ClassInfo& ClassRegistry::finish(std::unique_ptr<ClassInfo>& slot,
+                                       std::unique_ptr<ClassInfo> info) {
+  info->index();
+  byName_[info->name_] = info.get();
+  slot = std::move(info);
+  return *slot;
+}
+
+const ClassInfo* ClassRegistry::find(std::string_view name) const {
+  auto i = byName_.find(std::string(name));
+  return i == byName_.end() ? nullptr : i->second;
+}
+
+const ClassInfo* ClassRegistry::of(const Shared& object) const {
+  auto i = byType_.find(std::type_index(typeid(object)));
+  return i == byType_.end() ? nullptr : i->second.get();
+}
+
+}  // namespace kes

@@ -1,0 +1,153 @@
+#include "runtime/core/kes.h"
+
+#include <atomic>
+#include <mutex>
+
+#include "platform/base/platform.h"
+#include "runtime/core/class_table.h"
+#include "runtime/core/resumable.h"
+
+namespace kes {
+
+namespace {
+
+thread_local Ref<Shared> currentSender;
+
+// What the last caught exception becomes.
+class CaughtError final : public Object {
+ public:
+  explicit CaughtError(Text reason) : reason_(std::move(reason)) {}
+  std::string_view className() const override { return "NSError"; }
+  Text description() const override { return reason_; }
+
+ private:
+  Text reason_;
+};
+
+std::mutex lastErrorMutex;
+Value& lastErrorSlot() {
+  static Value error;
+  return error;
+}
+
+}  // namespace
+
+Kes::~Kes() = default;
+
+void Kes::init(Object& target) {
+  target_ = WeakRef<Object>(&target);
+  targetClass_ = target.classInfo();
+}
+
+Ref<Object> Kes::eventsTarget() const { return target_.lock(); }
+
+Kes& Kes::shared() {
+  static const Ref<Kes> only = platform::makeShared<Kes>();
+  return *only;
+}
+
+bool Kes::hasMethod(std::string_view eventName) const {
+  return targetClass_ && !target_.expired() && targetClass_->sub(eventName);
+}
+
+void Kes::errorIfMissingEvent(std::string_view prefix, std::string_view suffix) const {
+  if (!hasMethod(std::string(prefix).append(suffix)))
+    throw KesException(formatText("%@%@ event not found.", {prefix, suffix}));
+}
+
+Value Kes::sender() { return currentSender ? Value(currentSender) : Value::null(); }
+
+void Kes::setSender(Ref<Shared> sender) { currentSender = std::move(sender); }
+
+Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
+  currentSender = sender;
+  if (event.ends_with("_resize::") && dynamic_cast<PageSized*>(sender.get()))
+    shared().mainView = sender;
+  const auto hash = hashName(event);
+  if (parked_) {
+    if (auto* waits = findWaits(event, hash); waits && wake(*waits, sender, params)) return {};
+  }
+  const Ref<Object> target = target_.lock();
+  if (!target)
+    throw KesException("null object",
+                       formatText("Target is null. Method called: %@", {"_" + std::string(event)}));
+  const SubInfo* sub = targetClass_ ? targetClass_->sub(event, hash) : nullptr;
+  Value result;
+  if (sub) result = sub->call(*target, params);
+  currentSender = nullptr;
+  return result;
+}
+
+void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params) {
+  platform::current().mainQueue().post(
+      [me = Ref<Kes>(this), sender = std::move(sender), event = std::move(event),
+       params = std::move(params)] {
+        // The module may have gone while the event was under way: then so has the event.
+        if (me->eventsTarget() || me->parked_) me->raiseEvent(sender, event, params);
+      });
+}
+
+Kes::Waits* Kes::findWaits(std::string_view event, std::uint64_t hash) {
+  for (auto& w : waits_)
+    if (w.hash == hash && w.event == event) return &w;
+  return nullptr;
+}
+
+std::vector<KesWaitForEvent>& Kes::waitsFor(std::string_view event) {
+  const auto hash = hashName(event);
+  if (auto* waits = findWaits(event, hash)) return waits->list;
+  waits_.push_back({hash, Text(event), {}});
+  return waits_.back().list;
+}
+
+bool Kes::checkAndRunWaitForEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
+  auto* waits = findWaits(event, hashName(event));
+  return waits && wake(*waits, sender, params);
+}
+
+bool Kes::wake(Waits& waits, const Ref<Shared>& sender, Args params) {
+  auto& list = waits.list;
+  for (auto i = list.begin(); i != list.end(); ++i) {
+    if (i->senderFilterSet && !i->senderFilter.refersTo(sender.get())) continue;
+    const Ref<KesResumableSub> rs = std::move(i->rs);
+    list.erase(i);
+    --parked_;
+    const Ref<Kes> keep(this);
+    rs->resume(this, params);
+    currentSender = nullptr;
+    return true;
+  }
+  return false;
+}
+
+Value Kes::runDynamicMethod(Shared* target, std::string_view methodName, bool throwErrorIfMissing,
+                            Args args) {
+  if (!target)
+    throw KesException("null object", formatText("Target is null. Method called: %@", {methodName}));
+  const auto* info = ClassRegistry::instance().of(*target);
+  const SubInfo* method = info ? info->method(methodName) : nullptr;
+  if (!method) {
+    if (!throwErrorIfMissing) return {};
+    throw KesException("method not found",
+                       formatText("Method not found: %@, target: %@",
+                                  {methodName, Value(Ref<Shared>(target)).description()}));
+  }
+  const Ref<Shared> keep(target);
+  return method->call(*target, args);
+}
+
+void Kes::SetException(const std::exception& e) {
+  shared().setLastError(platform::makeShared<CaughtError>(Text(e.what())));
+}
+
+Value Kes::lastError() const {
+  std::lock_guard lock(lastErrorMutex);
+  return lastErrorSlot();
+}
+
+void Kes::setLastError(Value error) {
+  std::lock_guard lock(lastErrorMutex);
+  lastErrorSlot() = std::move(error);
+}
+
+}  // namespace kes

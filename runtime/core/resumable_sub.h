@@ -1,0 +1,25 @@
+// KesResumableSub: a sub that can park at a wait, as the waiting table and the queue see
+// it. Owned by whatever it waits for; runtime/core/resumable.h tells how one is written.
+#pragma once
+
+#include "runtime/core/object.h"
+
+namespace kes {
+
+class Kes;
+
+class KesResumableSub : public Object {
+ public:
+  std::int32_t state = 0;       // 0 running or parked, -1 finished
+  WeakRef<Kes> bi;              // of the last resume
+  Ref<Kes> waitForKes;          // of whoever waits for this sub
+  bool completed = false;       // set by the completion task
+
+  KesResumableSub();
+  ~KesResumableSub() override;
+  std::string_view className() const override { return "KesResumableSub"; }
+  // Goes on after the wait with the event's parameters; empty for a sleep.
+  virtual void resume(Kes* bi, Args params) = 0;
+};
+
+}  // namespace kes
