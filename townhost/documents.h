@@ -1,0 +1,56 @@
+// The catalogue of what the town publishes: a path, a type, and a maker that
+// writes the text for the moment it is asked.
+//
+// Owned by the TownHost. Any thread may look up, add or remove at any time; a
+// maker runs on the thread that asks and has to be safe for that.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "townhost/civil_time.h"
+
+namespace town {
+
+// What a maker may look at.
+struct Occasion {
+  Instant now = 0;
+  std::string path;
+  std::multimap<std::string, std::string> query;
+};
+
+struct Document {
+  std::string type;
+  std::string text;
+};
+
+class Documents {
+ public:
+  using Maker = std::function<std::string(const Occasion&)>;
+
+  // A later entry for the same path takes the place of the earlier one.
+  void add(std::string path, std::string type, Maker maker);
+  void addFixed(std::string path, std::string type, std::string text);
+  void remove(const std::string& path);
+
+  // Nothing where the town has no such document. What a maker throws goes on.
+  std::optional<Document> make(const Occasion& occasion) const;
+
+ private:
+  struct Entry {
+    std::string type;
+    Maker maker;
+  };
+  mutable std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<const Entry>> entries_;
+};
+
+// The content type that goes with a path's extension.
+std::string typeOfPath(std::string_view path);
+
+}  // namespace town

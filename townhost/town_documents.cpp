@@ -1,0 +1,34 @@
+#include "townhost/town_documents.h"
+
+#include <stdexcept>
+
+#include "townhost/embedded.h"
+#include "townhost/pharmacy_turns.h"
+
+namespace town {
+namespace {
+
+constexpr int turnDays = 60;  // published before and after today
+
+std::string embedded(std::string_view path) {
+  for (const auto& file : embeddedFiles())
+    if (file.path == path) return std::string(file.contents);
+  throw std::invalid_argument("no document " + std::string(path));
+}
+
+}  // namespace
+
+void publishAll(Documents& documents, const std::string& version) {
+  for (const auto& file : embeddedFiles())
+    documents.addFixed(std::string(file.path), typeOfPath(file.path), std::string(file.contents));
+
+  documents.addFixed("/InfoVarlo/config/master/version_ios", typeOfPath(""), version);
+
+  const auto keys = pharmacyKeys(embedded("/InfoVarlo/farmacie/master/farmacie.json"));
+  documents.add("/InfoVarlo/farmacie/master/turni.json", typeOfPath(".json"),
+                [keys](const Occasion& occasion) {
+                  return turnsDocument(turnsAround(dayAt(occasion.now), turnDays, keys));
+                });
+}
+
+}  // namespace town

@@ -1,0 +1,81 @@
+// varlo-townhost: the town's host as a program of its own.
+#include <pthread.h>
+#include <signal.h>
+
+#include <charconv>
+#include <chrono>
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "townhost/civil_time.h"
+#include "townhost/town_host.h"
+
+namespace {
+
+constexpr const char* usage =
+    "usage: varlo-townhost [--port N] [--now ISO-TIME] [--version X]\n"
+    "Serves the town's documents on 127.0.0.1 until it is interrupted.\n";
+
+// A clock that starts at the given instant and goes on from there.
+std::function<std::int64_t()> clockFrom(town::Instant start) {
+  const auto begin = std::chrono::steady_clock::now();
+  return [start, begin] {
+    const auto passed = std::chrono::steady_clock::now() - begin;
+    return start + std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
+  };
+}
+
+// False when the arguments can't be understood.
+bool read(int argc, char** argv, town::TownHost::Options& options) {
+  for (int i = 1; i < argc; i += 2) {
+    if (i + 1 == argc) return false;
+    const std::string name = argv[i], value = argv[i + 1];
+    if (name == "--port") {
+      const char* end = value.data() + value.size();
+      const auto [at, error] = std::from_chars(value.data(), end, options.port);
+      if (error != std::errc() || at != end || options.port < 0 || options.port > 65535)
+        return false;
+    } else if (name == "--now") {
+      const auto start = town::parseInstant(value);
+      if (!start) return false;
+      options.now = clockFrom(*start);
+    } else if (name == "--version") {
+      options.version = value;
+    } else {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+    std::cout << usage;
+    return 0;
+  }
+  town::TownHost::Options options;
+  if (!read(argc, argv, options)) {
+    std::cerr << usage;
+    return 2;
+  }
+  // Blocked before the host starts its threads, so that only sigwait gets them.
+  sigset_t ends;
+  sigemptyset(&ends);
+  sigaddset(&ends, SIGINT);
+  sigaddset(&ends, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  try {
+    town::TownHost host(options);
+    std::cout << host.url() << std::endl;
+    int signal = 0;
+    sigwait(&ends, &signal);
+  } catch (const std::exception& fault) {
+    std::cerr << "varlo-townhost: " << fault.what() << '\n';
+    return 1;
+  }
+  return 0;
+}
