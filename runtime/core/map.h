@@ -23,6 +23,8 @@ class KesMap final : public Object, public ByValue {
   bool IsInitialized() const { return map_ || dict_; }
   bool IsReadOnly() const { return static_cast<bool>(dict_); }
   void setDict(Ref<Dictionary> dict) { dict_ = std::move(dict); }
+  // A writable map over a table that is already filled.
+  void setMap(Ref<Dictionary> map) { map_ = std::move(map); }
 
   void Put(Value key, Value value);
   Value Get(const Value& key) const;
