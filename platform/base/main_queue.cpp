@@ -1,10 +1,15 @@
 #include "platform/base/main_queue.h"
 
+#include <algorithm>
+#include <string>
+
 #include "platform/base/log.h"
 
 namespace platform {
 
 namespace {
+
+constexpr std::int64_t kLongestDelay = std::int64_t{1} << 40;
 
 void logFault(std::exception_ptr fault) {
   try {
@@ -35,8 +40,9 @@ struct Rendezvous {
 
 struct Ticket {
   std::shared_ptr<Rendezvous> meeting;
+  bool started = false;  // it ran, even if the fault handler threw
   explicit Ticket(std::shared_ptr<Rendezvous> m) : meeting(std::move(m)) {}
-  ~Ticket() { meeting->end(false); }
+  ~Ticket() { meeting->end(started); }
 };
 
 }  // namespace
@@ -46,32 +52,40 @@ MainQueue::MainQueue(const Clock& clock) : clock_(clock), fault_(logFault) {}
 MainQueue::~MainQueue() { close(); }
 
 void MainQueue::post(Task task) {
+  std::shared_ptr<const std::function<void()>> waker;
   {
     std::lock_guard lock(mutex_);
     if (closed_) return;
+    // What became due before this was posted runs before it.
+    collectDue();
     ready_.push_back(std::move(task));
+    waker = waker_;
   }
-  wake();
+  wake(waker);
 }
 
 void MainQueue::postAfter(std::int64_t milliseconds, Task task) {
+  std::shared_ptr<const std::function<void()>> waker;
   {
     std::lock_guard lock(mutex_);
     if (closed_) return;
-    const auto delay = milliseconds > 0 ? milliseconds : 0;
+    const auto delay = std::clamp<std::int64_t>(milliseconds, 0, kLongestDelay);
     delayed_.push({clock_.monotonic() + delay, order_++, std::move(task)});
+    waker = waker_;
   }
-  wake();
+  wake(waker);
 }
 
 bool MainQueue::postAndWait(Task task) {
   if (isMainThread()) {
+    if (isClosed()) return false;
     run(task);
     return true;
   }
   auto meeting = std::make_shared<Rendezvous>();
   auto ticket = std::make_shared<Ticket>(meeting);
   post([this, task = std::move(task), ticket]() mutable {
+    ticket->started = true;
     run(task);
     ticket->meeting->end(true);
   });
@@ -117,12 +131,21 @@ void MainQueue::run(Task& task) {
 }
 
 bool MainQueue::waitForTask(std::int64_t milliseconds) {
+  using namespace std::chrono;
+  const auto end = steady_clock::now() + std::chrono::milliseconds(std::min(milliseconds, kLongestDelay));
   std::unique_lock lock(mutex_);
-  posted_.wait_for(lock, std::chrono::milliseconds(milliseconds), [&] {
+  for (;;) {
     collectDue();
-    return !ready_.empty();
-  });
-  return !ready_.empty();
+    if (!ready_.empty()) return true;
+    const auto left = end - steady_clock::now();
+    if (left <= left.zero()) return false;
+    // A delayed task comes due by the clock, with nobody to tell of it.
+    auto nap = left;
+    if (!delayed_.empty())
+      nap = std::min<decltype(nap)>(
+          left, std::chrono::milliseconds(delayed_.top().due - clock_.monotonic()));
+    posted_.wait_for(lock, nap);
+  }
 }
 
 bool MainQueue::hasDueTask() const {
@@ -139,21 +162,21 @@ std::optional<std::int64_t> MainQueue::nextDue() const {
 
 void MainQueue::setWaker(std::function<void()> waker) {
   std::lock_guard lock(mutex_);
-  waker_ = std::move(waker);
+  waker_ = std::make_shared<const std::function<void()>>(std::move(waker));
 }
 
 void MainQueue::setFaultHandler(std::function<void(std::exception_ptr)> handler) {
   fault_ = std::move(handler);
 }
 
-void MainQueue::wake() {
-  std::function<void()> waker;
-  {
-    std::lock_guard lock(mutex_);
-    waker = waker_;
-  }
+void MainQueue::wake(const std::shared_ptr<const std::function<void()>>& waker) {
   posted_.notify_all();
-  if (waker) waker();
+  if (waker && *waker) (*waker)();
+}
+
+bool MainQueue::isClosed() const {
+  std::lock_guard lock(mutex_);
+  return closed_;
 }
 
 void MainQueue::close() {

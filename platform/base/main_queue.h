@@ -14,6 +14,7 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <queue>
@@ -56,6 +57,7 @@ class MainQueue {
   void setFaultHandler(std::function<void(std::exception_ptr)> handler);
   // Drops what waits and refuses what comes; waiting postAndWait() calls return false.
   void close();
+  bool isClosed() const;
 
   bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
   // The thread that constructs the queue is the main thread, unless it moves here.
@@ -71,7 +73,7 @@ class MainQueue {
     }
   };
   void collectDue() const;  // with the lock held
-  void wake();
+  void wake(const std::shared_ptr<const std::function<void()>>& waker);
   void run(Task& task);
 
   const Clock& clock_;
@@ -81,7 +83,7 @@ class MainQueue {
   mutable std::priority_queue<Delayed> delayed_;
   std::uint64_t order_ = 0;
   bool closed_ = false;
-  std::function<void()> waker_;
+  std::shared_ptr<const std::function<void()>> waker_;
   std::function<void(std::exception_ptr)> fault_;
   std::thread::id mainThread_ = std::this_thread::get_id();
 };

@@ -1,40 +1,37 @@
 // Work away from the main thread.
 //
 // SerialQueue runs its tasks one after the other on a thread of its own, started by
-// the first post. globalPost() runs a task on one of a few shared background threads.
-// A task must not let an exception out: one that does is logged and dropped. The
-// destructor of SerialQueue runs what was posted, then joins.
+// the first post. Its destructor runs what was posted, then joins; on the queue's own
+// thread (a task may drop the last owner) it runs the rest in place. Either way no
+// task runs after it has returned.
+// globalPost() runs a task on one of a few shared background threads; what has not
+// run when the process ends is dropped.
+// Both may be called from any thread. A task must not let an exception out: one that
+// does is logged and dropped.
 #pragma once
 
-#include <condition_variable>
-#include <deque>
 #include <functional>
-#include <mutex>
+#include <memory>
 #include <string>
-#include <thread>
 
 namespace platform {
 
 class SerialQueue {
  public:
   using Task = std::function<void()>;
-  explicit SerialQueue(std::string name) : name_(std::move(name)) {}
+  explicit SerialQueue(std::string name);
   ~SerialQueue();
   SerialQueue(const SerialQueue&) = delete;
   SerialQueue& operator=(const SerialQueue&) = delete;
 
   void post(Task task);
-  const std::string& name() const { return name_; }
+  const std::string& name() const;
+  bool isOwnThread() const;
 
  private:
-  void loop();
-
-  std::string name_;
-  std::mutex mutex_;
-  std::condition_variable posted_;
-  std::deque<Task> tasks_;
-  bool ending_ = false;
-  std::thread thread_;
+  struct State;
+  // Shared with the thread, which may outlast the queue by a moment.
+  std::shared_ptr<State> state_;
 };
 
 void globalPost(std::function<void()> task);

@@ -1,0 +1,92 @@
+// One task of a URL session on its way through libcurl: the request that goes out,
+// redirects included, and the answer that gathers. Internal to UrlSession.
+//
+// Owned by the session's engine and used on its thread only. Failures are kept as the
+// outcome's text; the callbacks that libcurl runs let nothing out.
+#pragma once
+
+#include <curl/curl.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/base/temporary_file.h"
+#include "platform/base/url_session.h"
+
+namespace platform {
+
+// What the delegate is told: a body when it came whole, a response when its headers
+// did, an error unless all went well.
+struct UrlOutcome {
+  std::shared_ptr<const UrlTask> task;
+  std::optional<UrlResponse> response;
+  std::optional<std::string> error;
+  std::unique_ptr<TemporaryFile> body;
+};
+
+class UrlTransfer {
+ public:
+  UrlTransfer(std::shared_ptr<const UrlTask> task, const UrlSession::Configuration& configuration);
+  ~UrlTransfer();
+  UrlTransfer(const UrlTransfer&) = delete;
+  UrlTransfer& operator=(const UrlTransfer&) = delete;
+
+  // The scheme, host and port that share connections; empty for what can't be sent.
+  static std::string hostKey(const std::string& url);
+
+  CURL* handle() const { return easy_; }
+  const UrlTask& task() const { return *task_; }
+
+  // Readies the handle for the next request of the task; false when there is nothing
+  // to send (the outcome then says why).
+  bool prepare(const std::optional<UrlCredential>& credential);
+  // libcurl is done with the handle. True when a redirect has to be followed.
+  bool ended(CURLcode code);
+  // Ends the task with an error of our own.
+  void fail(std::string error);
+
+  // Milliseconds of the monotonic clock at which a silent server has had its time.
+  std::int64_t deadline() const { return lastSign_ + patience_; }
+  UrlOutcome takeOutcome();
+
+ private:
+  static std::size_t onHeader(char* bytes, std::size_t size, std::size_t n, void* self);
+  static std::size_t onBody(char* bytes, std::size_t size, std::size_t n, void* self);
+  static std::size_t onRead(char* into, std::size_t size, std::size_t n, void* self);
+  static int onSeek(void* self, curl_off_t offset, int origin);
+  static int onSocket(void*, curl_socket_t socket, curlsocktype);
+
+  bool headerLine(std::string_view line);
+  bool bodyBytes(std::string_view bytes);
+  bool openBodyFile();
+  bool addHeaders();
+  void addBody();
+  bool redirects() const;
+  bool follow();
+  void sign();
+  bool stop(std::string why);
+
+  std::shared_ptr<const UrlTask> task_;
+  const UrlSession::Configuration& configuration_;
+  UrlRequest request_;  // of the present hop
+  CURL* easy_ = nullptr;
+  curl_slist* headerList_ = nullptr;
+  char curlError_[CURL_ERROR_SIZE] = "";
+  std::int64_t lastSign_ = 0;
+  std::int64_t patience_ = 0;
+
+  int hops_ = 0;
+  int blocks_ = 0;               // header blocks seen, interim ones included
+  std::size_t headerBytes_ = 0;  // of all blocks of the hop
+  std::size_t skipped_ = 0;      // body bytes of a redirect
+  bool blockEnded_ = false;
+  std::optional<UrlResponse> response_;
+  std::string why_;  // our own reason for having stopped libcurl
+  std::string error_;
+  std::unique_ptr<TemporaryFile> file_;
+  int bodyFd_ = -1;
+  std::int64_t bodyLeft_ = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/base/main_hop.h"
+#include "platform/base/main_queue.h"
+#include "tests/support/test_platform.h"
+
+using namespace platform;
+using Order = std::vector<std::string>;
+
+namespace {
+
+class MainQueueTest : public testing::Test {
+ protected:
+  MainQueue::Task say(std::string what) {
+    return [this, what] { order.push_back(what); };
+  }
+  VirtualClock clock;
+  MainQueue queue{clock};
+  Order order;
+};
+
+}  // namespace
+
+TEST_F(MainQueueTest, RunsInTheOrderOfPostingIncludingWhatTasksPost) {
+  queue.post([&] {
+    order.push_back("first");
+    queue.post(say("nested"));
+  });
+  queue.post(say("second"));
+  queue.drain();
+  EXPECT_EQ(order, (Order{"first", "second", "nested"}));
+}
+
+TEST_F(MainQueueTest, DelayedTasksJoinInTheOrderOfTheirTimes) {
+  queue.postAfter(20, say("20"));
+  queue.postAfter(10, say("10"));
+  queue.postAfter(10, say("10 again"));
+  queue.postAfter(30, say("30"));
+  queue.postAfter(-5, say("at once"));
+  queue.post(say("posted"));
+  queue.drain();
+  EXPECT_EQ(order, (Order{"at once", "posted"})) << "a delay of nothing must not be overtaken";
+  EXPECT_EQ(queue.nextDue(), 10);
+
+  order.clear();
+  clock.advance(9);
+  EXPECT_FALSE(queue.hasDueTask());
+  clock.advance(11);
+  queue.post(say("posted at 20"));
+  clock.advance(10);
+  queue.drain();
+  EXPECT_EQ(order, (Order{"10", "10 again", "20", "posted at 20", "30"}));
+  EXPECT_EQ(queue.nextDue(), std::nullopt);
+}
+
+TEST_F(MainQueueTest, GoesOnAfterATaskThatThrows) {
+  std::vector<std::string> faults;
+  queue.setFaultHandler([&](std::exception_ptr fault) {
+    try {
+      std::rethrow_exception(fault);
+    } catch (const std::runtime_error& e) {
+      faults.push_back(e.what());
+    } catch (...) {
+      faults.push_back("unknown");
+    }
+  });
+  queue.post([] { throw std::runtime_error("broken"); });
+  queue.post([] { throw 1; });
+  queue.post(say("after"));
+  queue.drain();
+  EXPECT_EQ(faults, (Order{"broken", "unknown"}));
+  EXPECT_EQ(order, Order{"after"});
+}
+
+TEST_F(MainQueueTest, PostAndWaitReturnsWhenTheTaskHasRun) {
+  EXPECT_TRUE(queue.postAndWait(say("in place")));
+  bool ran = false, thrown = false;
+  std::thread other([&] {
+    ran = queue.postAndWait([&] { order.push_back("hop"); });
+    order.push_back("returned");  // safe: the main thread only waits
+    queue.setFaultHandler([](std::exception_ptr) {});
+    thrown = queue.postAndWait([] { throw std::runtime_error("in a hop"); });
+    queue.post(say("end"));
+  });
+  while (order.empty() || order.back() != "end") {
+    queue.waitForTask(10000);
+    queue.runOne();
+  }
+  other.join();
+  EXPECT_TRUE(ran);
+  EXPECT_TRUE(thrown) << "a task that threw has run all the same";
+  EXPECT_EQ(order, (Order{"in place", "hop", "returned", "end"}));
+}
+
+TEST_F(MainQueueTest, ClosingLetsWaitingCallersGoAndRefusesNewTasks) {
+  bool ran = true;
+  std::thread waiting([&] { ran = queue.postAndWait(say("never")); });
+  EXPECT_TRUE(queue.waitForTask(10000));
+  queue.postAfter(5, say("never either"));
+  auto kept = std::make_shared<int>(1);
+  queue.post([kept] {});
+  queue.close();
+  waiting.join();
+  EXPECT_FALSE(ran);
+  EXPECT_EQ(kept.use_count(), 1) << "a dropped task must give back what it holds";
+  queue.post(say("late"));
+  EXPECT_FALSE(queue.postAndWait(say("late too")));
+  clock.advance(10);
+  queue.drain();
+  EXPECT_EQ(order, Order{});
+}
+
+TEST_F(MainQueueTest, TellsTheWakerOfEachPost) {
+  int woken = 0;
+  queue.setWaker([&] { ++woken; });
+  queue.post([] {});
+  queue.postAfter(1, [] {});
+  std::thread([&] { queue.post([] {}); }).join();
+  EXPECT_EQ(woken, 3);
+}
+
+// Symptom: a wait of a second slept through a task that was due after 5 ms.
+TEST(MainQueueOnTheRealClock, WaitsNoLongerThanTheNextDelayedTask) {
+  SystemClock clock;
+  MainQueue queue(clock);
+  const auto start = clock.monotonic();
+  queue.postAfter(5, [] {});
+  EXPECT_TRUE(queue.waitForTask(60000));
+  EXPECT_LT(clock.monotonic() - start, 30000);
+  EXPECT_GE(clock.monotonic() - start, 5);
+}
+
+TEST_F(MainQueueTest, AHopEndsWhenItIsCalledOffOrTheQueueCloses) {
+  struct {
+    const char* name;
+    std::function<void(MainHop&)> act;
+    bool ran;
+    Order order;
+  } cases[] = {
+      {"served", [&](MainHop&) { queue.drain(); }, true, {"hop"}},
+      {"called off before its turn",
+       [&](MainHop& hop) {
+         hop.cancel();
+         queue.drain();
+       },
+       false,
+       {}},
+      {"closed", [&](MainHop&) { queue.close(); }, false, {}},
+  };
+  for (auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    order.clear();
+    MainHop hop(queue);
+    bool ran = !c.ran;
+    std::thread other([&] { ran = hop.run(say("hop")); });
+    ASSERT_TRUE(queue.waitForTask(10000));
+    c.act(hop);
+    other.join();
+    EXPECT_EQ(ran, c.ran);
+    EXPECT_EQ(order, c.order);
+  }
+}
+
+TEST_F(MainQueueTest, AHopCalledOffFromWithinLetsItsThreadGoWhileTheTaskRuns) {
+  MainHop hop(queue);
+  std::thread other;
+  bool ran = true;
+  other = std::thread([&] {
+    ran = hop.run([&] {
+      hop.cancel();
+      other.join();  // would never return if the hop still waited
+      order.push_back("joined inside");
+    });
+  });
+  ASSERT_TRUE(queue.waitForTask(10000));
+  queue.drain();
+  EXPECT_EQ(order, Order{"joined inside"});
+  EXPECT_FALSE(ran);
+}
