@@ -34,6 +34,7 @@ constexpr const char* keptFromLibrary[] = {"Content-Type", "Content-Encoding", "
 // The request being served by this thread.
 struct Exchange {
   httplib::Headers headers;
+  bool understood = false;  // or else nobody knows where the next request begins
   bool hangUp = false;
   Connection* connection = nullptr;
 };
@@ -132,12 +133,13 @@ class Engine::Server final : public httplib::Server {
       current = &exchange;
       bool closed = false;
       good = process_request(connection, false, closed, [&](httplib::Request& request) {
+        exchange.understood = true;
         exchange.headers = request.headers;
         for (const char* name : keptFromLibrary) request.headers.erase(name);
         request.ranges.clear();
       });
       current = nullptr;
-      good = good && !closed && !exchange.hangUp;
+      good = good && !closed && exchange.understood && !exchange.hangUp;
     }
     std::lock_guard lock(mutex_);
     open_.erase(&connection);
