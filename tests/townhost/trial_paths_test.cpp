@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <httplib.h>
 
+#include <thread>
+
 #include "support.h"
 
 namespace town {
@@ -137,6 +139,23 @@ TEST(TrialPaths, AHostileRequestIsRefusedAndTheHostGoesOn) {
                 .status(),
             405);
   EXPECT_EQ(get(host, "/InfoVarlo/config/master/version_ios").body(), "1.0");
+}
+
+TEST(TrialPaths, AHostStopsInTheMidstOfTraffic) {
+  for (int round = 0; round < 5; ++round) {
+    TownHost host;
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 16; ++i)
+      clients.emplace_back([&host] {
+        httplib::Client client(host.url());
+        client.set_keep_alive(true);
+        while (client.Get("/_bytes/20000")) continue;
+      });
+    while (host.requests().all().size() < 100) std::this_thread::yield();
+    host.stop();
+    for (auto& client : clients) client.join();
+    EXPECT_GE(host.requests().count("/_bytes/20000"), 100u);
+  }
 }
 
 TEST(TrialPaths, TwoHostsDoNotShareAPortAndAStoppedOneIsGone) {
