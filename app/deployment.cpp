@@ -1,0 +1,34 @@
+#include "app/deployment.h"
+
+#include VARLO_DEPLOYMENT_FILE
+
+namespace varlo::deployment {
+
+using kes::Text;
+
+namespace {
+Hosts& current() {
+  static Hosts h{values::kDocuments, values::kRepository, values::kService, values::kGraph,
+                 values::kOpenData,  values::kFacebook,   values::kMaps};
+  return h;
+}
+static_assert(std::string_view(values::kGraphToken).size() == 166);
+static_assert(std::string_view(values::kPlacesKey).size() == 39);
+static_assert(std::string_view(values::kMapsKey).size() == 39);
+}  // namespace
+
+const Hosts& hosts() { return current(); }
+
+void pointEveryServiceAt(const Text& url) {
+  auto& h = current();
+  h.documents = h.repository = h.service = h.graph = h.openData = url;
+}
+
+Text documents(std::string_view path) { return hosts().documents + Text(path); }
+Text mapsLink(std::string_view query) { return hosts().maps + "/?q=" + Text(query); }
+Text appStorePage() { return values::kAppStorePage; }
+Text graphToken() { return values::kGraphToken; }
+Text placesKey() { return values::kPlacesKey; }
+Text mapsKey() { return values::kMapsKey; }
+
+}  // namespace varlo::deployment

@@ -1,0 +1,22 @@
+// The deployment of this build. Copy this file, put your town's hosts and keys in, and
+// configure with -DVARLO_DEPLOYMENT=<your file>. Keys and tokens here open nothing.
+#pragma once
+
+namespace varlo::deployment::values {
+
+inline constexpr const char* kDocuments = "https://documenti.varlo.example";
+inline constexpr const char* kRepository = "https://archivio.varlo.example";
+inline constexpr const char* kService = "https://servizi.varlo.example";
+inline constexpr const char* kGraph = "https://graph.varlo.example";
+inline constexpr const char* kOpenData = "https://dati.varlo.example";
+inline constexpr const char* kFacebook = "https://www.facebook.com";
+inline constexpr const char* kMaps = "https://maps.apple.com";
+inline constexpr const char* kAppStorePage = "https://apps.varlo.example/infovarlo";
+
+inline constexpr const char* kGraphToken =
+    "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+    "000000000000000000000000000000000000000000000000000000000000000000000000000000000";
+inline constexpr const char* kPlacesKey = "000000000000000000000000000000000000000";
+inline constexpr const char* kMapsKey = "000000000000000000000000000000000000000";
+
+}  // namespace varlo::deployment::values

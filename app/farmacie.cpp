@@ -1,0 +1,111 @@
+// Pharmacy on duty: the turns of yesterday and today, joined from two documents. No row
+// is hidden at any hour; each tells its own hours and the citizen reads them.
+#include "app/cinfocitta.h"
+#include "app/deployment.h"
+#include "app/fields.h"
+#include "app/main.h"
+#include "runtime/data/date_time.h"
+#include "runtime/data/json_parser.h"
+#include "runtime/views/cs_builder.h"
+#include "runtime/views/font.h"
+
+namespace varlo {
+
+using deployment::documents;
+
+namespace {
+
+constexpr const char* kUntilMorning = "Farmacia di turno fino alle ore 8.30";
+constexpr const char* kRoundTheClock =
+    "Farmacia di turno dalle 8.30 fino alle ore 8.30 del giorno successivo";
+constexpr const char* kDaytime = "Farmacia di turno dalle ore 8.30-12.30 - 15.30-19.30";
+
+KesList parsed(const Text& document) {
+  KesJSONParser json;
+  json.Initialize(document);
+  return json.NextArray();
+}
+
+}  // namespace
+
+Resumable<> kes_main::_farmacie_farmaciaaperta() {
+  _home.RootPanel().RemoveAllViews();
+  _home.RootPanel().LoadLayout("layclv", bi());
+  _home.setTitle("Farmacie di turno");
+  auto progress = _hd.progress("Caricamento dati in corso...");
+
+  KesList pharmacies;
+  pharmacies.Initialize();
+  auto job = make<kes_httpjob>(bi(), "", self());
+  job->_download(documents("/InfoVarlo/farmacie/master/farmacie.json"));
+  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  if (job->_success) pharmacies = parsed(job->_getstring());
+  job->_release();
+
+  job->_initialize(bi(), "", self());
+  job->_download(documents("/InfoVarlo/farmacie/master/turni.json"));
+  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  if (job->_success) {
+    const KesList days = parsed(job->_getstring());
+    const auto show = [&](const KesMap& day, const char* turn, const char* label) {
+      const Value found = _farmacie_recuperadatifarmacia(pharmacies, textOf(day, turn));
+      if (!found.isNil()) _farmacie_inseriscidati(KesMap::fromBoxed(found), label);
+    };
+
+    const auto yesterday = _dateutils->_addperiod(DateTime().Now(), Period::ofDays(-1));
+    const auto before = co_await waitFor<KesMap>(
+        "complete:", _farmacie_recuperafarmacia(yesterday, days));
+    if (before.IsInitialized()) show(before, "Turno1", kUntilMorning);
+
+    const auto today = co_await waitFor<KesMap>(
+        "complete:", _farmacie_recuperafarmacia(DateTime().Now(), days));
+    if (today.IsInitialized()) {
+      show(today, "Turno1", kRoundTheClock);
+      if (textOf(today, "Turno2") != "") show(today, "Turno2", kDaytime);
+    }
+  }
+  progress.hide();
+}
+
+// The entry of the day on which the instant falls, or Null. Numbers compare as numbers:
+// a quoted day is never found.
+Resumable<Value> kes_main::_farmacie_recuperafarmacia(std::int64_t ticks, KesList days) {
+  const Value day = DateTime().GetDayOfMonth(ticks);
+  const Value month = DateTime().GetMonth(ticks);
+  const Value year = DateTime().GetYear(ticks);
+  for (const Value& entry : days) {
+    const auto turns = KesMap::fromBoxed(entry);
+    if (turns.Get("Giorno") == day && turns.Get("Mese") == month && turns.Get("Anno") == year)
+      co_return entry;
+  }
+  co_return c().Null();
+}
+
+Value kes_main::_farmacie_recuperadatifarmacia(const KesList& pharmacies, const Text& key) {
+  for (const Value& entry : pharmacies)
+    if (KesMap::fromBoxed(entry).Get("Chiave") == Value(key)) return entry;
+  return c().Null();
+}
+
+Text kes_main::_farmacie_inseriscidati(const KesMap& pharmacy, const Text& label) {
+  const Text name = textOf(pharmacy, "Farmacia") + " - " + textOf(pharmacy, "Citta");
+  const Text phone = textOf(pharmacy, "Telefono");
+  const Text address = textOf(pharmacy, "Indirizzo") + ", " + textOf(pharmacy, "Citta");
+  const KesFont small = KesFont::CreateNew(12), large = KesFont::CreateNew(20);
+
+  KesCSBuilder text;
+  text.Initialize();
+  text.Font(small).Append(label).Append(c().CRLF).Pop();
+  text.Font(large).Append(name).Append(c().CRLF).Append(c().CRLF).Pop();
+  text.Font(small).Append("Telefono: ").Append(phone).Append(c().CRLF).Pop();
+  text.Font(small).Append("Indirizzo: ").Append(address).Pop();
+
+  auto entity = make<kes_cinfocitta>(bi(), name);
+  entity->_aggiungitelefono("Telefono", phone, "");
+  entity->_aggiungiindirizzo("Indirizzo", address, "", pharmacy.Get("Latitudine"),
+                             pharmacy.Get("Longitudine"));
+  _clv->_addtextitemcs(text, entity->_entity);
+  return "";
+}
+
+}  // namespace varlo

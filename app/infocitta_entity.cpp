@@ -1,0 +1,189 @@
+#include "app/infocitta_entity.h"
+
+#include "app/deployment.h"
+#include "app/fields.h"
+#include "app/main.h"
+#include "runtime/data/date_time.h"
+#include "runtime/views/msgbox.h"
+#include "runtime/views/xui.h"
+
+namespace varlo {
+
+namespace {
+
+constexpr double kRowHeight = 80;
+constexpr double kValueHeightWithoutNote = 60;
+// Characters of the icon font.
+constexpr std::int32_t kPhoneIcon = 57520, kMailIcon = 57534, kPlaceIcon = 58717,
+                       kCalendarIcon = 59615;
+constexpr const char* kBetweenSchedules = "    ";
+
+// By the number of the format, 1 for Monday to 7 for Sunday.
+const char* dayName(std::int64_t weekDay) {
+  static constexpr const char* kNames[] = {"Lunedì",  "Martedì", "Mercoledì", "Giovedì",
+                                           "Venerdì", "Sabato",  "Domenica"};
+  return weekDay >= 1 && weekDay <= 7 ? kNames[weekDay - 1] : "";
+}
+
+Text hours(const KesMap& schedule) {
+  return textOf(schedule, "StartTime") + " - " + textOf(schedule, "EndTime");
+}
+
+Text hoursOfDay(const KesMap& day) {
+  Text line;
+  for (const Value& schedule : KesList::fromBoxed(day.Get("Schedules"))) {
+    if (!line.empty()) line += kBetweenSchedules;
+    line += hours(KesMap::fromBoxed(schedule));
+  }
+  return line;
+}
+
+// Today's hours, or else those of the next open day behind its name.
+Text openingLine(const KesList& weekDays, int today) {
+  Text line;
+  for (const Value& v : weekDays) {
+    const auto day = KesMap::fromBoxed(v);
+    if (day.Get("WeekDay") == Value(today)) line += hoursOfDay(day);
+  }
+  for (int step = 0, next = today; line.empty() && step < 7; ++step) {
+    next = next == 7 ? 1 : next + 1;
+    for (const Value& v : weekDays) {
+      const auto day = KesMap::fromBoxed(v);
+      if (!(day.Get("WeekDay") == Value(next))) continue;
+      line = Text(dayName(next)) + "  " + hoursOfDay(day);
+      break;
+    }
+  }
+  return line.empty() ? Text("NESSUN VALORE TROVATO") : line;
+}
+
+Text wholeWeek(const KesList& weekDays) {
+  Text week;
+  for (const Value& v : weekDays) {
+    const auto day = KesMap::fromBoxed(v);
+    week += Text(dayName(day.Get("WeekDay").asInt64())) + "\n";
+    for (const Value& schedule : KesList::fromBoxed(day.Get("Schedules")))
+      week += hours(KesMap::fromBoxed(schedule)) + "\n";
+  }
+  return week;
+}
+
+}  // namespace
+
+void kes_infocitta_entity::describe(ClassBuilder<kes_infocitta_entity>& c) {
+  c.name("kes_infocitta_entity");
+  c.sub<&kes_infocitta_entity::_clv_itemclick>("clv_itemclick");
+  c.sub<&kes_infocitta_entity::_msgbox_result>("msgbox_result");
+  c.field<&kes_infocitta_entity::_clv>("clv");
+  c.field<&kes_infocitta_entity::_item_title>("item_title");
+  c.field<&kes_infocitta_entity::_item_value>("item_value");
+  c.field<&kes_infocitta_entity::_item_note>("item_note");
+  c.field<&kes_infocitta_entity::_item_image>("item_image");
+}
+
+void kes_infocitta_entity::_process_globals() { _main = Ref(&kes_main::instance()); }
+
+void kes_infocitta_entity::_caricaentity(KesMap entity) {
+  KesPage page;
+  page.Initialize(bi(), "Home");
+  page.RootPanel().LoadLayout("layclv", bi());
+  page.setTitle(textOf(entity, "Name"));
+  _main->_navcontrol.ShowPage(page);
+
+  // A broken section is logged and the others are shown all the same.
+  const auto section = [&](const char* key, auto load) {
+    if (!entity.ContainsKey(key)) return;
+    try {
+      (this->*load)(KesList::fromBoxed(entity.Get(key)));
+    } catch (const std::exception& e) {
+      Kes::SetException(e);
+      c().Log(std::string(key) + ": " + e.what());
+    }
+  };
+  section("Contacts", &kes_infocitta_entity::_caricacontact);
+  section("Adresses", &kes_infocitta_entity::_caricaaddress);
+  section("Addresses", &kes_infocitta_entity::_caricaaddress);
+  section("Calendar", &kes_infocitta_entity::_caricacalendar);
+}
+
+KesPanelWrapper kes_infocitta_entity::loadRow(const KesMap& map) {
+  KesPanelWrapper panel = KesXUI().CreatePanel(bi(), "").asPanel();
+  panel.setWidth(_clv->_asview().Width());
+  panel.setHeight(c().DipToCurrent(kRowHeight));
+  panel.LoadLayout("lay_item", bi());
+  const auto fill = [&](KesLabelWrapper& label, const char* key) {
+    label.setText(textOf(map, key));
+  };
+  fill(_item_title, "Title");
+  fill(_item_value, "Value");
+  fill(_item_note, "Note");
+  _item_image.setText("");
+  return panel;
+}
+
+void kes_infocitta_entity::addRow(const KesPanelWrapper& panel, const KesMap& map,
+                                  const char* type) {
+  KesMap row = _copymap(map);
+  row.Put("TYPE", type);
+  _clv->_add(panel, row);
+}
+
+void kes_infocitta_entity::_caricacontact(const KesList& contacts) {
+  for (const Value& v : contacts) {
+    const auto contact = KesMap::fromBoxed(v);
+    const auto panel = loadRow(contact);
+    const Value type = contact.Get("Type");
+    if (type == Value(0)) _item_image.setText(c().Chr(kPhoneIcon));
+    if (type == Value(1)) _item_image.setText(c().Chr(kMailIcon));
+    if (_item_value.Text() != "") addRow(panel, contact, "CONTACT");
+  }
+}
+
+void kes_infocitta_entity::_caricaaddress(const KesList& addresses) {
+  for (const Value& v : addresses) {
+    const auto address = KesMap::fromBoxed(v);
+    const auto panel = loadRow(address);
+    _item_image.setText(c().Chr(kPlaceIcon));
+    addRow(panel, address, "ADDRESS");
+  }
+}
+
+void kes_infocitta_entity::_caricacalendar(const KesList& calendars) {
+  const int sundayFirst = DateTime().GetDayOfWeek(DateTime().Now()) - 1;
+  const int today = sundayFirst == 0 ? 7 : sundayFirst;
+  for (const Value& v : calendars) {
+    const auto calendar = KesMap::fromBoxed(v);
+    const auto panel = loadRow(calendar);
+    _item_image.setText(c().Chr(kCalendarIcon));
+    _item_value.setText(openingLine(KesList::fromBoxed(calendar.Get("WeekDays")), today));
+    if (!calendar.ContainsKey("Note"))
+      _item_value.setHeight(c().DipToCurrent(kValueHeightWithoutNote));
+    addRow(panel, calendar, "CALENDAR");
+  }
+}
+
+KesMap kes_infocitta_entity::_copymap(const KesMap& map) { return _main->_copymap(map); }
+
+Resumable<> kes_infocitta_entity::_clv_itemclick(int, Value value) {
+  const auto row = KesMap::fromBoxed(value);
+  const Text type = textOf(row, "TYPE");
+  if (type == "CONTACT" && row.ContainsKey("Value")) {
+    try {
+      const Value kind = row.Get("Type");
+      if (kind == Value(0)) _main->_app.OpenURL("tel:" + textOf(row, "Value"));
+      if (kind == Value(1)) _main->_app.OpenURL("mailto:" + textOf(row, "Value"));
+    } catch (const std::exception& e) {
+      Kes::SetException(e);
+      c().Log(e.what());
+    }
+  } else if (type == "ADDRESS" && row.ContainsKey("Latitude") && row.ContainsKey("Longitude")) {
+    _main->_app.OpenURL(
+        deployment::mapsLink(textOf(row, "Latitude") + "," + textOf(row, "Longitude")));
+  } else if (type == "CALENDAR") {
+    const Value box = Msgbox2Async(bi(), wholeWeek(KesList::fromBoxed(row.Get("WeekDays"))),
+                                   textOf(row, "Title"), KesList::of({"Chiudi"}));
+    co_await waitFor("msgbox_result:", box);
+  }
+}
+
+}  // namespace varlo

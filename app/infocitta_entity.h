@@ -1,0 +1,39 @@
+// kes_infocitta_entity: the page of one entity of the city directory, with its contacts,
+// addresses and opening times. Pharmacies and the waste platform open theirs through it.
+// One instance; main thread.
+#pragma once
+
+#include "components/customlistview.h"
+#include "runtime/core/module.h"
+#include "runtime/views/label.h"
+
+namespace varlo {
+
+using namespace kes;
+
+class kes_main;
+
+class kes_infocitta_entity final : public Module<kes_infocitta_entity> {
+ public:
+  static void describe(ClassBuilder<kes_infocitta_entity>& c);
+  void _process_globals() override;
+
+  void _caricaentity(KesMap entity);
+  void _caricacontact(const KesList& contacts);
+  void _caricaaddress(const KesList& addresses);
+  void _caricacalendar(const KesList& calendars);
+  KesMap _copymap(const KesMap& map);
+  Resumable<> _clv_itemclick(int index, Value value);
+  void _msgbox_result(Value) {}
+
+  Ref<kes_main> _main;
+  Ref<kes_customlistview> _clv;
+  // Of the row that was loaded last.
+  KesLabelWrapper _item_title, _item_value, _item_note, _item_image;
+
+ private:
+  KesPanelWrapper loadRow(const KesMap& map);
+  void addRow(const KesPanelWrapper& panel, const KesMap& map, const char* type);
+};
+
+}  // namespace varlo

@@ -1,0 +1,314 @@
+#include "app/main.h"
+
+#include "app/deployment.h"
+#include "app/fields.h"
+#include "app/infocitta.h"
+#include "app/infocitta_entity.h"
+#include "runtime/data/date_time.h"
+#include "runtime/data/serializer.h"
+#include "runtime/views/cs_builder.h"
+#include "runtime/views/font.h"
+#include "runtime/views/msgbox.h"
+
+namespace varlo {
+
+using deployment::documents;
+
+namespace {
+
+enum class IconFont { FontAwesome, MaterialIcons };
+
+struct MenuRow {
+  IconFont font;
+  std::int32_t icon;
+  const char* label;
+  std::int32_t value;
+};
+
+// The left menu, top to bottom. The news and the events of the town hall bear the same
+// name on purpose.
+constexpr MenuRow kMenu[] = {
+    {IconFont::FontAwesome, 0xF015, " Home", 1},
+    {IconFont::FontAwesome, 0xF1EA, " Comune di Varlo", 50},
+    {IconFont::FontAwesome, 0xF0E0, " Newsletter Varlo", 51},
+    {IconFont::FontAwesome, 0xF0CA, " Storico Atti Varlo", 55},
+    {IconFont::MaterialIcons, 0xE878, " Comune di Varlo", 30},
+    {IconFont::MaterialIcons, 0xE878, " Live in Varlo", 31},
+    {IconFont::MaterialIcons, 0xE878, " Sport", 32},
+    {IconFont::FontAwesome, 0xF05A, " InfoCittà", 6},
+    {IconFont::FontAwesome, 0xF279, " Mappe", 60},
+    {IconFont::FontAwesome, 0xF0FA, " Farmacia di turno", 4},
+    {IconFont::FontAwesome, 0xF1F8, " Raccolta rifiuti", 22},
+    {IconFont::MaterialIcons, 0xE80C, " Menu Scuola", 2},
+    {IconFont::MaterialIcons, 0xE561, " Menu del Giorno", 5},
+    {IconFont::MaterialIcons, 0xE552, " PizzaPrezzi", 3},
+    {IconFont::FontAwesome, 0xF128, " Disclaimer", 20},
+    {IconFont::FontAwesome, 0xF179, " Valuta sull'App Store", 21},
+};
+constexpr double kIconSize = 20;
+
+// In the order in which they are initialised.
+constexpr const char* kModules[] = {
+    "kes_main",          "kes_modpizzaprezzi", "kes_menudelgiorno", "kes_infocitta",
+    "kes_infocitta_entity", "kes_rifiuti",     "kes_modmaps",       "kes_modscuola",
+    "kes_httputils2service", "kes_dateutils"};
+
+}  // namespace
+
+void kes_main::describe(ClassBuilder<kes_main>& c) {
+  c.name("kes_main");
+  c.sub<&kes_main::_application_start>("application_start");
+  c.sub<&kes_main::_application_active>("application_active");
+  c.sub<&kes_main::_application_background>("application_background");
+  c.sub<&kes_main::_application_remotenotification>("application_remotenotification");
+  c.sub<&kes_main::_fm_fcmconnected>("fm_fcmconnected");
+  c.sub<&kes_main::_lstmenu_itemclick>("lstmenu_itemclick");
+  c.sub<&kes_main::_clv_itemclick>("clv_itemclick");
+  c.sub<&kes_main::_home_barbuttonclick>("home_barbuttonclick");
+  c.sub<&kes_main::_secondpage_barbuttonclick>("secondpage_barbuttonclick");
+  c.sub<&kes_main::_web_overrideurl>("web_overrideurl");
+  c.sub<&kes_main::_jobdone>("jobdone");
+  c.sub<&kes_main::_msg_click>("msg_click");
+  c.sub<&kes_main::_complete>("complete");
+  c.sub<&kes_main::_dialog_result>("dialog_result");
+  c.field<&kes_main::_web>("web");
+  c.field<&kes_main::_clv>("clv");
+  c.field<&kes_main::_lstmenu>("lstmenu");
+  c.field<&kes_main::_lblversion>("lblversion");
+  c.field<&kes_main::_subtitle>("subtitle");
+  c.field<&kes_main::_atti_oggetto>("atti_oggetto");
+}
+
+void kes_main::initializeStaticModules() {
+  for (const char* name : kModules)
+    if (const auto* info = ClassRegistry::instance().find(name))
+      if (const auto module = Value(info->make()).as<KesStaticModule>()) module->initializeModule();
+}
+
+void kes_main::_process_globals() {
+  const auto only = [](auto& module) { return Ref(&module); };
+  _infocitta = only(kes_infocitta::instance());
+  _infocitta_entity = only(kes_infocitta_entity::instance());
+  _httputils2service = only(kes_httputils2service::instance());
+  _dateutils = only(kes_dateutils::instance());
+  _imenu = 0;
+  _tokenfb = deployment::graphToken();
+  _tokengoogle = deployment::placesKey();
+  _tokenmaps = deployment::mapsKey();
+}
+
+// --- Life of the application.
+
+void kes_main::_application_start(Value) {
+  initializeStaticModules();
+  _analytics.Initialize();
+  _navcontrol.Initialize(bi(), "nc");
+
+  _home.Initialize(bi(), "Home");
+  _home.RootPanel().setColor(KesColors::White);
+
+  KesPage menu;
+  menu.Initialize(bi(), "lp");
+  menu.RootPanel().setColor(KesColors::White);
+  menu.RootPanel().LoadLayout("laymenu", bi());
+  for (const MenuRow& row : kMenu) {
+    const KesFont font = row.font == IconFont::FontAwesome
+                             ? KesFont::CreateFontAwesome(kIconSize)
+                             : KesFont::CreateMaterialIcons(kIconSize);
+    KesCSBuilder text;
+    text.Initialize().Alignment("ALIGN_LEFT").Font(font).Append(c().Chr(row.icon)).PopAll();
+    text.Append(row.label);
+    _lstmenu->_addtextitemcs(text, row.value);
+  }
+
+  _smc.Initialize(menu, _navcontrol, KesPage());
+  _app.setKeyController(_smc.object());
+  _navcontrol.ShowPage(_home);
+  _home.setTopLeftButtons(KesList::of({_smc.CreateBarButton("left")}));
+  KesNativeObject drawer;
+  drawer.setObject(_smc.object());
+  drawer.SetField("shouldStretchDrawer", false);
+  _lblversion.setText("Ver. " + _getversion());
+
+  _caricahome();
+  _controlloversione();
+
+  _app.RegisterUserNotifications(true, true, true);
+  _app.RegisterForRemoteNotifications();
+  _fm.Initialize(bi(), "fm");
+}
+
+void kes_main::_application_active() { _fm.FCMConnect(); }
+
+void kes_main::_application_background() { _fm.FCMDisconnect(); }
+
+void kes_main::_fm_fcmconnected() {
+  c().Log("FCMConnected");
+  _fm.SubscribeToTopic("ios_general");
+}
+
+// The citizen sees the message as it came: its text form is the alert.
+void kes_main::_application_remotenotification(KesMap message,
+                                               Ref<KesCompletionHandler> handler) {
+  const Text text = c().SmartStringFormatter("", message);
+  c().Log("Message arrived: " + text);
+  Msgbox(text, "Push message!");
+  KesNotificationWrapper notification;
+  notification.Initialize(DateTime().Now() + KesDateTime::TicksPerSecond);
+  notification.setAlertBody(Kes::ObjectToString(message.Get("alert")));
+  notification.Register();
+  handler->Complete();
+}
+
+// --- The menu, the page and its bars.
+
+void kes_main::_lstmenu_itemclick(int, Value value) {
+  const auto chosen = static_cast<std::int32_t>(Kes::ObjectToLongNumber(value));
+  const auto former = std::exchange(_imenu, chosen);
+  _smc.CloseMenu();
+  switch (chosen) {
+    case 1: _caricahome(); break;
+    case 4: _farmacie_farmaciaaperta(); break;
+    case 6: _infocitta_caricalistacategorie(); break;
+    case 20: _caricadisclaimer(); break;
+    case 21: _app.OpenURL(deployment::appStorePage()); break;
+    default:
+      // The page stays as it is, and so does what a tap on it means.
+      _imenu = former;
+      c().Log("Menu row " + std::to_string(chosen) + " has no feature yet.");
+  }
+}
+
+Resumable<> kes_main::_clv_itemclick(int, Value value) {
+  switch (_imenu) {
+    case 4: _infocitta_entity->_caricaentity(KesMap::fromBoxed(value)); break;
+    case 6: {
+      const auto category = KesMap::fromBoxed(value);
+      _infocitta->_infocitta_caricaelementi(textOf(category, "Nome"), textOf(category, "Link"));
+      break;
+    }
+    default: break;
+  }
+  co_return;
+}
+
+Resumable<> kes_main::_home_barbuttonclick(Value tag) {
+  if (tag.textView() == "left") _smc.OpenLeftMenu();
+  co_return;
+}
+
+void kes_main::_secondpage_barbuttonclick(Value tag) {
+  if (tag.textView() == "WEB") _app.OpenURL(Kes::ObjectToString(_secondpage.Tag()));
+}
+
+// Links of a page open outside the app.
+bool kes_main::_web_overrideurl(Text url) {
+  _app.OpenURL(url);
+  return true;
+}
+
+// --- What the shell itself shows.
+
+Resumable<> kes_main::_caricahome() {
+  return showDocument("InfoVarlo", "/InfoVarlo/config/master/home_ios.html");
+}
+
+Resumable<> kes_main::_caricadisclaimer() {
+  return showDocument("Disclaimer", "/InfoVarlo/config/master/about.html");
+}
+
+Resumable<> kes_main::showDocument(Text title, Text path) {
+  _home.RootPanel().RemoveAllViews();
+  _home.RootPanel().LoadLayout("layweb", bi());
+  _home.setTitle(title);
+  auto job = make<kes_httpjob>(bi(), "", self());
+  auto progress = _hd.progress("Caricamento...");
+  job->_download(documents(path));
+  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  if (job->_success)
+    _web.LoadHtml(job->_getstring());
+  else
+    _hd.ToastMessageShow("Connessione non presente", false);
+  progress.hide();
+  job->_release();
+}
+
+Resumable<> kes_main::_controlloversione() {
+  auto job = make<kes_httpjob>(bi(), "", self());
+  job->_download(documents("/InfoVarlo/config/master/version_ios"));
+  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  if (job->_success) {
+    // Two plain numbers: 1.10 counts as below 1.9.
+    const double released = Kes::ObjectToNumber(job->_getstring()).asDouble();
+    const double installed = Kes::ObjectToNumber(_getversion()).asDouble();
+    if (released > installed) {
+      Msgbox2(bi(), "Msg", "Nuova versione rilasciata!", "InfoVarlo", KesList::of({"OK"}));
+      const Text button = co_await waitFor<Text>("msg_click:");
+      if (button == "OK") _app.OpenURL(deployment::appStorePage());
+    }
+  }
+  job->_release();
+}
+
+// --- What the shell offers to the features.
+
+Resumable<> kes_main::_downloadimage(Text link, KesImageViewWrapper view) {
+  auto job = make<kes_httpjob>(bi(), "", self());
+  job->_download(link);
+  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  if (job->_success) view.setBitmap(job->_getbitmap());
+  job->_release();
+}
+
+Resumable<> kes_main::_movecustomdialog(iCustomDialog dialog, double top) {
+  const auto view = dialog.View();
+  while (view.Top() == 0) co_await sleep(5);
+  view.setTop(top);
+}
+
+// A date is a text of the form year-month-day.
+std::int64_t kes_main::_datetolong(const Text& date) {
+  return DateTime().Add(dayOf(date), 0, 0, 1);
+}
+
+std::int64_t kes_main::dayOf(const Text& date) {
+  const auto part = [&](int begin, int end) {
+    return static_cast<std::int32_t>(Kes::ObjectToNumber(date.SubString2(begin, end)).asInt64());
+  };
+  return _dateutils->_setdate(part(0, 4), part(5, 7), part(8, 10));
+}
+
+Text kes_main::_formatodata(const Text& date, bool withNames) {
+  if (!withNames)
+    return date.SubString2(8, 10) + "/" + date.SubString2(5, 7) + "/" + date.SubString2(0, 4);
+  const auto ticks = dayOf(date);
+  return _dateutils->_getdayofweekname(ticks) + " " +
+         std::to_string(DateTime().GetDayOfMonth(ticks)) + " " + _dateutils->_getmonthname(ticks) +
+         " " + std::to_string(DateTime().GetYear(ticks));
+}
+
+Text kes_main::_formatoora(const Text& dateAndTime) { return dateAndTime.SubString2(11, 16); }
+
+Text kes_main::_getstringdayfb(int day) {
+  static constexpr const char* kDays[] = {"sun", "mon", "tue", "wed", "thu", "fri", "sat"};
+  return day >= 1 && day <= 7 ? kDays[day - 1] : "";
+}
+
+KesMap kes_main::_copymap(const KesMap& map) {
+  KesSerializator serializer;
+  return KesMap::fromBoxed(
+      serializer.ConvertBytesToObject(serializer.ConvertObjectToBytes(map)));
+}
+
+Text kes_main::_getversion() {
+  KesNativeObject bundle;
+  const Value version =
+      bundle.Initialize("NSBundle")
+          .RunMethod("mainBundle", nullptr)
+          .RunMethod("objectForInfoDictionaryKey:",
+                     KesArray::initObjectsWithData({"CFBundleShortVersionString"}))
+          .objectOrNull();
+  return Kes::ObjectToString(version);
+}
+
+}  // namespace varlo

@@ -1,0 +1,210 @@
+#include "component_fixture.h"
+#include "runtime/core/array.h"
+#include "runtime/core/list.h"
+
+using namespace kes;
+
+namespace {
+
+struct Point2 {
+  float x, y;
+};
+
+// Answers to a few subs and writes down what reached it.
+class Listener : public KesClass {
+ public:
+  void _initialize() { initializeClassModule(); }
+  static void describe(ClassBuilder<Listener>& c) {
+    c.name("kes_listener");
+    c.sub<&Listener::_menu_itemclick>("menu_itemclick");
+    c.sub<&Listener::_application_active>("application_active");
+    c.sub<&Listener::_outer>("outer");
+    c.sub<&Listener::_numbers>("numbers");
+    c.sub<&Listener::_shape>("shape");
+    c.sub<&Listener::_fails>("fails");
+    c.sub<&Listener::_list>("list");
+    c.field<&Listener::_name>("name");
+    c.field<&Listener::_count>("count");
+    c.field<&Listener::_open>("open");
+  }
+  int _menu_itemclick(int index, Value value) {
+    trace.push_back("menu " + std::to_string(index) + " " + value.description().str());
+    return index * 2;
+  }
+  void _application_active() { trace.push_back("active"); }
+  void _outer() {
+    trace.push_back("outer by " + Kes::sender().description().str());
+    bi()->raiseEvent(nullptr, "application_active", {});
+    trace.push_back("then by " + Kes::sender().description().str());
+  }
+  Value _numbers(bool b, signed char c, unsigned char uc, short s, unsigned short us, int i,
+                 std::int64_t q, double d, float f) {
+    trace.push_back((b ? "true " : "false ") + std::to_string(c) + " " + std::to_string(uc) + " " +
+                    std::to_string(s) + " " + std::to_string(us) + " " + std::to_string(i) + " " +
+                    std::to_string(q) + " " + Value(d).description().str() + " " +
+                    Value(f).description().str());
+    return {};
+  }
+  Point2 _shape(Point2 p) { return {p.y, p.x}; }
+  void _fails() { throw KesException("broken"); }
+  KesList _list(KesList l) { return l; }
+
+  Trace trace;
+  Text _name = "n";
+  std::int32_t _count = 7;
+  bool _open = true;
+};
+
+class EventsTest : public ComponentTest {
+ protected:
+  EventsTest() {
+    ClassRegistry::instance().add<Listener>();
+    listener = make<Listener>();
+    listener->_initialize();
+  }
+  Value raise(std::string_view event, std::vector<Value> params = {}) {
+    return listener->bi()->raiseEvent(nullptr, event, params);
+  }
+  Ref<Listener> listener;
+};
+
+template <class F>
+std::string reasonOf(F f) {
+  try {
+    f();
+  } catch (const KesException& e) {
+    return e.name().str() + "|" + e.reason().str();
+  }
+  return "nothing thrown";
+}
+
+}  // namespace
+
+TEST_F(EventsTest, NamesSelectSubsByColonsAndMissingOnesAreNoError) {
+  EXPECT_EQ(raise("menu_itemclick::", {3, "x"}), Value(6));
+  EXPECT_TRUE(raise("menu_itemclick:", {3}).isNil());
+  EXPECT_TRUE(raise("nobody").isNil());
+  raise("application_active");
+  EXPECT_EQ(listener->trace, (Trace{"menu 3 x", "active"}));
+  EXPECT_TRUE(listener->bi()->hasMethod("menu_itemclick::"));
+  EXPECT_FALSE(listener->bi()->hasMethod("menu_itemclick"));
+  EXPECT_EQ(reasonOf([&] { listener->bi()->errorIfMissingEvent("st", "_newdata:"); }),
+            "|st_newdata: event not found.");
+}
+
+TEST_F(EventsTest, ParametersAreCutToTheDeclaredTypes) {
+  raise("numbers:::::::::", {2, 300, 200, 70000, 70000, std::int64_t{1} << 33, 5.9, 7, 0.5});
+  EXPECT_EQ(listener->trace, (Trace{"true 44 200 4464 4464 0 5 7 0.5"}));
+  EXPECT_EQ(reasonOf([&] { raise("menu_itemclick::", {Value::null(), 1}); }),
+            "Invalid object type|Expected: NSNumber, object type: <null>");
+  raise("menu_itemclick::", {1, Value::null()});
+  EXPECT_EQ(listener->trace.back(), "menu 1 null") << "the null object arrives as nil";
+}
+
+TEST_F(EventsTest, StructuresTravelAsByteBuffers) {
+  const Point2 p{1, 2};
+  const Value swapped = raise("shape:", {detail::bytesValue(&p, sizeof p)});
+  Point2 back{};
+  ASSERT_TRUE(detail::bytesOf(swapped, &back, sizeof back));
+  EXPECT_EQ(back.x, 2);
+  EXPECT_EQ(reasonOf([&] { raise("shape:", {1}); }), "Unsupported type|Unsupported type Point2");
+}
+
+TEST_F(EventsTest, SenderIsThatOfTheInnermostEventAndNullAfterIt) {
+  listener->bi()->raiseEvent(listener->self(), "outer", {});
+  EXPECT_EQ(listener->trace, (Trace{"outer by [name=n, count=7, open=1]", "active", "then by <null>"}));
+  EXPECT_TRUE(Kes::sender().isNull());
+}
+
+TEST_F(EventsTest, QueuedEventsRunLaterInOrderEvenFromTheMainThread) {
+  listener->bi()->raiseUIEvent(nullptr, "application_active", {});
+  listener->bi()->raiseEventFromDifferentThread(nullptr, "menu_itemclick::", {1, "a"});
+  EXPECT_TRUE(listener->trace.empty());
+  drain();
+  EXPECT_EQ(listener->trace, (Trace{"active", "menu 1 a"}));
+}
+
+TEST_F(EventsTest, WhatDiedBeforeItsTurnIsDroppedAndFaultsDoNotStopTheQueue) {
+  auto other = make<Listener>();
+  other->_initialize();
+  other->bi()->raiseUIEvent(nullptr, "application_active", {});
+  other = nullptr;
+  listener->bi()->raiseUIEvent(nullptr, "fails", {});
+  listener->bi()->raiseUIEvent(nullptr, "application_active", {});
+  drain();
+  EXPECT_EQ(faults, (Trace{"broken"}));
+  EXPECT_EQ(listener->trace, (Trace{"active"}));
+  EXPECT_EQ(log, (Trace{"Class (kes_listener) instance released."}));
+}
+
+TEST_F(EventsTest, CallSubReachesComponentsOnly) {
+  auto& c = KesCommon::shared();
+  EXPECT_EQ(c.CallSub3(listener->bi(), listener, "Menu_ItemClick", 4, "y"), Value(8));
+  EXPECT_TRUE(c.SubExists(listener->bi(), listener, "MENU_ItemClick", 2));
+  EXPECT_FALSE(c.SubExists(listener->bi(), listener, "menu_itemclick", 1));
+  EXPECT_EQ(reasonOf([&] { c.CallSub(listener->bi(), KesMap(), "x"); }).substr(0, 19),
+            "|Invalid component:");
+  c.CallSubDelayed2(listener->bi(), listener, "application_active", 1);
+  c.CallSubDelayed(listener->bi(), listener, "application_active");
+  EXPECT_EQ(listener->trace.size(), 1u);
+  drain();
+  EXPECT_EQ(listener->trace, (Trace{"menu 4 y", "active"}));
+}
+
+TEST_F(EventsTest, DynamicCallsSayWhatIsMissing) {
+  EXPECT_EQ(reasonOf([] { Kes::runDynamicMethod(nullptr, "_x:", false, {}); }),
+            "null object|Target is null. Method called: _x:");
+  EXPECT_TRUE(Kes::runDynamicMethod(listener.get(), "_x:", false, {}).isNil());
+  EXPECT_EQ(reasonOf([&] { Kes::runDynamicMethod(listener.get(), "_x:", true, {}); }),
+            "method not found|Method not found: _x:, target: [name=n, count=7, open=1]");
+}
+
+TEST_F(EventsTest, WrappersShareTheirObjectItsTagAndItsEquality) {
+  KesList a, b;
+  EXPECT_FALSE(a.IsInitialized());
+  EXPECT_EQ(reasonOf([&] { a.object(); }), "|Object was not initialized (NSArray)");
+  EXPECT_TRUE(a.isEqual(Value(b))) << "both empty";
+  a.Initialize();
+  b.Initialize2(a);
+  a.setTag("t");
+  EXPECT_EQ(b.Tag(), Value("t"));
+  b.setTag(nullptr);
+  EXPECT_TRUE(a.Tag().isNil());
+  EXPECT_TRUE(Value(a).isEqual(Value(b)));
+  EXPECT_EQ(reasonOf([&] { a.setObject(listener); }),
+            "Invalid object type|Expected: NSArray, object type: kes_listener");
+  a.setObject(nullptr);
+  EXPECT_FALSE(a.IsInitialized());
+
+  KesList sent;
+  sent.Initialize();
+  const Value returned = raise("list:", {Value(sent)});
+  KesList::fromBoxed(returned).Add(5);
+  EXPECT_EQ(sent.Size(), 1) << "a list by value is a view of the same store";
+}
+
+TEST_F(EventsTest, NativeObjectsReadAndWriteFieldsByName) {
+  KesNativeObject native;
+  native.setObject(listener);
+  native.SetField("_count", 9);
+  EXPECT_EQ(listener->_count, 9);
+  EXPECT_EQ(native.GetField("_name").object(), Value("n"));
+  EXPECT_EQ(native.RunMethod("_menu_itemclick::", KesArray::initObjectsWithData({5, "z"})).object(),
+            Value(10));
+  EXPECT_EQ(reasonOf([&] { native.RunMethod("fly:", nullptr); }).substr(0, 17), "method not found|");
+}
+
+TEST_F(EventsTest, AttachedEventsOfObjectsWhoseKesHasGoneAreSilent) {
+  KesList owner;
+  owner.Initialize();
+  Shared& object = *owner.object().object();
+  KesObjectWrapper::setBIAndEventName(object, listener->bi(), "MENU");
+  EXPECT_TRUE(KesObjectWrapper::hasMethod(object, "_itemclick::"));
+  const Value params[] = {1, "v"};
+  EXPECT_EQ(KesObjectWrapper::raiseEvent(object, "_itemclick::", params), Value(2));
+  listener = nullptr;
+  EXPECT_TRUE(KesObjectWrapper::raiseEvent(object, "_itemclick::", params).isNil());
+  KesObjectWrapper::raiseUIEvent(object, "_itemclick::", {1, "v"});
+  drain();
+  EXPECT_TRUE(faults.empty());
+}

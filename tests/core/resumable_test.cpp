@@ -1,0 +1,237 @@
+#include "component_fixture.h"
+#include "runtime/core/array.h"
+
+using namespace kes;
+
+namespace {
+
+// Counts the locals of parked subs that are alive.
+struct Local {
+  explicit Local(int& n) : count(n) { ++count; }
+  ~Local() { --count; }
+  int& count;
+};
+
+class Worker : public KesClass {
+ public:
+  void _initialize() { initializeClassModule(); }
+  static void describe(ClassBuilder<Worker>& c) {
+    c.name("kes_worker");
+    c.sub<&Worker::_jobdone>("jobdone");
+    c.sub<&Worker::_start>("start");
+  }
+
+  Trace trace;
+  int alive = 0;
+
+  void _jobdone(Value) { trace.push_back("unclaimed"); }
+  Resumable<> _start() {
+    trace.push_back("start");
+    co_await sleep(10);
+    trace.push_back("slept");
+  }
+  Resumable<> waitJob(std::string name, Value filter) {
+    Local local(alive);
+    const Value got = co_await waitFor<Value>("jobdone:", filter);
+    trace.push_back(name + " got " + got.description().str());
+  }
+  Resumable<Text> answer(Text text, int wait) {
+    Local local(alive);
+    if (wait >= 0) co_await sleep(wait);
+    trace.push_back("answered");
+    co_return text;
+  }
+  Resumable<Value> nothing() { co_return Value(); }
+  Resumable<> ask(Text text, int wait) {
+    auto got = co_await waitFor<Text>("complete:", answer(text, wait));
+    trace.push_back("heard " + got.str());
+  }
+  Resumable<> askNothing() {
+    const Value got = co_await waitFor<Value>("complete:", nothing());
+    trace.push_back(got.isNil() ? "nil" : "something");
+  }
+  Resumable<> guarded() {
+    try {
+      const int n = co_await waitFor<int>("number:");
+      trace.push_back("number " + std::to_string(n));
+      co_await sleep(1);
+      throw KesException("too late");
+    } catch (const std::exception& e) {
+      Kes::SetException(e);
+      trace.push_back("caught " + c().LastException().Message().str());
+    }
+  }
+  Resumable<> unguarded() {
+    Local local(alive);
+    co_await sleep(1);
+    throw KesException("out of the task");
+  }
+  Resumable<> failsAtOnce() {
+    Local local(alive);
+    throw KesException("at once");
+    co_return;
+  }
+  Resumable<> two() {
+    auto [page, ok] = co_await waitFor<Text, bool>("page::");
+    trace.push_back(page.str() + (ok ? " yes" : " no"));
+  }
+  Resumable<> clicks(std::string name) {
+    co_await waitFor("msg_click:");
+    trace.push_back(name);
+    co_await waitFor("msg_click:");
+    trace.push_back(name + " again");
+  }
+};
+
+class ResumableTest : public ComponentTest {
+ protected:
+  ResumableTest() {
+    ClassRegistry::instance().add<Worker>();
+    worker = make<Worker>();
+    worker->_initialize();
+  }
+  void raise(Ref<Shared> sender, std::string_view event, std::vector<Value> params) {
+    worker->bi()->raiseEvent(sender, event, params);
+  }
+  Ref<Shared> token() { return KesArray::initBytes({1}); }
+  Ref<Worker> worker;
+};
+
+}  // namespace
+
+TEST_F(ResumableTest, ReturnsAtTheFirstWaitAndGoesOnInALaterTask) {
+  worker->_start();
+  worker->trace.push_back("returned");
+  drain();
+  EXPECT_EQ(worker->trace, (Trace{"start", "returned"}));
+  pass(9);
+  EXPECT_EQ(worker->trace.size(), 2u);
+  pass(1);
+  EXPECT_EQ(worker->trace, (Trace{"start", "returned", "slept"}));
+}
+
+TEST_F(ResumableTest, EachWaiterWakesByItsOwnSenderInAnyOrder) {
+  auto a = token(), b = token(), stranger = token();
+  worker->waitJob("a", a);
+  worker->waitJob("b", b);
+  worker->waitJob("any", nullptr);
+  raise(b, "jobdone:", {2});
+  raise(stranger, "jobdone:", {3});
+  raise(stranger, "jobdone:", {4});
+  raise(a, "jobdone:", {1});
+  EXPECT_EQ(worker->trace, (Trace{"b got 2", "any got 3", "unclaimed", "a got 1"}));
+  EXPECT_EQ(worker->alive, 0);
+}
+
+TEST_F(ResumableTest, AFilteredWaitStandsBeforeAnUnfilteredOne) {
+  auto a = token();
+  worker->waitJob("any", nullptr);
+  worker->waitJob("a", a);
+  raise(a, "jobdone:", {1});
+  EXPECT_EQ(worker->trace, (Trace{"a got 1"}));
+}
+
+TEST_F(ResumableTest, ARepeatedWaitDropsTheFirstSubAndUnwindsItsLocals) {
+  auto a = token();
+  worker->waitJob("first", a);
+  EXPECT_EQ(worker->alive, 1);
+  worker->waitJob("second", a);
+  EXPECT_EQ(worker->alive, 1) << "the first sub's locals are unwound";
+  raise(a, "jobdone:", {1});
+  EXPECT_EQ(worker->trace, (Trace{"second got 1"}));
+}
+
+TEST_F(ResumableTest, WaitsOfDeadSendersAreSweptByTheNextWait) {
+  auto a = token();
+  worker->waitJob("a", a);
+  a = nullptr;
+  EXPECT_EQ(worker->alive, 1);
+  EXPECT_EQ(worker->bi()->parkedCount(), 1u);
+  worker->waitJob("any", nullptr);
+  EXPECT_EQ(worker->alive, 1);
+  EXPECT_EQ(worker->bi()->parkedCount(), 1u);
+}
+
+TEST_F(ResumableTest, ACalledSubThatFinishesAtOnceIsStillHeard) {
+  worker->ask("now", -1);
+  EXPECT_EQ(worker->trace, (Trace{"answered"}));
+  drain();
+  EXPECT_EQ(worker->trace, (Trace{"answered", "heard now"}));
+  worker->ask("later", 5);
+  pass(5);
+  EXPECT_EQ(worker->trace.back(), "heard later");
+  worker->askNothing();
+  drain();
+  EXPECT_EQ(worker->trace.back(), "nil");
+  EXPECT_EQ(worker->alive, 0);
+}
+
+TEST_F(ResumableTest, AwaitingACompletedSubFails) {
+  auto sub = worker->answer("x", -1).intoValue();
+  drain();
+  EXPECT_TRUE(sub.as<KesResumableSubWrapper>()->Completed());
+  try {
+    WaitFor("complete:", *worker->bi(), nullptr, sub);
+    FAIL();
+  } catch (const KesException& e) {
+    EXPECT_EQ(e.reason(), "Resumable sub already completed");
+  }
+}
+
+TEST_F(ResumableTest, ATryAroundWaitsCatchesWhatComesAfterThem) {
+  worker->guarded();
+  raise(nullptr, "number:", {5});
+  pass(1);
+  EXPECT_EQ(worker->trace, (Trace{"number 5", "caught too late"}));
+}
+
+TEST_F(ResumableTest, WithoutATryTheErrorReachesWhoeverResumed) {
+  worker->unguarded();
+  EXPECT_EQ(worker->alive, 1);
+  pass(1);
+  EXPECT_EQ(faults, (Trace{"out of the task"}));
+  EXPECT_EQ(worker->alive, 0);
+  try {
+    worker->failsAtOnce();
+    FAIL();
+  } catch (const KesException& e) {
+    EXPECT_EQ(e.reason(), "at once");
+  }
+  EXPECT_EQ(worker->alive, 0);
+}
+
+TEST_F(ResumableTest, ParametersArriveByTypeAndPosition) {
+  worker->two();
+  raise(nullptr, "page::", {"home", 1});
+  EXPECT_EQ(worker->trace, (Trace{"home yes"}));
+}
+
+TEST_F(ResumableTest, OneEventWakesOneSub) {
+  worker->clicks("a");
+  worker->clicks("b");
+  EXPECT_EQ(worker->bi()->parkedCount(), 1u) << "the same wait again drops the earlier sub";
+  raise(nullptr, "msg_click:", {"OK"});
+  EXPECT_EQ(worker->trace, (Trace{"b"}));
+  raise(nullptr, "msg_click:", {"OK"});
+  EXPECT_EQ(worker->trace, (Trace{"b", "b again"}));
+}
+
+TEST_F(ResumableTest, CancelsAcrossEverySuspension) {
+  auto a = token();
+  worker->waitJob("parked", a);
+  worker->answer("asleep", 100);
+  EXPECT_EQ(worker->alive, 2);
+  worker->bi()->waitsFor("jobdone:").clear();
+  EXPECT_EQ(worker->alive, 1);
+  platform.mainQueue().close();
+  EXPECT_EQ(worker->alive, 0);
+}
+
+TEST_F(ResumableTest, ASubKeepsItsOwnerAlive) {
+  worker->_start();
+  WeakRef<Worker> weak(worker);
+  worker = nullptr;
+  EXPECT_TRUE(weak.lock());
+  pass(10);
+  EXPECT_FALSE(weak.lock());
+}
