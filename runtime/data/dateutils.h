@@ -48,6 +48,10 @@ class kes_dateutils final : public Module<kes_dateutils> {
   KesList _monthslist;
   Text _ad;
   Text _bc;
+
+ private:
+  // Era, year, month and day as one run of digits.
+  Text dayText(std::int32_t year, std::int32_t month, std::int32_t day);
 };
 
 }  // namespace kes

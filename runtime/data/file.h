@@ -77,9 +77,6 @@ class KesFile final : public Object {
 
   // The name under which the file is stored; throws when it may not be written.
   Text checkAssets(std::string_view dir, std::string_view name, bool write) const;
-
-  // A path as messages show it: "assets/…", "documents/…", or as it stands.
-  static std::string displayPath(std::string_view path);
 };
 
 inline KesFile& File() { return KesFile::shared(); }
