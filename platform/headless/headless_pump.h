@@ -2,9 +2,9 @@
 // the virtual clock.
 //
 // The clock moves only here, and only when nothing is left to do at its present time.
-// While work is under way elsewhere (threads, the network) it stands still and the
-// pump waits really, for the queue to be posted to. Owned by the test or the
-// simulator. Main thread; milliseconds.
+// While work is under way elsewhere (threads, the network) the pump waits really, for
+// the queue to be posted to, and the clock keeps pace with the real time it waits. Owned by the
+// test or the simulator. Main thread; milliseconds.
 #pragma once
 
 #include <functional>
@@ -39,12 +39,16 @@ class HeadlessPump {
 
  private:
   bool loadPages();
+  void moveTo(std::int64_t time);
+  bool run(const std::function<bool()>& condition, const std::function<bool()>& isBusy,
+           std::int64_t timeout, bool untilIdle);
   std::optional<std::int64_t> nextDue(bool withTimers) const;
 
   platform::Platform& platform_;
   platform::VirtualClock& clock_;
   HeadlessScreen& screen_;
   ui::Application& app_;
+  std::int64_t lastFrame_ = -1;
 };
 
 }  // namespace headless

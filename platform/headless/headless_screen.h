@@ -19,7 +19,9 @@ class HeadlessScreen final : public ui::Screen {
   double scale() const override { return scale_; }
   double statusBarHeight() const override { return statusBar; }
   void treeChanged() override { frameWanted_ = true; }
-  void requestTick(std::int64_t) override {}  // the pump asks the application itself
+  // The pump asks the application itself.
+  void nextFrame() override {}
+  void requestTick(std::int64_t) override {}
   bool openUrl(const std::string& url) override;
   void notify(const ui::Notification& n) override { notifications.push_back(n); }
   void focusChanged(ui::View*, bool) override {}

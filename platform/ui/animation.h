@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/ui/view.h"
@@ -68,7 +67,6 @@ class Animator {
              std::function<void(double)> apply, Timing timing, Done done);
   void forget(const View& view);  // it is being destroyed
   void unmark(View& view);
-  const Animation* find(const View& view, Property property) const;
   static void compute(Animation& animation, std::int64_t now);
 
   std::vector<Animation> running_;

@@ -58,6 +58,9 @@ class Application {
   std::vector<Ref<Window>> windows() const;
   Window* keyWindow() const;  // the one made key, else the frontmost shown, else null
 
+  // Every view that is modal, shown or not; each dies or turns ordinary before it leaves.
+  const std::vector<const View*>& modalViews() const { return modals_; }
+
   // --- Frames. A side calls frame() after treeChanged() and tick() after requestTick().
   void frame();  // tick and layout pass; asks for another while something is animated
   void tick();   // due timers, animations
@@ -122,6 +125,7 @@ class Application {
   Hud hud_{*this};
   Input input_{*this};
   std::vector<Window*> windows_;
+  std::vector<const View*> modals_;
   Window* key_ = nullptr;
   std::vector<Timer> timers_;
   std::vector<KeyboardObserver> keyboardObservers_;

@@ -38,7 +38,6 @@ class Button : public View {
   Size sizeThatFits(Size limit) const override;
   std::string displayText() const override { return title(); }
   bool takesTap() const override { return true; }
-  void tap(Point at) override;
 
  protected:
   Role defaultRole() const override { return Role::Button; }

@@ -17,6 +17,7 @@ class Switch : public View {
   void userSet(bool on);
   bool takesTap() const override { return true; }
   void tap(Point at) override;
+  std::string accessibleValue() const override { return on_ ? "attivo" : "non attivo"; }
 
  protected:
   Role defaultRole() const override { return Role::Switch; }
@@ -39,6 +40,7 @@ class RangeControl : public View {
   void userSet(double value);
   bool adjust(int steps) override;
   bool canFocus() const override { return enabled(); }
+  std::string accessibleValue() const override;
 
  private:
   double value_ = 0, minimum_ = 0, maximum_ = 1, step_ = 0.1;
@@ -84,6 +86,7 @@ class SegmentedControl : public View {
   bool takesTap() const override { return true; }
   void tap(Point at) override;
   bool adjust(int steps) override;
+  std::string accessibleValue() const override;
 
  protected:
   Role defaultRole() const override { return Role::SegmentedControl; }

@@ -54,7 +54,6 @@ class DrawerController : public ViewController {
   std::vector<Ref<ViewController>> shownChildren() override;
 
  private:
-  struct Panel;
   void layOut();
   double widthOf(DrawerSide side);
   Rect panelFrame(DrawerSide side, double shown);  // shown: 0 closed to 1 open

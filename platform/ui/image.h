@@ -22,8 +22,8 @@ class Image {
   static Image fromBytes(Bytes bytes, double scale = 1);
 
   bool empty() const { return !data_; }
-  const std::string& path() const;                   // empty for bytes
-  const std::shared_ptr<const Bytes> bytes() const;  // null for a file
+  const std::string& path() const;             // empty for bytes
+  std::shared_ptr<const Bytes> bytes() const;  // null for a file
   double scale() const;
   // The size in points as the image's own header says; none when it cannot be read.
   std::optional<Size> naturalSize() const;

@@ -12,6 +12,7 @@ class ProgressView : public View {
   std::string_view className() const override { return "UIProgressView"; }
   double progress() const { return progress_; }  // 0 to 1
   void setProgress(double progress);
+  std::string accessibleValue() const override;
   std::optional<Color> progressColor;
 
  protected:

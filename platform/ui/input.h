@@ -46,10 +46,11 @@ class Input {
   void wheel(double x, double y, double dx, double dy);
 
  private:
-  void began(Point at);
+  bool began(Point at);
   bool moved(Point at);
   bool ended(Point at);
   void release();
+  void decideDrag(Point way);
   void longPressDue(std::uint64_t gesture);
   bool moveFocus(int direction);
   bool activateFocused();
@@ -63,6 +64,7 @@ class Input {
   Point start_, last_;
   std::int64_t lastTime_ = 0;
   double velocityX_ = 0;
+  Ref<View> target_;                    // what was hit
   Ref<View> pressed_, held_, touched_;  // take tap, long press, touches
   Ref<ScrollView> scroller_;
   Ref<DrawerController> drawer_;

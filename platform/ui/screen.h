@@ -29,6 +29,8 @@ class Screen {
   // Something is to be drawn anew: call Application::frame() soon, then mirror what
   // Window::visitVisible() shows. Not called again before that frame().
   virtual void treeChanged() = 0;
+  // Something is animated: call frame() at the next refresh.
+  virtual void nextFrame() { treeChanged(); }
   // Call Application::tick() when so much time has passed (again for each request).
   virtual void requestTick(std::int64_t milliseconds) = 0;
 

@@ -41,11 +41,13 @@ class TextInput : public View {
 
   // A password is not read out.
   std::string displayText() const override { return traits_.password ? "" : text_; }
+  std::string accessibleValue() const override { return displayText(); }
   bool takesTap() const override { return editable(); }
   void tap(Point at) override;
 
  protected:
   void focusChanged(bool focused) override;
+  virtual void textReplaced() {}
 
  private:
   std::string text_;
@@ -73,6 +75,7 @@ class TextField : public TextInput {
 
  protected:
   Role defaultRole() const override { return Role::TextField; }
+  std::string derivedName() const override { return hint_; }
 
  private:
   std::string hint_;
@@ -96,6 +99,7 @@ class TextView : public TextInput {
 
  protected:
   Role defaultRole() const override { return editable_ ? Role::TextArea : Role::StaticText; }
+  void textReplaced() override { rich_.reset(); }
 
  private:
   std::unique_ptr<AttributedText> rich_;

@@ -140,7 +140,9 @@ class View : public platform::Shared {
   // What lies behind a modal view, in its parent and further up, is out of reach for
   // focus and assistive technology.
   bool modal() const { return flag(Modal); }
-  void setModal(bool modal) { setFlag(Modal, modal, Change::Accessibility); }
+  void setModal(bool modal);
+  // What a control or text input holds, as it is read aloud.
+  virtual std::string accessibleValue() const { return {}; }
 
   // --- For the screen.
   Change pendingChanges() const { return pending_; }
@@ -151,6 +153,7 @@ class View : public platform::Shared {
   virtual void layoutSubviews() {}
   virtual void focusChanged(bool /*focused*/) {}
   virtual Role defaultRole() const { return Role::None; }
+  virtual std::string derivedName() const;  // where no accessible name was set
   virtual Window* asWindow() { return nullptr; }
 
  private:

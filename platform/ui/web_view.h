@@ -35,8 +35,8 @@ class WebView : public View {
   std::function<void(bool success, const std::string& url)> onPageFinished;
   std::function<void(const std::string& message)> onMessage;  // posted by the page's script
 
-  // Called by the screen. A navigation that follows a link or redirect (not the load
-  // asked for here) goes ahead only if this answers true.
+  // Called by the screen. An address, whether followed from a link or asked for with
+  // loadUrl(), is loaded only if this answers true; html given as text isn't asked about.
   bool navigationAllowed(const std::string& url);
   void finished(std::uint64_t serial, bool success, const std::string& url);
   // What can be read in the page, if the engine knows; else taken from the html.
@@ -47,6 +47,7 @@ class WebView : public View {
 
  protected:
   Role defaultRole() const override { return Role::WebContent; }
+  std::string derivedName() const override { return {}; }
 
  private:
   Request request_;

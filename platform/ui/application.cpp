@@ -1,0 +1,233 @@
+#include "platform/ui/application.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+
+#include "platform/base/log.h"
+#include "platform/base/platform.h"
+#include "platform/ui/text_input.h"
+
+namespace ui {
+
+namespace {
+
+Application* g_current = nullptr;
+
+constexpr int kLayoutRounds = 16;  // layouts that never come to rest end here
+
+std::int64_t now() { return platform::current().clock().monotonic(); }
+
+}  // namespace
+
+Application::Application(Screen& screen, TextEngine& text) : screen_(screen), text_(text) {
+  g_current = this;
+}
+
+Application::~Application() {
+  animator_.finishAll();
+  dialogs_.clear();
+  if (g_current == this) g_current = nullptr;
+}
+
+Application* Application::current() { return g_current; }
+
+// --- The screen.
+
+Rect Application::statusBarFrame() const {
+  return {0, 0, screen_.bounds().width, screen_.statusBarHeight()};
+}
+
+void Application::screenChanged() {
+  for (const auto& window : windows()) {
+    window->setFrame(screen_.bounds());
+    window->setNeedsLayout();
+  }
+  treeChanged();
+}
+
+std::vector<Ref<Window>> Application::windows() const {
+  std::vector<Ref<Window>> all;
+  for (auto* w : windows_)
+    if (w != key_) all.emplace_back(w);
+  if (key_) all.emplace_back(key_);
+  return all;
+}
+
+Window* Application::keyWindow() const {
+  if (key_) return key_;
+  for (auto it = windows_.rbegin(); it != windows_.rend(); ++it)
+    if (!(*it)->hidden()) return *it;
+  return nullptr;
+}
+
+// --- Frames.
+
+void Application::treeChanged() {
+  if (frameAsked_) return;
+  frameAsked_ = true;
+  screen_.treeChanged();
+}
+
+void Application::frame() {
+  frameAsked_ = true;  // what changes while the frame is made is part of it
+  tick();
+  layoutIfNeeded();
+  frameAsked_ = false;
+  if (animator_.isAnimating()) screen_.nextFrame();
+}
+
+void Application::tick() {
+  const auto at = now();
+  // In the order of their due times; a timer may start or stop others.
+  for (;;) {
+    const auto it = std::min_element(timers_.begin(), timers_.end(), [](auto& a, auto& b) {
+      return a.due != b.due ? a.due < b.due : a.id < b.id;
+    });
+    if (it == timers_.end() || it->due > at) break;
+    const auto run = std::move(it->run);
+    timers_.erase(it);
+    run();
+  }
+  animator_.tick(at);
+}
+
+void Application::layoutIfNeeded() {
+  for (int round = 0; round < kLayoutRounds; ++round) {
+    bool again = false;
+    for (const auto& window : windows()) {
+      if (window->hidden()) continue;
+      if (!window->flag(View::NeedsLayout) && !window->flag(View::BelowNeedsLayout)) continue;
+      again = true;
+      window->layoutIfNeeded();
+    }
+    if (!again) return;
+  }
+  platform::log("Layout did not come to rest.");
+}
+
+std::uint64_t Application::startTimer(std::int64_t milliseconds, std::function<void()> due) {
+  timers_.push_back({++nextId_, now() + milliseconds, std::move(due)});
+  screen_.requestTick(milliseconds);
+  return nextId_;
+}
+
+void Application::stopTimer(std::uint64_t timer) {
+  std::erase_if(timers_, [timer](const Timer& t) { return t.id == timer; });
+}
+
+std::optional<std::int64_t> Application::nextTimerDue() const {
+  std::optional<std::int64_t> next;
+  for (const auto& t : timers_)
+    if (!next || t.due < *next) next = t.due;
+  return next;
+}
+
+// --- Focus and keyboard.
+
+void Application::setFocus(View* view, bool byKeyboard) {
+  const Ref<View> now(view);
+  const Ref<View> former = focused_.lock();
+  if (former == now) {
+    if (byKeyboard == focusByKeyboard_) return;
+    focusByKeyboard_ = byKeyboard;
+    if (now) now->markChanged(Change::State);
+    screen_.focusChanged(now.get(), byKeyboard);
+    return;
+  }
+  focused_ = WeakRef<View>(now);
+  focusByKeyboard_ = now && byKeyboard;
+  if (former) {
+    former->setFlag(View::Focused, false, Change::State);
+    former->focusChanged(false);
+  }
+  if (focused_.lock() != now) return;  // the hook moved it on
+  if (now) now->setFlag(View::Focused, true, Change::State);
+  screen_.focusChanged(now.get(), focusByKeyboard_);
+  const auto* input = dynamic_cast<TextInput*>(now.get());
+  setKeyboard(input && input->editable() ? screen_.keyboardHeight() : 0);
+  if (now && focused_.lock() == now) now->focusChanged(true);
+}
+
+void Application::setKeyboard(double height) {
+  if (height == keyboard_) return;
+  keyboard_ = height;
+  const auto observers = keyboardObservers_;
+  for (const auto& o : observers) {
+    const bool stays = std::any_of(keyboardObservers_.begin(), keyboardObservers_.end(),
+                                   [&](const auto& k) { return k.id == o.id; });
+    if (stays) o.call(height > 0, height);
+  }
+}
+
+std::uint64_t Application::addKeyboardObserver(std::function<void(bool, double)> observer) {
+  keyboardObservers_.push_back({++nextId_, std::move(observer)});
+  return nextId_;
+}
+
+void Application::removeKeyboardObserver(std::uint64_t observer) {
+  std::erase_if(keyboardObservers_, [&](const auto& o) { return o.id == observer; });
+}
+
+// --- Dialogs and the platform.
+
+Ref<Dialog> Application::messageBox(std::string title, std::string message,
+                                    std::vector<std::string> buttons,
+                                    std::function<void(int)> done) {
+  auto dialog = makeShared<Dialog>();
+  dialog->title = std::move(title);
+  dialog->message = std::move(message);
+  dialog->role = Role::Alert;
+  dialog->horizontalButtons = buttons.size() <= 2;
+  for (std::size_t i = 0; i < buttons.size(); ++i)
+    dialog->addButton(std::move(buttons[i]), static_cast<int>(i));
+  dialog->onResult = std::move(done);
+  dialog->present();
+  return dialog;
+}
+
+bool Application::openUrl(const std::string& url) {
+  static constexpr std::array<std::string_view, 4> kSchemes{"http", "https", "tel", "mailto"};
+  std::string scheme = url.substr(0, std::min(url.find(':'), url.size()));
+  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
+                 [](unsigned char c) { return c < 0x80 ? static_cast<char>(std::tolower(c)) : c; });
+  const bool known = url.find(':') != std::string::npos &&
+                     std::find(kSchemes.begin(), kSchemes.end(), scheme) != kSchemes.end();
+  if (!known) {
+    platform::log("Not opened, scheme refused: " + url);
+    return false;
+  }
+  lastUrl_ = url;
+  return screen_.openUrl(url);
+}
+
+// --- Lifecycle.
+
+void Application::activate() {
+  if (state_ == State::Active) return;
+  const bool returning = state_ == State::Background;
+  if (returning && delegate_) delegate_->willEnterForeground();
+  state_ = State::Active;
+  if (delegate_) delegate_->didBecomeActive();
+}
+
+void Application::resignActive() {
+  if (state_ != State::Active) return;
+  input_.cancelPointer();
+  if (delegate_) delegate_->willResignActive();
+  state_ = State::Inactive;
+}
+
+void Application::enterBackground() {
+  if (state_ == State::Background) return;
+  resignActive();
+  state_ = State::Background;
+  if (delegate_) delegate_->didEnterBackground();
+}
+
+void Application::terminate() {
+  if (delegate_) delegate_->willTerminate();
+}
+
+}  // namespace ui
