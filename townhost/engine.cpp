@@ -29,16 +29,7 @@ constexpr int ioMilliseconds = 30'000;
 // What the library shall not act upon: it would unpack, split up or recode
 // bodies that have to arrive, and leave, exactly as they are.
 constexpr const char* keptFromLibrary[] = {"Content-Type", "Content-Encoding", "Accept-Encoding",
-                                           "Range", "Expect"};
-
-// The request being served by this thread.
-struct Exchange {
-  httplib::Headers headers;
-  bool understood = false;  // or else nobody knows where the next request begins
-  bool hangUp = false;
-  Connection* connection = nullptr;
-};
-thread_local Exchange* current = nullptr;
+                                           "Range"};
 
 void fill(httplib::Response& response, const Answer& answer) {
   response.status = answer.status;
@@ -60,6 +51,15 @@ void fill(httplib::Response& response, const Answer& answer) {
 
 class Engine::Server final : public httplib::Server {
  public:
+  // The request being served by this thread.
+  struct Exchange {
+    httplib::Headers headers;
+    bool understood = false;  // or else nobody knows where the next request begins
+    bool hangUp = false;
+    Connection* connection = nullptr;
+  };
+  static thread_local Exchange* current;
+
   explicit Server(Engine::Handler handler) : handler_(std::move(handler)) {
     const auto serve = [this](const httplib::Request& request, httplib::Response& response) {
       this->serve(request, response);
@@ -178,6 +178,8 @@ class Engine::Server final : public httplib::Server {
   std::mutex mutex_;
   std::set<Connection*> open_;
 };
+
+thread_local Engine::Server::Exchange* Engine::Server::current = nullptr;
 
 std::string Call::header(const std::string& name) const {
   for (const auto& [key, value] : headers)

@@ -18,33 +18,10 @@
 namespace town {
 namespace {
 
-constexpr const char* jsonType = "application/json; charset=utf-8";
-
 std::int64_t machineTime() {
   using namespace std::chrono;
   return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
-
-// The waiting of delayed answers, which ends early when the host stops.
-class Patience {
- public:
-  void wait(long milliseconds) {
-    std::unique_lock lock(mutex_);
-    over_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return ended_; });
-  }
-  void end() {
-    {
-      std::lock_guard lock(mutex_);
-      ended_ = true;
-    }
-    over_.notify_all();
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable over_;
-  bool ended_ = false;
-};
 
 std::string listOf(const RequestLog& log) {
   rapidjson::StringBuffer out;
@@ -65,6 +42,27 @@ std::string listOf(const RequestLog& log) {
 }  // namespace
 
 struct TownHost::Parts {
+  // The waiting of delayed answers, which ends early when the host stops.
+  class Patience {
+   public:
+    void wait(long milliseconds) {
+      std::unique_lock lock(mutex_);
+      over_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return ended_; });
+    }
+    void end() {
+      {
+        std::lock_guard lock(mutex_);
+        ended_ = true;
+      }
+      over_.notify_all();
+    }
+
+   private:
+    std::mutex mutex_;
+    std::condition_variable over_;
+    bool ended_ = false;
+  };
+
   explicit Parts(Options chosen)
       : options(std::move(chosen)), engine([this](const Call& call) { return serve(call); }) {
     if (!options.now) options.now = machineTime;

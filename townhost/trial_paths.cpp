@@ -15,7 +15,6 @@ namespace {
 
 using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
 
-constexpr const char* jsonType = "application/json; charset=utf-8";
 constexpr long mostBytes = 64l << 20;
 
 void write(JsonWriter& json, std::string_view text) {

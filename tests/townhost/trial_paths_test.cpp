@@ -46,6 +46,15 @@ TEST(TrialPaths, EchoGivesBackEveryVerbUnchanged) {
   EXPECT_EQ(log[3].userAgent, "prova/1");
 }
 
+// A client that asks first would wait in vain, and send late.
+TEST(TrialPaths, AnnouncedBodiesAreWelcomedBeforeTheyCome) {
+  TownHost host;
+  const auto wire = rawRequest(host,
+                               "PUT /_echo HTTP/1.1\r\nHost: varlo\r\nConnection: close\r\n"
+                               "Expect: 100-continue\r\nContent-Length: 2\r\n\r\nsi");
+  EXPECT_THAT(wire.all, testing::StartsWith("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\n"));
+}
+
 // The engine below would split forms, and unpack what calls itself packed.
 TEST(TrialPaths, EchoLeavesBodiesAsTheyCame) {
   TownHost host;
