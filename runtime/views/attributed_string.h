@@ -1,0 +1,20 @@
+// AttributedString: a text with attributes as a shared object, as builders make it and
+// views take it. Main thread.
+#pragma once
+
+#include "platform/ui/rich_text.h"
+#include "runtime/core/object.h"
+
+namespace kes {
+
+class AttributedString final : public Object {
+ public:
+  std::string_view className() const override { return "NSMutableAttributedString"; }
+  ui::AttributedText text;
+  Text description() const override { return Text(text.text()); }
+
+  // The rich text of a builder or string; any other value's text form, without attributes.
+  static ui::AttributedText from(const Value& v);
+};
+
+}  // namespace kes

@@ -1,0 +1,34 @@
+// KesCustomViewWrapper: a panel of a layout whose content a class of the application (or
+// of the runtime) makes. Made by the layout builder; lives for one load.
+//
+// The panel holds a template label until AfterDesignerScript hands both, with the
+// designer's properties, to the object. Conditions as for KesViewWrapper.
+#pragma once
+
+#include "runtime/views/panel_wrapper.h"
+
+namespace kes {
+
+class KesCustomViewWrapper
+    : public ViewWrapper<KesCustomViewWrapper, KesPanelView, KesPanelWrapper> {
+ public:
+  static constexpr std::string_view kPlatformClass = "KesPanelView";
+  static constexpr std::string_view kName = "KesCustomViewWrapper";
+
+  void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
+  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+
+  const Value& customObject() const { return customObject_; }
+  void setCustomObject(Value object) { customObject_ = std::move(object); }
+  void setProps(Ref<Dictionary> properties) { properties_ = std::move(properties); }
+  // Calls the object's _initialize and "designercreateview:::", once it has its size.
+  void AfterDesignerScript();
+
+ private:
+  Value customObject_;
+  Ref<Dictionary> properties_;
+  WeakRef<Kes> owner_;
+  Text eventName_;
+};
+
+}  // namespace kes
