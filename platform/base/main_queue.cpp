@@ -132,7 +132,8 @@ void MainQueue::run(Task& task) {
 
 bool MainQueue::waitForTask(std::int64_t milliseconds) {
   using namespace std::chrono;
-  const auto end = steady_clock::now() + std::chrono::milliseconds(std::min(milliseconds, kLongestDelay));
+  const auto end =
+      steady_clock::now() + std::chrono::milliseconds(std::min(milliseconds, kLongestDelay));
   std::unique_lock lock(mutex_);
   for (;;) {
     collectDue();

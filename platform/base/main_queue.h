@@ -68,9 +68,7 @@ class MainQueue {
     std::int64_t due;
     std::uint64_t order;
     mutable Task task;
-    bool operator<(const Delayed& o) const {
-      return due != o.due ? due > o.due : order > o.order;
-    }
+    bool operator<(const Delayed& o) const { return due != o.due ? due > o.due : order > o.order; }
   };
   void collectDue() const;  // with the lock held
   void wake(const std::shared_ptr<const std::function<void()>>& waker);

@@ -250,14 +250,14 @@ void UrlSession::Engine::tell(UrlOutcome outcome) {
   delegateQueue_.post([told, delegate = delegate_, count = underWay_] {
     auto& o = *told;
     try {
-      if (o.body && o.response)
-        delegate->finishedDownload(*o.task, *o.response, o.body->path());
+      if (o.body && o.response) delegate->finishedDownload(*o.task, *o.response, o.body->path());
     } catch (const std::exception& e) {
       log(std::string("URL session: ") + e.what());
     }
     o.body.reset();
     --*count;
-    delegate->completed(*o.task, o.response ? &*o.response : nullptr, o.error ? &*o.error : nullptr);
+    delegate->completed(*o.task, o.response ? &*o.response : nullptr,
+                        o.error ? &*o.error : nullptr);
   });
 }
 

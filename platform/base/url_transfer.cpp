@@ -319,11 +319,15 @@ bool UrlTransfer::redirects() const {
 
 // Turns the request into the one that the redirect asks for.
 bool UrlTransfer::follow() {
-  char* target = nullptr;
-  curl_easy_getinfo(easy_, CURLINFO_REDIRECT_URL, &target);
+  CurlUrl url;
+  std::string target;
+  const auto& location = *response_->headers.find("Location");
+  if (url.set(request_.url) && curl_url_set(url.handle, CURLUPART_URL, location.c_str(),
+                                            CURLU_PATH_AS_IS | CURLU_URLENCODE) == CURLUE_OK)
+    target = url.part(CURLUPART_URL);
   const int status = response_->status;
   response_.reset();
-  if (!target || hostKey(target).empty()) {
+  if (hostKey(target).empty()) {
     fail("The server redirects to an unsupported URL.");
     return false;
   }
@@ -345,7 +349,7 @@ bool UrlTransfer::follow() {
     for (auto name : {"Content-Type", "Content-Encoding", "Content-Language"})
       request_.headers.remove(name);
   }
-  request_.url = target;
+  request_.url = std::move(target);
   return true;
 }
 

@@ -32,8 +32,8 @@ TEST(SerialQueues, RunWhatWasPostedInOrderBeforeTheyEnd) {
     EXPECT_EQ(id, threads.front());
     EXPECT_NE(id, std::this_thread::get_id());
   }
-  EXPECT_EQ(platform.lines(), (std::vector<std::string>{"numbers: task failed: fifty",
-                                                        "numbers: task failed"}));
+  EXPECT_EQ(platform.lines(),
+            (std::vector<std::string>{"numbers: task failed: fifty", "numbers: task failed"}));
 }
 
 // Symptom: the thread went on reading the queue's members after a task had dropped

@@ -1,0 +1,90 @@
+#include "tests/support/recording_session.h"
+
+#include <chrono>
+#include <stdexcept>
+
+#include "tests/support/test_platform.h"
+
+namespace testing_support {
+
+using namespace platform;
+
+class RecordingSession::Delegate final : public UrlSessionDelegate {
+ public:
+  void finishedDownload(const UrlTask& task, const UrlResponse& response,
+                        const std::string& path) override {
+    auto body = TestPlatform::read(path);
+    {
+      std::lock_guard lock(mutex);
+      auto& t = told[task.description];
+      ++t.downloads;
+      t.body = std::move(body);
+      t.path = path;
+      t.status = response.status;
+    }
+    if (onDownload) onDownload(task);
+  }
+  void completed(const UrlTask& task, const UrlResponse* response,
+                 const std::string* error) override {
+    std::lock_guard lock(mutex);
+    auto& t = told[task.description];
+    ++t.completions;
+    t.answered = response != nullptr;
+    if (response) {
+      t.status = response->status;
+      t.url = response->url;
+      t.headers = response->headers;
+    }
+    if (error) t.error = *error;
+    changed.notify_all();
+  }
+  std::optional<UrlCredential> credential(const UrlTask& task) override {
+    return answer ? answer(task) : std::nullopt;
+  }
+
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::map<std::string, Told> told;
+  std::function<std::optional<UrlCredential>(const UrlTask&)> answer;
+  std::function<void(const UrlTask&)> onDownload;
+};
+
+RecordingSession::RecordingSession(UrlSession::Configuration configuration)
+    : delegate_(std::make_shared<Delegate>()),
+      session_(std::make_unique<UrlSession>(std::move(configuration), delegate_)) {}
+
+RecordingSession::~RecordingSession() = default;
+
+void RecordingSession::start(UrlRequest request, const std::string& name) {
+  session_->start(std::move(request), name);
+}
+
+Told RecordingSession::await(const std::string& name) {
+  std::unique_lock lock(delegate_->mutex);
+  if (!delegate_->changed.wait_for(lock, std::chrono::seconds(30),
+                                   [&] { return delegate_->told[name].completions > 0; }))
+    throw std::runtime_error("nothing came of the task " + name);
+  return delegate_->told[name];
+}
+
+Told RecordingSession::run(UrlRequest request) {
+  const auto name = "run " + std::to_string(++next_);
+  start(std::move(request), name);
+  return await(name);
+}
+
+std::map<std::string, Told> RecordingSession::told() const {
+  std::lock_guard lock(delegate_->mutex);
+  return delegate_->told;
+}
+
+void RecordingSession::setCredential(
+    std::function<std::optional<UrlCredential>(const UrlTask&)> answer) {
+  delegate_->answer = std::move(answer);
+}
+
+void RecordingSession::setOnDownload(std::function<void(const UrlTask&)> act) {
+  delegate_->onDownload = std::move(act);
+}
+
+}  // namespace testing_support
