@@ -10,7 +10,7 @@
 #include <initializer_list>
 #include <vector>
 
-#include "runtime/core/object.h"
+#include "runtime/core/array_store.h"
 
 namespace kes {
 
@@ -26,7 +26,7 @@ class KesArray final : public Object {
 
   bool isBytes() const { return isBytes_; }
   std::int32_t Length() const {
-    return static_cast<std::int32_t>(isBytes_ ? bytes_.size() : objects_.size());
+    return static_cast<std::int32_t>(isBytes_ ? bytes_.size() : objectsData().size());
   }
   const std::vector<std::int32_t>& dimensions() const { return dimensions_; }
   std::int32_t normalizedIndex(std::span<const std::int32_t> indices) const;
@@ -45,12 +45,16 @@ class KesArray final : public Object {
 
   std::vector<std::uint8_t>& bytesData() { return bytes_; }
   const std::vector<std::uint8_t>& bytesData() const { return bytes_; }
-  std::vector<Value>& objectsData() { return objects_; }
-  const std::vector<Value>& objectsData() const { return objects_; }
+  // The objects as stored, nil as the null object.
+  std::vector<Value>& objectsData();
+  const std::vector<Value>& objectsData() const;
+  // The array that holds the objects, to be shared with lists; null for bytes.
+  const Ref<ArrayStore>& store() const { return store_; }
 
   Text description() const override;
 
  private:
+  void setDimensions(std::vector<std::int32_t> dimensions);
   void calcRanks();
   void check(std::int64_t i) const;
 
@@ -58,7 +62,7 @@ class KesArray final : public Object {
   std::vector<std::int32_t> dimensions_;
   std::vector<std::int32_t> ranks_;  // stride of each dimension
   std::vector<std::uint8_t> bytes_;
-  std::vector<Value> objects_;
+  Ref<ArrayStore> store_;
 };
 
 }  // namespace kes

@@ -21,7 +21,8 @@ class ArrayStore final : public Object {
 
   std::size_t size() const { return items_.size(); }
   const Value& at(std::int64_t i) const;
-  std::vector<Value>& mutableItems();  // throws on an immutable one
+  void checkPosition(std::int64_t i, std::size_t limit) const;  // 0 <= i < limit
+  std::vector<Value>& mutableItems();                           // throws on an immutable one
   const std::vector<Value>& items() const { return items_; }
 
   Text description() const override;
@@ -29,7 +30,6 @@ class ArrayStore final : public Object {
   std::size_t hash() const override { return items_.size(); }
 
  private:
-  friend class ContainerReaper;
   std::vector<Value> items_;
   bool immutable_;
 };

@@ -39,12 +39,13 @@ class Dictionary final : public Object {
   std::size_t hash() const override { return entries_.size(); }
 
  private:
-  friend class ContainerReaper;
   static constexpr std::size_t kLinear = 12;
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
   template <class Key>
-  std::size_t locate(const Key& key, std::size_t hash) const;
+  std::size_t locate(const Key& key) const;
   void buildIndex() const;
+  void insertIndex(std::size_t entry) const;
+  void removeIndex(std::size_t entry);
 
   std::vector<Entry> entries_;
   mutable std::vector<std::uint32_t> index_;  // open addressing, entry number + 1

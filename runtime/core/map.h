@@ -22,7 +22,7 @@ class KesMap final : public Object, public ByValue {
   KesMap& Initialize();
   bool IsInitialized() const { return map_ || dict_; }
   bool IsReadOnly() const { return static_cast<bool>(dict_); }
-  void setDict(Ref<Dictionary> dict) { dict_ = std::move(dict); }
+  void setDict(Ref<Dictionary> dict);
   // A writable map over a table that is already filled.
   void setMap(Ref<Dictionary> map) { map_ = std::move(map); }
 

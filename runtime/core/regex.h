@@ -17,10 +17,10 @@ namespace kes {
 class KesMatcher final : public Object {
  public:
   std::string_view className() const override { return "KesMatcher"; }
-  bool Find();                              // moves to the next match
-  Text Match() const { return Group(0); }   // of the match that Find moved to
-  Text Group(std::int32_t i) const;         // empty for a group that took no part
-  std::int32_t GroupCount() const;          // groups of the pattern, the whole not counted
+  bool Find();                             // moves to the next match
+  Text Match() const { return Group(0); }  // of the match that Find moved to
+  Text Group(std::int32_t i) const;        // empty for a group that took no part
+  std::int32_t GroupCount() const;         // groups of the pattern, the whole not counted
   std::int32_t GetStart(std::int32_t i) const;
   std::int32_t GetEnd(std::int32_t i) const;
 
@@ -58,6 +58,8 @@ class KesRegex final : public Object {
     return Split2(0, pattern, text);
   }
   static Ref<KesArray> Split2(std::int32_t options, const Text& pattern, const Text& text);
+
+  static std::size_t cachedPatterns();
 };
 
 }  // namespace kes

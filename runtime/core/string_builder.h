@@ -23,8 +23,11 @@ class KesStringBuilder final : public TypedWrapper<KesStringBuilder, MutableText
   KesStringBuilder& Insert(std::int32_t offset, std::string_view text);
   KesStringBuilder& Remove(std::int32_t begin, std::int32_t end);
   Text ToString() const;
-  std::int32_t Length() const { return ToString().Length(); }
+  std::int32_t Length() const;
   Text description() const override;
+
+ private:
+  std::string& utf8() const;
 };
 
 }  // namespace kes
