@@ -114,6 +114,15 @@ class Value {
     return r;
   }
 
+  // The bare sixteen bytes with what they own, out and in, for readers that make values
+  // by the thousand. A cell that was given out has to be taken in again, once.
+  detail::Cell giveOut() noexcept {
+    const detail::Cell c = c_;
+    clear(detail::kNil);
+    return c;
+  }
+  static Value takeIn(const detail::Cell& c) noexcept { return Value(c); }
+
   bool isNil() const noexcept { return c_.tag() == detail::kNil; }
   bool isNull() const noexcept { return c_.tag() == detail::kNull; }
   bool isNilOrNull() const noexcept { return c_.tag() <= detail::kNull; }
@@ -163,6 +172,7 @@ class Value {
   std::size_t hash() const;
 
  private:
+  explicit Value(const detail::Cell& c) noexcept : c_(c) {}
   void clear(detail::Tag t) noexcept {
     std::memset(c_.b, 0, sizeof c_.b);
     c_.tag() = t;
