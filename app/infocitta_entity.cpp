@@ -4,8 +4,7 @@
 #include "app/fields.h"
 #include "app/main.h"
 #include "runtime/data/date_time.h"
-#include "runtime/views/msgbox.h"
-#include "runtime/views/xui.h"
+#include "runtime/views/message_box.h"
 
 namespace varlo {
 
@@ -107,7 +106,8 @@ void kes_infocitta_entity::_caricaentity(KesMap entity) {
 }
 
 KesPanelWrapper kes_infocitta_entity::loadRow(const KesMap& map) {
-  KesPanelWrapper panel = KesXUI().CreatePanel(bi(), "").asPanel();
+  KesPanelWrapper panel;
+  panel.Initialize(bi(), "");
   panel.setWidth(_clv->_asview().Width());
   panel.setHeight(c().DipToCurrent(kRowHeight));
   panel.LoadLayout("lay_item", bi());

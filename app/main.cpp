@@ -8,7 +8,7 @@
 #include "runtime/data/serializer.h"
 #include "runtime/views/cs_builder.h"
 #include "runtime/views/font.h"
-#include "runtime/views/msgbox.h"
+#include "runtime/views/message_box.h"
 
 namespace varlo {
 
@@ -261,8 +261,13 @@ Resumable<> kes_main::_downloadimage(Text link, KesImageViewWrapper view) {
 }
 
 Resumable<> kes_main::_movecustomdialog(iCustomDialog dialog, double top) {
-  const auto view = dialog.View();
-  while (view.Top() == 0) co_await sleep(5);
+  KesNativeObject shown;
+  shown.setObject(dialog.alertView);
+  KesViewWrapper view;
+  while (!view.IsInitialized() || view.Top() == 0) {
+    co_await sleep(5);
+    view.setObject(shown.GetField("view").objectOrNull());
+  }
   view.setTop(top);
 }
 

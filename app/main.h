@@ -10,15 +10,17 @@
 #include "runtime/core/module.h"
 #include "runtime/data/dateutils.h"
 #include "runtime/net/httpjob.h"
-#include "runtime/views/application.h"
+#include "runtime/views/application_wrapper.h"
 #include "runtime/views/custom_dialog.h"
 #include "runtime/views/hud.h"
-#include "runtime/views/label.h"
-#include "runtime/views/navigation.h"
+#include "runtime/views/image_view_wrapper.h"
+#include "runtime/views/label_wrapper.h"
+#include "runtime/views/navigation_controller.h"
+#include "runtime/views/notification.h"
 #include "runtime/views/page.h"
 #include "runtime/views/side_menu.h"
-#include "runtime/views/text_input.h"
-#include "runtime/views/web_view.h"
+#include "runtime/views/text_field_wrapper.h"
+#include "runtime/views/web_view_wrapper.h"
 
 namespace varlo {
 

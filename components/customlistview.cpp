@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "runtime/data/date_time.h"
-#include "runtime/views/xui.h"
+#include "runtime/views/scroll_view_wrapper.h"
 
 namespace kes {
 
@@ -63,7 +63,9 @@ void kes_customlistview::_designercreateview(KesPanelWrapper base, KesLabelWrapp
   KesXUI xui;
   _mbase = base;
   _horizontal = properties.GetDefault("ListOrientation", "Vertical") == Value("Horizontal");
-  _sv = xui.CreateScrollView(bi(), "sv", 0, 0);
+  KesScrollView scroll;
+  scroll.Initialize(bi(), "sv", 0, 0);
+  _sv = scroll;
   _sv.ScrollViewInnerPanel().setColor(xui.PaintOrColorToColor(properties.Get("DividerColor")));
   _dividersize = c().DipToCurrent(number("DividerHeight").asDouble());
   _pressedcolor = xui.PaintOrColorToColor(properties.Get("PressedColor"));
@@ -72,7 +74,7 @@ void kes_customlistview::_designercreateview(KesPanelWrapper base, KesLabelWrapp
   _defaulttextcolor = label.TextColor();
   _defaulttextbackgroundcolor = base.Color();
   _designerlabel = label;
-  _mbase.AddView(_sv.asView(), 0, 0, _mbase.Width(), _mbase.Height());
+  _mbase.AddView(_sv, 0, 0, _mbase.Width(), _mbase.Height());
   _base_resize(_mbase.Width(), _mbase.Height());
 }
 

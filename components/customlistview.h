@@ -12,8 +12,8 @@
 #include "runtime/core/list.h"
 #include "runtime/core/module.h"
 #include "runtime/views/cs_builder.h"
-#include "runtime/views/kex_view.h"
-#include "runtime/views/label.h"
+#include "runtime/views/kex_view_wrapper.h"
+#include "runtime/views/label_wrapper.h"
 
 namespace kes {
 

@@ -164,7 +164,8 @@ void KesCommon::CallSubDelayed4(const Ref<Kes>& caller, const Value& component,
                                 std::string_view sub, std::vector<Value> params) {
   const Ref<Kes> bi(getComponentBI(component));
   if (!bi) return;
-  bi->raiseUIEvent(senderOf(caller), fixSubName(sub, params.size()), std::move(params));
+  Text event = fixSubName(sub, params.size());
+  bi->raiseUIEvent(senderOf(caller), std::move(event), std::move(params));
 }
 
 bool KesCommon::SubExists(const Ref<Kes>&, const Value& component, std::string_view sub,

@@ -56,6 +56,12 @@ void ReturnFromResumableSub(Ref<KesResumableSub> rs, Value value) {
 
 namespace detail {
 
+void ResumableFrame::reportStartError() noexcept {
+  if (!error_) return;
+  platform::current().mainQueue().post(
+      [error = std::exchange(error_, nullptr)] { std::rethrow_exception(error); });
+}
+
 void ResumableFrame::resume(Kes* kes, Args params) {
   if (state == -1) return;
   const Ref<KesResumableSub> keep(this);

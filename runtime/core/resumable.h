@@ -14,8 +14,9 @@
 // table owns it while it is parked, a posted task while it sleeps; dropping the last
 // reference destroys the frame and unwinds its locals, which cancels the sub. The frame
 // keeps the module or instance that owns it alive. Main thread only. The first part runs
-// inside the call; an exception in it reaches the caller, one after a wait reaches
-// whoever raised the event.
+// inside the call. An exception in it reaches whoever called by name, waits for the sub or
+// asks orThrow(); dropped with the result it goes to the main queue's fault handler. One
+// after a wait reaches whoever raised the event.
 #pragma once
 
 #include <coroutine>
@@ -55,6 +56,7 @@ class ResumableFrame : public KesResumableSub {
   void rethrowStartError() {
     if (error_) std::rethrow_exception(std::exchange(error_, nullptr));
   }
+  void reportStartError() noexcept;
 
   std::suspend_never initial_suspend() noexcept { return {}; }
   std::suspend_always final_suspend() noexcept {
@@ -154,17 +156,20 @@ class Resumable {
 
   Resumable(Resumable&&) noexcept = default;
   Resumable& operator=(Resumable&&) noexcept = default;
-  // What went wrong before the first wait reaches the caller here at the latest.
-  ~Resumable() noexcept(false) {
-    if (frame_ && !std::uncaught_exceptions()) {
-      auto frame = std::exchange(frame_, nullptr);
-      frame->rethrowStartError();
-    }
+  // A sub that failed before its first wait and was not asked about it: the queue hears.
+  ~Resumable() {
+    if (frame_) frame_->reportStartError();
+  }
+
+  // Passes on what went wrong before the first wait.
+  Resumable& orThrow() {
+    if (frame_) frame_->rethrowStartError();
+    return *this;
   }
 
   // The sub, to be awaited with "complete:"; nil for one that produces no value.
   Value intoValue() {
-    if (frame_) frame_->rethrowStartError();
+    orThrow();
     if constexpr (std::is_void_v<T>)
       return {};
     else

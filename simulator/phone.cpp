@@ -1,0 +1,188 @@
+#include "simulator/phone.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "app/deployment.h"
+#include "app/messaging.h"
+#include "app/register_app.h"
+#include "platform/base/log.h"
+#include "runtime/data/json_parser.h"
+#include "runtime/net/httputils2service.h"
+#include "runtime/views/app_delegate.h"
+#include "townhost/fault_script.h"
+
+#ifdef HOUSE_QT
+#include "simulator/qt_side.h"
+#endif
+
+namespace sim {
+
+namespace fs = std::filesystem;
+
+// The data folder of a run.
+struct Phone::Data {
+  fs::path root;
+  bool temporary = false;
+
+  explicit Data(const std::string& wanted) {
+    std::error_code error;
+    if (wanted.empty()) {
+      std::string pattern = (fs::temp_directory_path(error) / "varlo-XXXXXX").string();
+      if (!::mkdtemp(pattern.data()))
+        throw std::runtime_error("cannot make a folder for the phone's data: " + pattern);
+      root = pattern;
+      temporary = true;
+    } else {
+      root = fs::absolute(wanted, error);
+    }
+    for (const char* folder : {"Documents", "Library", "tmp"}) {
+      fs::create_directories(root / folder, error);
+      if (error)
+        throw std::runtime_error("cannot make " + (root / folder).string() + ": " +
+                                 error.message());
+    }
+  }
+  ~Data() {
+    std::error_code ignored;
+    if (temporary) fs::remove_all(root, ignored);
+  }
+};
+
+namespace {
+
+// Assets lie beside the programs: build/<preset>/bin and build/<preset>/assets.
+std::string assetsFolder() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return (program.parent_path().parent_path() / "assets").string();
+}
+
+// Connects at once and hands on what a script pushes.
+class LocalPush final : public varlo::PushClient {
+ public:
+  void connect(std::function<void(const kes::Value&)> completion) override { completion(true); }
+  void disconnect() override {}
+  void subscribe(const kes::Text&) override {}
+  void unsubscribe(const kes::Text&) override {}
+};
+
+}  // namespace
+
+Phone::Phone(const Options& options) {
+  platform::setLogSink([this](std::string_view line) {
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+    std::lock_guard lock(logMutex_);
+    log_.emplace_back(line);
+  });
+  const bool headless = options.screen == Options::Screen::Headless;
+  platform::VirtualClock* steered = nullptr;
+  if (headless) {
+    auto clock = std::make_unique<platform::VirtualClock>(
+        options.now.value_or(platform::SystemClock().now()));
+    steered = clock.get();
+    clock_ = std::move(clock);
+  } else if (options.now) {
+    clock_ = std::make_unique<platform::SystemClock>(*options.now);
+  } else {
+    clock_ = std::make_unique<platform::SystemClock>();
+  }
+
+  data_ = std::make_unique<Data>(options.data);
+  const auto folder = [&](const char* name) { return (data_->root / name).string() + "/"; };
+  platform_ = std::make_unique<platform::Platform>(
+      *clock_, platform::Folders{assetsFolder(), folder("Documents"), folder("Library"),
+                                 (data_->root / "tmp").string()});
+  scope_ = std::make_unique<platform::PlatformScope>(*platform_);
+
+  if (options.town.empty()) {
+    town::TownHost::Options host;
+    host.now = [clock = clock_.get()] { return clock->now(); };
+    host_ = std::make_unique<town::TownHost>(std::move(host));
+    town_ = host_->url();
+  } else {
+    town_ = options.town;
+  }
+
+  if (headless) {
+    side_ = makeHeadlessSide(*platform_, *steered, options);
+  } else {
+#ifdef HOUSE_QT
+    side_ = makeQtSide(*platform_, options);
+#else
+    throw std::runtime_error("this build has no Qt screen: use --screen headless");
+#endif
+  }
+}
+
+Phone::~Phone() {
+  varlo::PushClient::install(nullptr);
+  delegate_.reset();
+  if (platform_) platform_->mainQueue().close();
+  side_.reset();
+  if (host_) host_->stop();
+  platform::setLogSink({});
+}
+
+void Phone::start() {
+  varlo::registerApp();
+  varlo::deployment::pointEveryServiceAt(kes::Text(town_));
+  varlo::PushClient::install(std::make_shared<LocalPush>());
+  delegate_ = std::make_unique<kes::KesAppDelegate>();
+  application().setDelegate(delegate_.get());
+  delegate_->didFinishLaunching();
+  application().activate();
+}
+
+ui::Window& Phone::window() {
+  auto* window = application().keyWindow();
+  if (!window) throw std::runtime_error("the app shows no window");
+  return *window;
+}
+
+bool Phone::busy() const {
+  return kes::kes_httputils2service::instance().jobsInFlight() > 0 ||
+         side_->application().hud().progressShown();
+}
+
+std::string Phone::whatIsGoingOn() const {
+  std::string text = std::to_string(kes::kes_httputils2service::instance().jobsInFlight()) +
+                     " jobs in flight";
+  if (side_->application().hud().progressShown())
+    text += ", overlay \"" + side_->application().hud().progressText() + "\"";
+  if (!side_->application().idle()) text += ", something is animated";
+  return text;
+}
+
+bool Phone::logged(const std::string& text) const {
+  std::lock_guard lock(logMutex_);
+  return std::any_of(log_.begin(), log_.end(), [&](const std::string& line) {
+    return line.find(text) != std::string::npos;
+  });
+}
+
+std::string Phone::setFaults(const std::string& json) {
+  if (!host_) return "faults need the embedded host";
+  if (json == "none") {
+    host_->faults().clear();
+    return {};
+  }
+  try {
+    town::applyFaultScript(host_->faults(), json);
+    return {};
+  } catch (const std::exception& e) {
+    return e.what();
+  }
+}
+
+void Phone::push(const std::string& json) {
+  kes::KesJSONParser parser;
+  parser.Initialize(kes::Text(json));
+  const kes::KesMap message = parser.NextObject();
+  delegate_->didReceiveRemoteNotification(message.ToDictionary(), [](int) {});
+}
+
+}  // namespace sim

@@ -1,0 +1,167 @@
+#include "simulator/player.h"
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <ostream>
+
+#include "platform/ui/accessibility.h"
+#include "platform/ui/dump.h"
+#include "platform/ui/finder.h"
+
+namespace sim {
+
+namespace {
+
+constexpr std::int64_t kIdleTimeout = 30000;
+
+ui::Key keyNamed(const std::string& name) {
+  static const std::map<std::string, ui::Key> keys = {
+      {"tab", ui::Key::Tab},       {"backtab", ui::Key::BackTab}, {"enter", ui::Key::Enter},
+      {"space", ui::Key::Space},   {"escape", ui::Key::Escape},   {"up", ui::Key::Up},
+      {"down", ui::Key::Down},     {"left", ui::Key::Left},       {"right", ui::Key::Right},
+      {"pageup", ui::Key::PageUp}, {"pagedown", ui::Key::PageDown},
+      {"home", ui::Key::Home},     {"end", ui::Key::End}};
+  return keys.at(name);
+}
+
+bool visible(const ui::View& view, const ui::Window& window) {
+  bool seen = false;
+  window.visitVisible([&](const ui::Visible& v) {
+    seen = seen || &v.view == &view;
+    return !seen;
+  });
+  return seen;
+}
+
+// Overlay and toast are as visible as the page, though no tap reaches what is under them.
+int countVisible(const ui::Window& window, const std::string& text) {
+  int count = 0;
+  window.visitVisible([&](const ui::Visible& v) {
+    if (v.view.displayText().find(text) != std::string::npos) ++count;
+    return true;
+  });
+  return count;
+}
+
+}  // namespace
+
+void Player::fail(int line, const std::string& what) const { throw ScriptError(line, what); }
+
+void Player::play(const Script& script) {
+  for (const Command& command : script.commands) {
+    try {
+      perform(command);
+    } catch (const ScriptError&) {
+      throw;
+    } catch (const std::exception& e) {
+      fail(command.line, e.what());
+    }
+  }
+}
+
+void Player::waitIdle(int line) {
+  if (phone_.side().settle([&] { return phone_.busy(); }, kIdleTimeout)) return;
+  fail(line, "still busy after 30 s: " + phone_.whatIsGoingOn());
+}
+
+void Player::tap(const std::string& what, int nth, int line) {
+  auto& window = phone_.window();
+  phone_.application().layoutIfNeeded();
+  const auto view = ui::find(window, what, nth);
+  if (!view) fail(line, "nothing to tap reads \"" + what + "\"");
+  if (!visible(*view, window)) ui::scrollIntoView(*view);
+  phone_.application().layoutIfNeeded();
+  phone_.side().tap(ui::tapPoint(*view));
+}
+
+void Player::expect(const Command& c) {
+  phone_.application().layoutIfNeeded();
+  const int count = countVisible(phone_.window(), c.text);
+  if (c.verb == Command::Verb::Absent) {
+    if (count) fail(c.line, "\"" + c.text + "\" is there");
+  } else if (count < c.number) {
+    fail(c.line, "\"" + c.text + "\" is there " + std::to_string(count) + " times, not " +
+                     std::to_string(c.number) + ", on:\n" + ui::dump(phone_.window()));
+  }
+}
+
+void Player::swipe(const Command& c) {
+  const auto bounds = phone_.application().screenBounds();
+  const double x = bounds.width / 2, y = bounds.height / 2;
+  const double far = 0.35;
+  ui::Point from{x, y}, to{x, y};
+  if (c.text == "left") from.x = x * (1 + far), to.x = x * far;
+  if (c.text == "right") from.x = 5, to.x = x * (1 + far);
+  if (c.text == "up") from.y = y * (1 + far), to.y = y * far;
+  if (c.text == "down") from.y = y * far, to.y = y * (1 + far);
+  phone_.side().drag(from, to);
+}
+
+void Player::fault(const Command& c) {
+  const std::string why = phone_.setFaults(c.text);
+  if (!why.empty()) fail(c.line, why);
+}
+
+void Player::perform(const Command& c) {
+  using Verb = Command::Verb;
+  switch (c.verb) {
+    case Verb::Tap: tap(c.text, c.number, c.line); break;
+    case Verb::Type: phone_.side().type(c.text); break;
+    case Verb::Swipe: swipe(c); break;
+    case Verb::Key: phone_.side().press(keyNamed(c.text)); break;
+    case Verb::Back: phone_.side().press(ui::Key::Back); break;
+    case Verb::Menu: tap("Menu", 1, c.line); break;
+    case Verb::WaitIdle: waitIdle(c.line); break;
+    case Verb::WaitTime: phone_.side().pass(c.number); break;
+    case Verb::Expect:
+    case Verb::Absent: expect(c); break;
+    case Verb::Named: {
+      phone_.application().layoutIfNeeded();
+      const auto tree = ui::accessibilityTree(phone_.window());
+      const bool there = std::any_of(tree.begin(), tree.end(), [&](const auto& e) {
+        return ui::roleName(e.role) == c.text && e.name == c.second;
+      });
+      if (there) break;
+      std::string all;
+      for (const auto& e : tree)
+        all += "\n  " + std::string(ui::roleName(e.role)) + " " + ui::quoted(e.name);
+      fail(c.line, "no " + c.text + " named \"" + c.second + "\" among:" + all);
+    }
+    case Verb::Focused: {
+      const auto* view = phone_.application().focused();
+      const std::string name = view ? view->accessibleName() : "";
+      if (name.find(c.text) == std::string::npos)
+        fail(c.line, "the focus is on \"" + name + "\", not on \"" + c.text + "\"");
+      break;
+    }
+    case Verb::Opened: {
+      const auto& url = phone_.application().lastOpenedUrl();
+      if (!url.starts_with(c.text)) fail(c.line, "last opened was \"" + url + "\"");
+      break;
+    }
+    case Verb::Logged:
+      if (!phone_.logged(c.text)) fail(c.line, "no line of the log has \"" + c.text + "\"");
+      break;
+    case Verb::Fault: fault(c); break;
+    case Verb::Push: phone_.push(c.text); break;
+    case Verb::Background: phone_.application().enterBackground(); break;
+    case Verb::Foreground: phone_.application().activate(); break;
+    case Verb::Shot:
+      if (!phone_.side().shot(c.text)) fail(c.line, "no picture was made of it: " + c.text);
+      break;
+    case Verb::Dump: {
+      phone_.application().layoutIfNeeded();
+      const std::string text = ui::dump(phone_.window());
+      if (c.text.empty()) {
+        out_ << text;
+        break;
+      }
+      std::ofstream file(c.text, std::ios::binary);
+      if (!(file << text)) fail(c.line, "cannot write " + c.text);
+      break;
+    }
+  }
+}
+
+}  // namespace sim
