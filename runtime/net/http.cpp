@@ -1,0 +1,122 @@
+#include "runtime/net/http.h"
+
+#include <charconv>
+#include <mutex>
+#include <unordered_map>
+
+#include "platform/base/main_hop.h"
+#include "platform/base/platform.h"
+
+namespace kes {
+
+namespace {
+
+bool isSuccess(const platform::UrlResponse* response) {
+  return response && response->status >= 200 && response->status <= 299;
+}
+
+std::int32_t taskIdOf(const platform::UrlTask& task) {
+  const auto& text = task.description;
+  std::int32_t id = 0;
+  std::from_chars(text.data(), text.data() + text.size(), id);
+  return id;
+}
+
+}  // namespace
+
+// Turns what the session tells on its own threads into events on the main thread.
+class KesHttp::Delegate final : public platform::UrlSessionDelegate {
+ public:
+  Delegate(const KesHttp& engine, Ref<Kes> bi, const Text& prefix)
+      : engine_(&engine),
+        bi_(std::move(bi)),
+        prefix_(prefix),
+        hop_(platform::current().mainQueue()) {}
+
+  void finishedDownload(const platform::UrlTask& task, const platform::UrlResponse& response,
+                        const std::string& path) override {
+    if (!isSuccess(&response)) return;
+    std::vector<Value> params = {platform::makeShared<KesHttpResponse>(&response, path),
+                                 taskIdOf(task)};
+    // By value: the engine may end inside the event.
+    hop_.run([engine = engine_, bi = bi_, event = prefix_ + Text("_responsesuccess::"),
+              params = std::move(params)] {
+      if (const auto sender = engine.lock()) bi->raiseEvent(sender, event, params);
+    });
+  }
+
+  void completed(const platform::UrlTask& task, const platform::UrlResponse* response,
+                 const std::string* error) override {
+    if (!error && isSuccess(response)) return;
+    auto sender = engine_.lock();
+    if (!sender) return;
+    bi_->raiseEventFromDifferentThread(
+        std::move(sender), prefix_ + Text("_responseerror::::"),
+        {platform::makeShared<KesHttpResponse>(response, std::nullopt),
+         error ? Text(*error) : Text("unknown error"), response ? response->status : 0,
+         taskIdOf(task)});
+  }
+
+  std::optional<platform::UrlCredential> credential(const platform::UrlTask& task) override {
+    std::lock_guard lock(mutex_);
+    const auto entry = credentials_.find(task.originalRequest.url);
+    if (entry == credentials_.end()) return std::nullopt;
+    return entry->second;
+  }
+
+  void addCredential(const std::string& url, platform::UrlCredential credential) {
+    std::lock_guard lock(mutex_);
+    credentials_[url] = std::move(credential);
+  }
+  void cancelHop() { hop_.cancel(); }
+
+ private:
+  const WeakRef<KesHttp> engine_;
+  const Ref<Kes> bi_;
+  const Text prefix_;
+  platform::MainHop hop_;
+  std::mutex mutex_;
+  std::unordered_map<std::string, platform::UrlCredential> credentials_;
+};
+
+KesHttp::~KesHttp() { stop(); }
+
+void KesHttp::stop() {
+  // First, as the session's thread may be waiting for this one.
+  if (delegate_) delegate_->cancelHop();
+  session_.reset();
+  delegate_.reset();
+}
+
+void KesHttp::start(const Ref<Kes>& bi, const Text& eventPrefix, bool trustAll) {
+  stop();
+  auto& platform = platform::current();
+  platform::UrlSession::Configuration configuration;
+  configuration.temporaryFolder = platform.folders().temporary;
+  configuration.userAgent = "Runtime/" + platform.bundleVersion;
+  configuration.trustAll = trustAll;
+  delegate_ = std::make_shared<Delegate>(*this, bi, eventPrefix.ToLowerCase());
+  session_ = std::make_unique<platform::UrlSession>(std::move(configuration), delegate_);
+}
+
+void KesHttp::Initialize(const Ref<Kes>& bi, const Text& eventPrefix) {
+  start(bi, eventPrefix, false);
+}
+
+void KesHttp::InitializeAcceptAll(const Ref<Kes>& bi, const Text& eventPrefix) {
+  start(bi, eventPrefix, true);
+}
+
+void KesHttp::Execute(const KesHttpRequest& request, std::int32_t taskId) {
+  if (!session_) throw KesException("Object was not initialized (KesHttp)");
+  session_->start(request.native()->request, std::to_string(taskId));
+}
+
+void KesHttp::ExecuteCredentials(const KesHttpRequest& request, std::int32_t taskId,
+                                 const Text& user, const Text& password) {
+  if (!session_) throw KesException("Object was not initialized (KesHttp)");
+  delegate_->addCredential(request.native()->request.url, {user.str(), password.str()});
+  Execute(request, taskId);
+}
+
+}  // namespace kes

@@ -1,0 +1,40 @@
+// KesHttpResponse: one answer of a server, and where its body lies.
+//
+// Held by Ref. The body's file exists only while the success event runs: read it there,
+// on the main thread, before anything that gives up the turn. On the error path there is
+// no body, and perhaps no answer: the status is then 0 and texts are empty. GetString2
+// throws "Invalid CharSet %@" and "Error decoding data as string."; reading a body that
+// has gone throws "Error reading from stream: %@". Sizes are bytes.
+#pragma once
+
+#include <optional>
+
+#include "platform/base/url_request.h"
+#include "runtime/core/map.h"
+#include "runtime/data/input_stream.h"
+
+namespace kes {
+
+class KesHttpResponse final : public Object {
+ public:
+  KesHttpResponse() = default;
+  KesHttpResponse(const platform::UrlResponse* res, std::optional<std::string> location);
+  std::string_view className() const override { return "KesHttpResponse"; }
+
+  std::int32_t StatusCode() const { return res_ ? res_->status : 0; }
+  KesInputStream GetInputStream() const;  // opened; not initialized where there is no body
+  Text GetString() const { return GetString2("UTF8"); }
+  Text GetString2(std::string_view charset) const;
+  std::int64_t ContentLength() const;
+  Text ContentEncoding() const { return header("Content-Encoding"); }
+  Text ContentType() const { return header("Content-Type"); }
+  KesMap GetHeaders() const;  // read-only, names as the server wrote them
+
+ private:
+  Text header(std::string_view name) const;
+
+  std::optional<platform::UrlResponse> res_;
+  std::optional<std::string> location_;
+};
+
+}  // namespace kes

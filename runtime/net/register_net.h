@@ -1,0 +1,9 @@
+// Puts the classes of this folder into the registry. Called once by main (or a test's
+// set-up), before anything runs.
+#pragma once
+
+namespace kes {
+
+void registerNet();
+
+}  // namespace kes
