@@ -2,6 +2,7 @@
 
 #include "app/deployment.h"
 #include "app/fields.h"
+#include "app/infocitta.h"
 #include "app/main.h"
 #include "runtime/data/date_time.h"
 #include "runtime/views/message_box.h"
