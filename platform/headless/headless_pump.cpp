@@ -108,7 +108,7 @@ bool HeadlessPump::run(const std::function<bool()>& condition, const std::functi
     const bool busy = isBusy && isBusy();
     const auto next = nextDue(!untilIdle);
     if (!busy && !next) return untilIdle;
-    if (clock_.monotonic() >= virtualEnd || realNow() >= realEnd) return false;
+    if (realNow() >= realEnd || (next && *next > virtualEnd)) return false;
     if (busy) {
       // The clock keeps pace with the real one, so that what is under way elsewhere has
       // the time it would have had.

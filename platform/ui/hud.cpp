@@ -59,7 +59,6 @@ void leave(Application& app, const Ref<View>& layer) {
 void Hud::showProgress(std::string label) {
   if (progress_) {
     progressLabel_->setText(std::move(label));
-    progress_->setAccessibleName(progressLabel_->text());
     progress_->setNeedsLayout();
     app_.screen().announce(progressLabel_->text());
     return;

@@ -1,0 +1,232 @@
+#include "phone.h"
+#include "platform/ui/accessibility.h"
+#include "platform/ui/button.h"
+#include "platform/ui/controls.h"
+#include "platform/ui/scroll_view.h"
+#include "platform/ui/table_view.h"
+#include "platform/ui/text_input.h"
+
+namespace ui {
+namespace {
+
+using testing::ElementsAre;
+
+struct InputTest : testing::Test {
+  Phone phone;
+  Ref<ViewController> controller = phone.plainPage();
+  View& page = controller->view();
+  std::vector<std::string> log;
+
+  template <class T = View>
+  Ref<T> tappable(View& parent, const Rect& frame, std::string name) {
+    auto view = place<T>(parent, frame, name);
+    view->setOnTap([this, name](View&) { log.push_back("tap " + name); });
+    return view;
+  }
+};
+
+TEST_F(InputTest, ATapGoesToTheNearestViewThatWantsIt) {
+  auto row = tappable(page, {0, 0, 320, 50}, "row");
+  auto inner = place(*row, {0, 0, 320, 50});
+  placeText(*inner, {0, 0, 100, 50}, "testo");
+  auto button = tappable<Button>(*inner, {270, 0, 50, 50}, "button");
+  phone.tapAt({10, 10});
+  phone.tapAt({280, 10});
+  button->setEnabled(false);
+  phone.tapAt({280, 10});
+  phone.tapAt({10, 300});
+  EXPECT_THAT(log, ElementsAre("tap row", "tap button"))
+      << "a disabled button keeps its tap from the row";
+}
+
+TEST_F(InputTest, MovingTooFarOrHoldingIsNoTap) {
+  auto view = tappable(page, {0, 0, 320, 100}, "view");
+  view->setOnLongPress([&](View&) { log.push_back("long"); });
+  const auto press = [&](double moved, std::int64_t held) {
+    phone.app.pointer(PointerPhase::Began, 1, 50, 50);
+    EXPECT_TRUE(view->pressed());
+    phone.app.pointer(PointerPhase::Moved, 1, 50 + moved, 50);
+    phone.pump.advance(held);
+    phone.app.pointer(PointerPhase::Ended, 1, 50 + moved, 50);
+    EXPECT_FALSE(view->pressed());
+    log.push_back("|");
+  };
+  press(9, 499);   // a tap
+  press(10, 0);    // moved
+  press(0, 500);   // held: once, at its time, and no tap after it
+  press(0, 3000);  // held long: still once
+  press(15, 900);  // moved, then held
+  EXPECT_THAT(log, ElementsAre("tap view", "|", "|", "long", "|", "long", "|", "|"));
+}
+
+TEST_F(InputTest, OnlyOneFingerAtATimeAndCancelEndsIt) {
+  auto view = tappable(page, {0, 0, 320, 100}, "view");
+  view->setOnTouch([&](TouchAction a, double x, double) {
+    log.push_back(std::to_string(static_cast<int>(a)) + "@" + std::to_string(static_cast<int>(x)));
+  });
+  phone.app.pointer(PointerPhase::Began, 1, 5, 5);
+  EXPECT_FALSE(phone.app.pointer(PointerPhase::Began, 2, 50, 5));
+  phone.app.pointer(PointerPhase::Moved, 2, 60, 5);
+  phone.app.pointer(PointerPhase::Moved, 1, 8, 5);
+  phone.app.cancelPointer();
+  EXPECT_FALSE(view->pressed());
+  phone.app.pointer(PointerPhase::Ended, 1, 8, 5);
+  EXPECT_THAT(log, ElementsAre("0@5", "2@8", "1@8"));
+}
+
+TEST_F(InputTest, HooksMayEndTheirViewsAndTheGesture) {
+  // A view removed and released by its own tap, by a touch, and while pressed.
+  auto self = place(page, {0, 0, 100, 50});
+  self->setOnTap([&](View& v) {
+    v.removeFromParent();
+    self = nullptr;
+    log.push_back("gone");
+  });
+  phone.tapAt({5, 5});
+  auto touched = tappable(page, {0, 0, 100, 50}, "touched");
+  touched->setOnTouch([&](TouchAction, double, double) {
+    page.removeAllSubviews();
+    touched = nullptr;
+  });
+  phone.tapAt({5, 5});
+  auto pressed = tappable(page, {0, 0, 100, 50}, "pressed");
+  phone.app.pointer(PointerPhase::Began, 1, 5, 5);
+  pressed->removeFromParent();
+  pressed = nullptr;
+  phone.app.pointer(PointerPhase::Ended, 1, 5, 5);
+  auto canceller = tappable(page, {0, 0, 100, 50}, "canceller");
+  canceller->setOnTouch([&](TouchAction, double, double) { phone.app.cancelPointer(); });
+  phone.tapAt({5, 5});
+  EXPECT_THAT(log, ElementsAre("gone"));
+}
+
+TEST_F(InputTest, DragsScrollTheViewThatCanMoveThatWay) {
+  auto outer = place<ScrollView>(page, {0, 0, 320, 500});
+  outer->setContentSize({320, 1500});
+  auto inner = place<ScrollView>(outer->content(), {0, 0, 320, 200});
+  inner->setContentSize({960, 200});
+  inner->setPaging(true);
+  auto row = tappable(inner->content(), {0, 0, 960, 200}, "row");
+  std::vector<double> offsets;
+  outer->onScroll = [&](double, double y) { offsets.push_back(y); };
+
+  phone.swipe({100, 150}, {100, 50});
+  EXPECT_EQ(outer->offset(), (Point{0, 100}));
+  EXPECT_EQ(offsets.back(), 100);
+  EXPECT_EQ(std::adjacent_find(offsets.begin(), offsets.end()), offsets.end())
+      << "raised only when it changes";
+  phone.swipe({100, 400}, {100, 900});
+  EXPECT_EQ(outer->offset(), (Point{0, 0})) << "not beyond the top";
+  phone.swipe({300, 50}, {80, 50});
+  phone.pump.settle();
+  EXPECT_EQ(inner->offset(), (Point{320, 0})) << "rests at a page";
+  EXPECT_TRUE(log.empty()) << "a drag tapped";
+  outer->setContentSize({320, 510});
+  outer->setOffset({0, 999});
+  EXPECT_EQ(outer->offset().y, 10);
+  outer->setContentSize({320, 400});
+  phone.pump.drain();
+  EXPECT_EQ(outer->offset().y, 0) << "less content pulls the offset back";
+}
+
+TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
+  // Added against the reading order; two columns, the right one slightly lower.
+  tappable(page, {0, 300, 100, 40}, "last");
+  tappable<Button>(page, {200, 105, 100, 40}, "right")->setTitle("destra");
+  tappable<Button>(page, {0, 100, 100, 40}, "left")->setTitle("sinistra");
+  place<TextField>(page, {0, 20, 300, 40}, "field");
+  tappable(page, {0, 350, 100, 40}, "disabled")->setEnabled(false);
+  tappable(page, {0, 400, 100, 40}, "hidden")->setHidden(true);
+  placeText(page, {0, 450, 100, 40}, "solo testo");
+  std::vector<std::string> visited;
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_TRUE(phone.app.key(Key::Tab));
+    visited.push_back(phone.app.focused()->name());
+  }
+  EXPECT_THAT(visited, ElementsAre("field", "left", "right", "last", "field"));
+  EXPECT_TRUE(phone.app.focusByKeyboard());
+  phone.app.key(Key::BackTab);
+  EXPECT_EQ(phone.app.focused()->name(), "last");
+  phone.app.key(Key::Up);
+  EXPECT_TRUE(phone.app.key(Key::Enter));
+  EXPECT_THAT(log, ElementsAre("tap right"));
+  phone.tapAt({5, 310});
+  EXPECT_FALSE(phone.app.focusByKeyboard()) << "the ring goes when a finger comes";
+  phone.app.focused()->removeFromParent();
+  EXPECT_EQ(phone.app.focused(), nullptr);
+}
+
+TEST_F(InputTest, KeysScrollAndBringTheFocusIntoView) {
+  auto list = place<TableView>(page, {0, 0, 320, 200});
+  std::vector<AttributedText> rows;
+  for (int i = 0; i < 20; ++i) rows.emplace_back("via " + std::to_string(i));
+  list->setRows(rows);
+  list->onSelect = [&](int row) { log.push_back("row " + std::to_string(row)); };
+  phone.pump.drain();
+  EXPECT_TRUE(phone.app.key(Key::PageDown));
+  EXPECT_EQ(list->offset().y, 200 - style::kTapSize);
+  phone.app.key(Key::End);
+  EXPECT_EQ(list->offset().y, 20 * 44 - 200);
+  phone.app.key(Key::Home);
+  for (int i = 0; i < 6; ++i) phone.app.key(Key::Down);
+  EXPECT_EQ(list->offset().y, 6 * 44 - 200);
+  phone.app.key(Key::Enter);
+  EXPECT_THAT(log, ElementsAre("row 5"));
+  EXPECT_EQ(list->selectedRow(), 5);
+  list->setSelectedRow(-1);
+  EXPECT_EQ(log.size(), 1u) << "the program's choice is not the user's";
+}
+
+TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {
+  phone.screen.keyboard = 216;
+  const auto observer = phone.app.addKeyboardObserver([&](bool shown, double height) {
+    log.push_back((shown ? "keyboard " : "no keyboard ") +
+                  std::to_string(static_cast<int>(height)));
+  });
+  auto field = place<TextField>(page, {0, 0, 320, 40});
+  field->onTextChanged = [&](const std::string& a, const std::string& b) {
+    log.push_back(a + ">" + b);
+  };
+  field->onBeginEdit = [&] { log.push_back("begin"); };
+  field->onEndEdit = [&] { log.push_back("end"); };
+  field->setText("a");
+  EXPECT_FALSE(phone.app.input().text("x")) << "nothing has the focus";
+  phone.tapAt({5, 5});
+  EXPECT_TRUE(phone.app.input().text("b"));
+  EXPECT_FALSE(phone.app.key(Key::Space)) << "the editor's own key";
+  EXPECT_TRUE(phone.app.key(Key::Enter));
+  phone.app.removeKeyboardObserver(observer);
+  field->requestFocus();
+  field->setEnabled(false);
+  field->userEdited("zzz");
+  EXPECT_EQ(field->text(), "ab");
+  EXPECT_THAT(log, ElementsAre("keyboard 216", "begin", "a>ab", "end", "no keyboard 0", "begin"));
+}
+
+TEST_F(InputTest, ControlsChangeByTapAndKeyWithinTheirRange) {
+  const auto hear = [&](auto what) { log.push_back(std::to_string(static_cast<int>(what))); };
+  auto toggle = place<Switch>(page, {0, 0, 50, 44});
+  toggle->onChange = hear;
+  auto stepper = place<Stepper>(page, {0, 50, 100, 44});
+  stepper->setRange(0, 2);
+  stepper->onChange = hear;
+  auto choice = place<SegmentedControl>(page, {0, 100, 300, 44});
+  choice->setItems({"a", "b", "c"});
+  choice->onChange = hear;
+  phone.tapAt({10, 10});
+  for (int i = 0; i < 3; ++i) phone.tapAt({90, 60});
+  phone.tapAt({10, 60});
+  phone.tapAt({150, 110});
+  phone.tapAt({150, 110});
+  choice->requestFocus();
+  phone.app.key(Key::Right);
+  phone.app.key(Key::Right);
+  EXPECT_THAT(log, ElementsAre("1", "1", "2", "1", "1", "2"));
+  choice->setItems({"x"});
+  EXPECT_EQ(choice->selected(), -1);
+  stepper->setRange(5, 9);
+  EXPECT_EQ(stepper->value(), 5);
+}
+
+}  // namespace
+}  // namespace ui

@@ -1,0 +1,214 @@
+#include "phone.h"
+#include "platform/base/log.h"
+#include "platform/ui/accessibility.h"
+#include "platform/ui/finder.h"
+#include "platform/ui/text_input.h"
+
+namespace ui {
+namespace {
+
+using testing::ElementsAre;
+
+struct OverlayTest : testing::Test {
+  Phone phone;
+  Ref<ViewController> controller = phone.plainPage();
+  std::vector<int> results;
+  int taps = 0;
+
+  OverlayTest() {
+    auto back = place(controller->view(), {0, 0, 320, 568}, "page");
+    back->setOnTap([this](View&) { ++taps; });
+  }
+  Ref<Dialog> dialog(bool cancelable) {
+    auto d = makeShared<Dialog>();
+    d->title = "Ricerca per oggetto";
+    d->cancelable = cancelable;
+    d->cancelResult = -3;
+    d->addButton("Cerca", -1);
+    d->addButton("Annulla", -3);
+    d->content = makeShared<View>();
+    d->content->setFrame({0, 0, 260, 60});
+    d->onResult = [this](int r) { results.push_back(r); };
+    return d;
+  }
+  void tap(const char* text) {
+    auto view = find(*phone.window, text);
+    ASSERT_TRUE(view) << text;
+    phone.tapAt(tapPoint(*view));
+  }
+};
+
+TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
+  const struct {
+    const char* says;
+    bool cancelable;
+    std::function<void(Dialog&)> act;
+    std::vector<int> heard;
+  } cases[] = {
+      {"a button", false, [&](Dialog&) { tap("Cerca"); }, {-1}},
+      {"a tap beside it",
+       true,
+       [&](Dialog&) {
+         phone.tapAt({2, 560});
+       },
+       {-3}},
+      {"a tap beside a firm one",
+       false,
+       [&](Dialog&) {
+         phone.tapAt({2, 560});
+       },
+       {}},
+      {"a tap on the card", true, [&](Dialog& d) { phone.tapAt(d.view()->center()); }, {}},
+      {"Escape", true, [&](Dialog&) { phone.app.key(Key::Escape); }, {-3}},
+      {"Escape on a firm one", false, [&](Dialog&) { phone.app.key(Key::Back); }, {}},
+      {"dismissed twice",
+       false,
+       [](Dialog& d) {
+         d.dismiss(7);
+         d.dismiss(8);
+       },
+       {7}},
+      {"Enter on the first button",
+       false,
+       [&](Dialog&) {
+         phone.app.key(Key::Tab);
+         phone.app.key(Key::Enter);
+       },
+       {-1}},
+  };
+  for (const auto& c : cases) {
+    results.clear();
+    auto d = dialog(c.cancelable);
+    d->present();
+    phone.pump.settle();
+    c.act(*d);
+    phone.pump.settle();
+    EXPECT_EQ(results, c.heard) << c.says;
+    EXPECT_EQ(d->shown(), c.heard.empty()) << c.says;
+    d->dismiss(0);
+    EXPECT_EQ(d->content->parent(), nullptr) << "the caller's panel goes back to the caller";
+    d->present();
+    EXPECT_FALSE(d->shown()) << "each is shown once";
+  }
+  EXPECT_EQ(taps, 0) << "the page behind was tapped";
+}
+
+TEST_F(OverlayTest, ACardMayBeMovedAndStays) {
+  auto d = dialog(true);
+  d->present();
+  phone.pump.settle();
+  const Rect before = d->view()->frame();
+  EXPECT_NEAR(before.center().x, 160, 1);
+  EXPECT_GT(before.y, 0);
+  d->view()->setFrame({before.x, 30, before.width, before.height});
+  d->content->setNeedsLayout();
+  phone.pump.settle();
+  EXPECT_EQ(d->view()->frame().y, 30);
+}
+
+TEST_F(OverlayTest, AResultMayOpenTheNextDialog) {
+  auto first = dialog(true);
+  first->onResult = [&](int) {
+    first = nullptr;
+    phone.app.messageBox("Msg", "Nuova versione rilasciata!", {"OK"},
+                         [&](int i) { results.push_back(100 + i); });
+  };
+  first->present();
+  phone.pump.settle();
+  tap("Cerca");
+  phone.pump.settle();
+  ASSERT_EQ(phone.app.dialogs().size(), 1u);
+  tap("OK");
+  EXPECT_THAT(results, ElementsAre(100));
+  EXPECT_TRUE(phone.app.dialogs().empty());
+}
+
+TEST_F(OverlayTest, ProgressIsOneAndModalUntilHidden) {
+  phone.app.hud().hideProgress();
+  phone.app.hud().showProgress("Caricamento...");
+  phone.app.hud().showProgress("Quasi fatto");
+  phone.pump.settle();
+  EXPECT_TRUE(find(*phone.window, "Quasi fatto"));
+  EXPECT_FALSE(find(*phone.window, "Caricamento..."));
+  phone.tapAt({50, 50});
+  EXPECT_TRUE(phone.app.key(Key::Escape));
+  EXPECT_EQ(taps, 0);
+  EXPECT_FALSE(find(*phone.window, "#page"));
+  phone.app.hud().hideProgress();
+  phone.tapAt({50, 50});
+  EXPECT_EQ(taps, 1) << "free at once, while it fades";
+  phone.pump.settle();
+  EXPECT_TRUE(phone.window->overlay().children().empty());
+  EXPECT_THAT(phone.screen.announcements, ElementsAre("Caricamento...", "Quasi fatto"));
+}
+
+TEST_F(OverlayTest, AToastLetsTapsThroughAndGoesByItself) {
+  phone.app.hud().toast("Connessione non presente", 1500);
+  EXPECT_TRUE(phone.pump.settle()) << "a toast keeps nothing busy";
+  EXPECT_EQ(phone.app.hud().toastText(), "Connessione non presente");
+  phone.tapAt({160, 568 * 0.8});
+  EXPECT_EQ(taps, 1);
+  phone.pump.advance(1000);
+  phone.app.hud().toast("Altro", 1500);
+  phone.pump.advance(1000);
+  EXPECT_EQ(phone.app.hud().toastText(), "Altro") << "the former one's time ended the newer";
+  phone.pump.advance(500);
+  EXPECT_FALSE(phone.app.hud().toastShown());
+  phone.pump.settle();
+  EXPECT_TRUE(phone.window->overlay().children().empty());
+}
+
+TEST_F(OverlayTest, WhatIsBehindADialogIsHiddenFromAssistiveTechnology) {
+  placeText(controller->view(), {0, 0, 100, 20}, "dietro");
+  const auto names = [&] {
+    std::vector<std::string> all;
+    for (const auto& e : accessibilityTree(*phone.window)) all.push_back(e.name);
+    return all;
+  };
+  EXPECT_THAT(names(), testing::Contains("dietro"));
+  auto d = dialog(true);
+  auto field = place<TextField>(*d->content, {0, 0, 260, 40});
+  field->setHint("Oggetto");
+  d->present();
+  phone.pump.settle();
+  EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Oggetto", "Cerca", "Annulla"));
+  EXPECT_EQ(focusOrder(*phone.window).size(), 3u);
+  d->dismiss(0);
+  EXPECT_THAT(names(), testing::Contains("dietro"));
+}
+
+TEST(Urls, OnlyKnownSchemesLeaveTheApplication) {
+  Phone phone;
+  std::vector<std::string> lines;
+  auto former = platform::setLogSink([&](std::string_view l) { lines.emplace_back(l); });
+  for (const auto* url : {"https://www.example.it/", "tel:0123", "HTTP://x", "file:///etc/passwd",
+                          "javascript:alert(1)", "intent://x", "senza schema", ""})
+    phone.app.openUrl(url);
+  platform::setLogSink(former);
+  EXPECT_THAT(phone.screen.opened, ElementsAre("https://www.example.it/", "tel:0123", "HTTP://x"));
+  EXPECT_EQ(phone.app.lastOpenedUrl(), "HTTP://x");
+  EXPECT_EQ(lines.size(), 5u);
+}
+
+TEST(Lifecycle, EachWayInAndOutTellsTheDelegateInOrder) {
+  Phone phone;
+  struct : ApplicationDelegate {
+    void willResignActive() override { log += "inactive "; }
+    void didEnterBackground() override { log += "background "; }
+    void willEnterForeground() override { log += "foreground "; }
+    void didBecomeActive() override { log += "active "; }
+    std::string log;
+  } delegate;
+  phone.app.setDelegate(&delegate);
+  phone.app.activate();
+  phone.app.activate();
+  phone.app.enterBackground();
+  phone.app.enterBackground();
+  phone.app.activate();
+  phone.app.resignActive();
+  phone.app.activate();
+  EXPECT_EQ(delegate.log, "active inactive background foreground active inactive active ");
+}
+
+}  // namespace
+}  // namespace ui

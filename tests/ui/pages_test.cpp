@@ -1,0 +1,324 @@
+#include "phone.h"
+#include "platform/ui/accessibility.h"
+#include "platform/ui/drawer_controller.h"
+#include "platform/ui/finder.h"
+#include "platform/ui/navigation_controller.h"
+
+namespace ui {
+namespace {
+
+using testing::ElementsAre;
+
+class Page : public ViewController {
+ public:
+  Page(std::string name, std::vector<std::string>& log) : name_(std::move(name)), log_(log) {
+    setTitle(name_);
+  }
+
+ protected:
+  void viewWillAppear(bool) override { log_.push_back("+" + name_); }
+  void viewWillDisappear(bool) override { log_.push_back("-" + name_); }
+
+ private:
+  std::string name_;
+  std::vector<std::string>& log_;
+};
+
+struct PagesTest : testing::Test {
+  std::vector<std::string> log;
+  Phone phone;
+  Ref<Page> a = makeShared<Page>("a", log), b = makeShared<Page>("b", log),
+            c = makeShared<Page>("c", log);
+  Ref<NavigationController> nav = makeShared<NavigationController>();
+
+  std::string stack() {
+    std::string all;
+    for (const auto& p : nav->viewControllers()) all += p->title();
+    return all;
+  }
+  void show() {
+    phone.window->setRootViewController(nav);
+    phone.pump.settle();
+  }
+};
+
+TEST_F(PagesTest, PagesAreToldWhenTheyComeAndGo) {
+  nav->push(a, true);
+  EXPECT_TRUE(log.empty()) << "not before the stack is on a visible window";
+  phone.window->show(false);
+  phone.window->setRootViewController(nav);
+  EXPECT_TRUE(log.empty());
+  phone.window->show();
+  nav->push(b, true);
+  nav->push(b, true);
+  EXPECT_EQ(stack(), "ab") << "a page stands on the stack once";
+  nav->push(c, false);
+  nav->popTo(*a, true);
+  EXPECT_EQ(nav->pop(true), nullptr) << "the last page stays";
+  nav->setViewControllers({b, c});
+  nav->popToRoot(false);
+  EXPECT_THAT(log, ElementsAre("+a", "-a", "+b", "-b", "+c", "-c", "+a", "-a", "+c", "-c", "+b"));
+  EXPECT_EQ(a->parent(), nullptr);
+  EXPECT_EQ(b->navigationController(), nav.get());
+}
+
+TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
+  nav->push(a, false);
+  show();
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 64, 320, 504}));
+  nav->setToolbarHidden(false);
+  a->navigationItem().setPrompt("Avviso");
+  phone.pump.drain();
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 94, 320, 568 - 94 - 44}));
+  a->navigationItem().setPrompt("");
+  nav->setNavigationBarHidden(true);
+  nav->setToolbarHidden(true);
+  phone.pump.drain();
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 0, 320, 568}));
+  EXPECT_EQ(a->view().safeAreaInsets().top, 20);
+  phone.screen.setSize({568, 320});
+  phone.app.screenChanged();
+  phone.pump.drain();
+  EXPECT_EQ(a->view().bounds().size(), (Size{568, 320}));
+}
+
+TEST_F(PagesTest, TheSlideLeavesOnlyTheTopPageBehind) {
+  nav->push(a, false);
+  show();
+  const auto onScreen = [&](Page& p) { return p.view().window() != nullptr; };
+  nav->push(b, true);
+  EXPECT_TRUE(onScreen(*a)) << "slides out beside the new one";
+  EXPECT_EQ(b->view().presented().frame().x, 320);
+  EXPECT_FALSE(reachable(a->view()));
+  phone.pump.settle();
+  EXPECT_FALSE(onScreen(*a));
+  EXPECT_EQ(b->view().frameInWindow().x, 0);
+  // Back, and forward again before the slide is over.
+  nav->pop(true);
+  phone.pump.advance(100);
+  nav->push(b, true);
+  phone.pump.advance(50);
+  nav->push(c, true);
+  phone.pump.settle();
+  EXPECT_TRUE(!onScreen(*a) && !onScreen(*b) && onScreen(*c));
+  nav->popToRoot(true);
+  phone.pump.settle();
+  EXPECT_TRUE(onScreen(*a) && !onScreen(*c));
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 64, 320, 504}));
+  EXPECT_TRUE(reachable(a->view()));
+}
+
+TEST_F(PagesTest, BarItemsAreButtonsWithNames) {
+  nav->push(a, false);
+  nav->push(b, false);
+  show();
+  std::vector<std::string> pressed;
+  const auto item = [&](Ref<BarButtonItem> i) {
+    i->onPress = [&](BarButtonItem& self) { pressed.push_back(self.accessibleName()); };
+    return i;
+  };
+  auto search = item(BarButtonItem::system(12)), web = item(BarButtonItem::text("WEB"));
+  b->navigationItem().setRightItems({search, web});
+  phone.pump.drain();
+  const auto tapNamed = [&](const char* name) {
+    auto view = find(*phone.window, name);
+    if (!view) return pressed.push_back(std::string("no ") + name);
+    EXPECT_GE(view->bounds().width, 44) << name;
+    EXPECT_GE(view->bounds().height, 44) << name;
+    const auto p = tapPoint(*view);
+    phone.tapAt(p);
+    phone.pump.settle();
+  };
+  tapNamed("Cerca");
+  search->setEnabled(false);
+  phone.pump.drain();
+  tapNamed("Cerca");
+  tapNamed("WEB");
+  EXPECT_GT(nav->navigationBar().viewFor(*search)->frame().x,
+            nav->navigationBar().viewFor(*web)->frame().x)
+      << "the first stands outermost";
+  tapNamed("Indietro");
+  EXPECT_EQ(stack(), "a");
+  a->navigationItem().setLeftItems({item(BarButtonItem::drawer())});
+  phone.pump.drain();
+  tapNamed("Menu");
+  tapNamed("Indietro");
+  EXPECT_THAT(pressed, ElementsAre("Cerca", "WEB", "Menu", "no Indietro"));
+}
+
+TEST_F(PagesTest, FlexibleSpacesPushToolbarItemsApart) {
+  auto one = BarButtonItem::text("Uno"), two = BarButtonItem::text("Due");
+  a->setToolbarItems({one, BarButtonItem::system(BarButtonItem::kFlexibleSpace), two});
+  nav->push(a, false);
+  nav->setToolbarHidden(false);
+  show();
+  EXPECT_EQ(nav->toolbar().viewFor(*one)->frame().x, style::kBarMargin);
+  EXPECT_EQ(nav->toolbar().viewFor(*two)->frame().right(), 320 - style::kBarMargin);
+}
+
+TEST_F(PagesTest, APageMayPopItselfAsItAppears) {
+  class Hasty : public ViewController {
+   protected:
+    void viewWillAppear(bool) override {
+      if (auto* nav = navigationController()) nav->pop(false);
+    }
+  };
+  nav->push(a, false);
+  show();
+  nav->push(makeShared<Hasty>(), true);
+  phone.pump.settle();
+  EXPECT_EQ(stack(), "a");
+  EXPECT_TRUE(a->appeared());
+  EXPECT_NE(a->view().window(), nullptr);
+}
+
+struct DrawerTest : PagesTest {
+  Ref<Page> menu = makeShared<Page>("menu", log);
+  Ref<DrawerController> drawer;
+
+  void SetUp() override {
+    nav->push(a, false);
+    drawer = makeShared<DrawerController>(nav, menu, nullptr);
+    phone.window->setRootViewController(drawer);
+    auto row = place(menu->view(), {0, 100, 280, 50}, "row");
+    row->setOnTap([this](View&) { log.push_back("row"); });
+    placeText(*row, {0, 0, 280, 50}, "Farmacia");
+    place(a->view(), {0, 0, 320, 50}, "under")->setOnTap([this](View&) { log.push_back("under"); });
+    phone.pump.settle();
+    log.clear();
+  }
+  bool open() const { return drawer->openSide() == DrawerSide::Left; }
+};
+
+TEST_F(DrawerTest, OpensAndClosesInEachWay) {
+  const auto close = drawer_gesture::kPanCenter | drawer_gesture::kPanDrawer;
+  const struct {
+    const char* says;
+    bool startOpen;
+    int openMask, closeMask;
+    std::function<void()> act;
+    bool endOpen;
+  } cases[] = {
+      {"by call", false, 0, close, [&] { drawer->openDrawer(DrawerSide::Left, true); }, true},
+      {"swipe from the edge", false, 8, close,
+       [&] {
+         phone.swipe({5, 300}, {250, 300});
+       },
+       true},
+      {"short slow swipe falls back", false, 8, close,
+       [&] {
+         phone.app.pointer(PointerPhase::Began, 1, 5, 300);
+         phone.pump.advance(500);
+         phone.app.pointer(PointerPhase::Moved, 1, 60, 300);
+         phone.pump.advance(500);
+         phone.app.pointer(PointerPhase::Ended, 1, 60, 300);
+       },
+       false},
+      {"a quick flick is enough", false, 8, close,
+       [&] {
+         phone.swipe({5, 300}, {100, 300});
+       },
+       true},
+      {"no gesture by the mask", false, 0, close,
+       [&] {
+         phone.swipe({5, 300}, {250, 300});
+       },
+       false},
+      {"swipe from the middle", false, 8, close,
+       [&] {
+         phone.swipe({100, 300}, {300, 300});
+       },
+       false},
+      {"by call", true, 8, close, [&] { drawer->closeDrawer(true); }, false},
+      {"tap beside it", true, 8, close,
+       [&] {
+         phone.tapAt({300, 80});
+       },
+       false},
+      {"swipe on it", true, 8, close,
+       [&] {
+         phone.swipe({200, 300}, {20, 300});
+       },
+       false},
+      {"swipe beside it", true, 8, close,
+       [&] {
+         phone.swipe({310, 300}, {120, 300});
+       },
+       false},
+      {"no closing by the mask", true, 8, 0,
+       [&] {
+         phone.swipe({200, 300}, {20, 300});
+       },
+       true},
+      {"swipe to the wrong side", true, 8, close,
+       [&] {
+         phone.swipe({20, 300}, {200, 300});
+       },
+       true},
+      {"Escape", true, 8, close, [&] { phone.app.key(Key::Escape); }, false},
+      {"Back", true, 8, close, [&] { phone.app.key(Key::Back); }, false},
+      {"a finger that is cancelled half-way", true, 8, close,
+       [&] {
+         phone.app.pointer(PointerPhase::Began, 1, 200, 300);
+         phone.app.pointer(PointerPhase::Moved, 1, 150, 300);
+         phone.app.cancelPointer();
+       },
+       true},
+  };
+  for (const auto& c : cases) {
+    if (c.startOpen)
+      drawer->openDrawer(DrawerSide::Left, false);
+    else
+      drawer->closeDrawer(false);
+    phone.pump.settle();
+    drawer->openGestureMask = c.openMask;
+    drawer->closeGestureMask = c.closeMask;
+    c.act();
+    phone.pump.settle();
+    EXPECT_EQ(open(), c.endOpen) << c.says;
+    EXPECT_EQ(menu->appeared(), c.endOpen) << c.says;
+    EXPECT_EQ(menu->view().hidden(), !c.endOpen) << c.says;
+    EXPECT_EQ(menu->view().frameInWindow().x, c.endOpen ? 0 : -280) << c.says;
+  }
+}
+
+TEST_F(DrawerTest, AnOpenDrawerKeepsThePageBehindOutOfReach) {
+  drawer->openDrawer(DrawerSide::Left, true);
+  EXPECT_FALSE(reachable(a->view())) << "from the start of the slide";
+  phone.pump.settle();
+  phone.tapAt({50, 120});
+  EXPECT_THAT(log, ElementsAre("+menu", "row"));
+  phone.tapAt({310, 90});  // would be "under"
+  phone.pump.settle();
+  EXPECT_THAT(log, ElementsAre("+menu", "row", "-menu"));
+  EXPECT_TRUE(reachable(a->view()));
+  phone.tapAt({50, 70});
+  EXPECT_EQ(log.back(), "under");
+}
+
+TEST_F(DrawerTest, BackTakesOneStepAtATime) {
+  nav->push(b, false);
+  drawer->openDrawer(DrawerSide::Left, false);
+  EXPECT_TRUE(phone.app.key(Key::Back));
+  EXPECT_FALSE(open());
+  EXPECT_EQ(stack(), "ab");
+  EXPECT_TRUE(phone.app.key(Key::Back));
+  EXPECT_EQ(stack(), "a");
+  EXPECT_FALSE(phone.app.key(Key::Back)) << "nothing left to step back from";
+}
+
+TEST_F(DrawerTest, TurningThePhoneMidSlideEndsInPlace) {
+  drawer->openDrawer(DrawerSide::Left, false);
+  drawer->closeDrawer(true);
+  phone.pump.advance(50);
+  phone.screen.setSize({568, 320});
+  phone.app.screenChanged();
+  phone.pump.settle();
+  EXPECT_TRUE(menu->view().hidden());
+  drawer->openDrawer(DrawerSide::Left, true);
+  phone.pump.settle();
+  EXPECT_EQ(menu->view().frameInWindow(), (Rect{0, 0, 280, 320}));
+}
+
+}  // namespace
+}  // namespace ui
