@@ -168,7 +168,7 @@ bool UrlTransfer::addHeaders() {
     // The framing is the transport's own affair.
     constexpr std::string_view framing[] = {"Content-Length", "Transfer-Encoding", "Connection"};
     if (std::any_of(std::begin(framing), std::end(framing),
-                    [&](auto f) { return HttpHeaders::sameName(name, f); }))
+                    [&header = name](auto f) { return HttpHeaders::sameName(header, f); }))
       continue;
     add(value.empty() ? name + ";" : name + ": " + value);
   }
