@@ -54,12 +54,23 @@ WeakBlock* weakBlockOf(const Shared& s) noexcept {
 
 }  // namespace detail
 
+constinit thread_local Keep* Keep::innermost_ = nullptr;
+
+void Keep::finish() noexcept { object_->dispose(); }
+
 void Shared::lastReleased() const noexcept {
   if (auto* block = weak_.load(std::memory_order_acquire)) {
     std::lock_guard lock(block->mutex_);
     block->object_ = nullptr;
   }
-  dispose();
+  // The outermost scope that keeps it ends it; a second release inside changes nothing.
+  Keep* outermost = nullptr;
+  for (Keep* k = Keep::innermost_; k; k = k->outer_)
+    if (k->object_ == this) outermost = k;
+  if (outermost)
+    outermost->ended_ = true;
+  else
+    dispose();
 }
 
 Shared::~Shared() {

@@ -63,6 +63,7 @@ class Shared {
 
  private:
   friend class detail::WeakBlock;
+  friend class Keep;
   friend const Shared* detail::lockWeak(detail::WeakBlock*) noexcept;
   friend detail::WeakBlock* detail::weakBlockOf(const Shared&) noexcept;
   void lastReleased() const noexcept;
@@ -70,6 +71,31 @@ class Shared {
   mutable std::atomic<std::uint32_t> refs_{0};
   mutable std::atomic<detail::WeakBlock*> weak_{nullptr};
   std::unique_ptr<Attachment> attachment_;
+};
+
+// Keeps an object alive for a scope of this thread without touching its count: when the
+// last Ref goes meanwhile, the object ends with the scope instead. For what dispatches to
+// an object many times a second. The last Ref must not go on another thread meanwhile.
+class Keep {
+ public:
+  explicit Keep(const Shared* object) noexcept : object_(object), outer_(innermost_) {
+    innermost_ = this;
+  }
+  ~Keep() {
+    innermost_ = outer_;
+    if (ended_) finish();
+  }
+  Keep(const Keep&) = delete;
+  Keep& operator=(const Keep&) = delete;
+
+ private:
+  friend class Shared;
+  void finish() noexcept;
+
+  const Shared* object_;
+  Keep* outer_;
+  bool ended_ = false;  // the last Ref has gone
+  static constinit thread_local Keep* innermost_;
 };
 
 template <class T>
@@ -145,6 +171,10 @@ class WeakRef {
   bool unset() const noexcept { return block_ == nullptr; }
   // True when the object that was set is gone.
   bool expired() const noexcept { return block_ && !detail::peekWeak(block_); }
+  // The address of the object while it lives; for the thread on which it lives and dies.
+  T* peek() const noexcept {
+    return block_ ? const_cast<T*>(static_cast<const T*>(detail::peekWeak(block_))) : nullptr;
+  }
   // True when this observes exactly p, which the caller keeps alive.
   bool refersTo(const Shared* p) const noexcept {
     return p && block_ && detail::peekWeak(block_) == p;

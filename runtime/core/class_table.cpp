@@ -1,45 +1,11 @@
 #include "runtime/core/class_table.h"
 
-#include <bit>
-#include <cstring>
-
 namespace kes {
-
-std::uint64_t hashName(std::string_view name) noexcept {
-  // Eight bytes at a time through one multiplication: names are short and this runs
-  // for every event.
-  constexpr std::uint64_t k = 0x9E3779B97F4A7C15ull;
-  std::uint64_t h = name.size() * k;
-  const char* p = name.data();
-  std::size_t n = name.size();
-  for (; n >= 8; p += 8, n -= 8) {
-    std::uint64_t w;
-    std::memcpy(&w, p, 8);
-    h = (std::rotl(h, 29) ^ w) * k;
-  }
-  if (n) {
-    std::uint64_t w = 0;
-    std::memcpy(&w, p, n);
-    h = (std::rotl(h, 29) ^ w) * k;
-  }
-  return h ^ (h >> 32);
-}
 
 bool ClassInfo::isA(const ClassInfo& other) const {
   for (const auto* c = this; c; c = c->base_)
     if (c == &other) return true;
   return false;
-}
-
-const SubInfo* ClassInfo::sub(std::string_view eventName, std::uint64_t hash) const {
-  if (slots_.empty()) return nullptr;
-  const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-    const auto slot = slots_[i];
-    if (!slot) return nullptr;
-    const SubInfo& s = subs_[slot - 1];
-    if (s.hash == hash && s.name == eventName) return &s;
-  }
 }
 
 const SubInfo* ClassInfo::method(std::string_view fullName) const {

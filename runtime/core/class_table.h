@@ -16,6 +16,8 @@
 // parameter of the C++ signature. A method answers to its platform name as it stands.
 #pragma once
 
+#include <bit>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <typeindex>
@@ -36,12 +38,46 @@ struct SubInfo {
 
 struct FieldInfo {
   std::string name;  // the stored name, with its leading underscore
-  char kind = '@';   // '@' for what is held as an object, else the number's type code
+  // '@' for what is held as an object, '{' for a structure, else the number's type code.
+  char kind = '@';
   Value (*get)(const Shared& target) = nullptr;
   void (*set)(Shared& target, const Value& v) = nullptr;
 };
 
-std::uint64_t hashName(std::string_view name) noexcept;
+namespace detail {
+inline std::uint64_t word(const char* p, std::size_t bytes) noexcept {
+  std::uint64_t w = 0;
+  std::memcpy(&w, p, bytes);
+  return w;
+}
+}  // namespace detail
+
+// Names are short and are hashed and compared for every event: eight bytes at a time,
+// the last eight overlapping those before.
+inline std::uint64_t hashName(std::string_view name) noexcept {
+  constexpr std::uint64_t k = 0x9E3779B97F4A7C15ull;
+  const std::size_t n = name.size();
+  const char* p = name.data();
+  std::uint64_t h = n * k;
+  if (n >= 8) {
+    for (std::size_t i = 0; i + 8 < n; i += 8) h = (std::rotl(h, 29) ^ detail::word(p + i, 8)) * k;
+    h = (std::rotl(h, 29) ^ detail::word(p + n - 8, 8)) * k;
+  } else if (n >= 4) {
+    h = (std::rotl(h, 29) ^ detail::word(p, 4) ^ detail::word(p + n - 4, 4) << 32) * k;
+  } else {
+    for (const char c : name) h = (std::rotl(h, 29) ^ static_cast<unsigned char>(c)) * k;
+  }
+  return h ^ h >> 32;
+}
+
+inline bool sameName(std::string_view a, std::string_view b) noexcept {
+  const std::size_t n = a.size();
+  if (n != b.size()) return false;
+  if (n < 8) return a == b;
+  for (std::size_t i = 0; i + 8 < n; i += 8)
+    if (detail::word(a.data() + i, 8) != detail::word(b.data() + i, 8)) return false;
+  return detail::word(a.data() + n - 8, 8) == detail::word(b.data() + n - 8, 8);
+}
 
 class ClassInfo {
  public:
@@ -53,7 +89,15 @@ class ClassInfo {
   const SubInfo* sub(std::string_view eventName) const {
     return sub(eventName, hashName(eventName));
   }
-  const SubInfo* sub(std::string_view eventName, std::uint64_t hash) const;
+  const SubInfo* sub(std::string_view eventName, std::uint64_t hash) const {
+    if (slots_.empty()) return nullptr;
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t i = hash & mask; slots_[i]; i = (i + 1) & mask) {
+      const SubInfo& s = subs_[slots_[i] - 1];
+      if (s.hash == hash && sameName(s.name, eventName)) return &s;
+    }
+    return nullptr;
+  }
   // By the full name of a platform method ("mainBundle") or of a sub ("_base_resize::").
   const SubInfo* method(std::string_view fullName) const;
 

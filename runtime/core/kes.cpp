@@ -11,7 +11,10 @@ namespace kes {
 
 namespace {
 
-thread_local Ref<Shared> currentSender;
+// Kept alive by the raise that set it, or by heldSender.
+constinit thread_local Shared* currentSender = nullptr;
+// What setSender was given, and the sender of an event whose handler threw.
+thread_local Ref<Shared> heldSender;
 
 // What the last caught exception becomes.
 class CaughtError final : public Object {
@@ -55,27 +58,46 @@ void Kes::errorIfMissingEvent(std::string_view prefix, std::string_view suffix) 
     throw KesException(formatText("%@%@ event not found.", {prefix, suffix}));
 }
 
-Value Kes::sender() { return currentSender ? Value(currentSender) : Value::null(); }
+void Kes::setSender(Ref<Shared> sender) {
+  currentSender = sender.get();
+  heldSender = std::move(sender);
+}
 
-void Kes::setSender(Ref<Shared> sender) { currentSender = std::move(sender); }
+Value Kes::sender() { return currentSender ? Value(Ref<Shared>(currentSender)) : Value::null(); }
+
+inline Kes::Waits* Kes::findWaits(std::string_view event, std::uint64_t hash) {
+  for (auto& w : waits_)
+    if (w.hash == hash && sameName(w.event, event)) return &w;
+  return nullptr;
+}
 
 Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
-  currentSender = sender;
+  const platform::Keep keepSender(sender.get());
+  currentSender = sender.get();
   if (event.ends_with("_resize::") && dynamic_cast<PageSized*>(sender.get()))
     shared().mainView = sender;
   const auto hash = hashName(event);
   if (parked_) {
     if (auto* waits = findWaits(event, hash); waits && wake(*waits, sender, params)) return {};
   }
-  const Ref<Object> target = target_.lock();
+  Object* target = target_.peek();
   if (!target)
     throw KesException("null object",
                        formatText("Target is null. Method called: %@", {"_" + std::string(event)}));
   const SubInfo* sub = targetClass_ ? targetClass_->sub(event, hash) : nullptr;
-  Value result;
-  if (sub) result = sub->call(*target, params);
-  currentSender = nullptr;
-  return result;
+  if (!sub) {
+    currentSender = nullptr;
+    return {};
+  }
+  const platform::Keep keepTarget(target);
+  try {
+    Value result = sub->call(*target, params);
+    currentSender = nullptr;
+    return result;
+  } catch (...) {
+    setSender(sender);  // stays set
+    throw;
+  }
 }
 
 void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params) {
@@ -85,12 +107,6 @@ void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params
         // The module may have gone while the event was under way: then so has the event.
         if (me->eventsTarget() || me->parked_) me->raiseEvent(sender, event, params);
       });
-}
-
-Kes::Waits* Kes::findWaits(std::string_view event, std::uint64_t hash) {
-  for (auto& w : waits_)
-    if (w.hash == hash && w.event == event) return &w;
-  return nullptr;
 }
 
 std::vector<KesWaitForEvent>& Kes::waitsFor(std::string_view event) {
@@ -112,7 +128,7 @@ bool Kes::wake(Waits& waits, const Ref<Shared>& sender, Args params) {
     const Ref<KesResumableSub> rs = std::move(i->rs);
     list.erase(i);
     --parked_;
-    const Ref<Kes> keep(this);
+    const platform::Keep keep(this);
     rs->resume(this, params);
     currentSender = nullptr;
     return true;

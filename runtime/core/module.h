@@ -13,6 +13,8 @@
 
 namespace kes {
 
+class KesClass;
+
 // What modules and class instances share: the event object and the language services.
 class Component : public Object {
  public:
@@ -29,13 +31,18 @@ class Component : public Object {
   // The result is the event's parameters as the types asked for.
   template <class... R>
   detail::WaitAwaiter<R...> waitFor(std::string_view event, Value senderFilter = {}) {
-    return {bi_, Text(event), std::move(senderFilter)};
+    return {*bi_, event, nullptr, std::move(senderFilter)};
+  }
+  template <class... R, class T>
+    requires(std::derived_from<T, KesClass>)
+  detail::WaitAwaiter<R...> waitFor(std::string_view event, const Ref<T>& sender) {
+    return {*bi_, event, sender.get(), {}};
   }
   template <class... R, class T>
   detail::WaitAwaiter<R...> waitFor(std::string_view event, Resumable<T>&& sub) {
-    return {bi_, Text(event), sub.intoValue()};
+    return {*bi_, event, nullptr, sub.intoValue()};
   }
-  detail::SleepAwaiter sleep(std::int64_t milliseconds) { return {bi_, milliseconds}; }
+  detail::SleepAwaiter sleep(std::int64_t milliseconds) { return {*bi_, milliseconds}; }
 
  protected:
   Ref<Kes> bi_;

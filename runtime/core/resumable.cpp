@@ -14,7 +14,10 @@ void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Val
     if (awaited->completed) throw KesException("Resumable sub already completed");
     awaited->waitForKes = Ref<Kes>(&bi);
   }
-  const Shared* sender = filter.object();
+  parkFor(event, bi, std::move(rs), filter.object());
+}
+
+void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender) {
   auto& list = bi.waitsFor(event);
   bool matched = false;
   // What the walk drops goes only when the list is whole again: locals that unwind may
@@ -64,8 +67,8 @@ void ResumableFrame::reportStartError() noexcept {
 
 void ResumableFrame::resume(Kes* kes, Args params) {
   if (state == -1) return;
-  const Ref<KesResumableSub> keep(this);
-  bi = WeakRef<Kes>(kes);
+  const platform::Keep keep(this);
+  if (!bi.refersTo(kes)) bi = WeakRef<Kes>(kes);
   params_ = params;
   handle_.resume();
   params_ = {};

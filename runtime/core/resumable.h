@@ -42,6 +42,8 @@ class KesResumableSubWrapper final
 // wrapper stands for its object; nil waits for any sender). Throws "Resumable sub
 // already completed" for a sub that is over.
 void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Value& senderFilter);
+// The same for a sender known to be neither a wrapper nor a sub; null waits for any.
+void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender);
 // Resumes rs in a later task, after the time.
 void Sleep(Kes& bi, Ref<KesResumableSub> rs, std::int64_t milliseconds);
 // Declares rs finished: posts the task that completes it and raises "complete:".
@@ -88,8 +90,9 @@ struct ResumableReturn<void> : ResumableFrame {
 
 template <class... R>
 struct WaitAwaiter {
-  Ref<Kes> bi;
-  Text event;
+  Kes& bi;                 // of the component whose frame waits and keeps it alive
+  std::string_view event;  // read before the wait only
+  const Shared* sender = nullptr;
   Value filter;
   ResumableFrame* frame = nullptr;
 
@@ -97,8 +100,10 @@ struct WaitAwaiter {
   template <class P>
   void await_suspend(std::coroutine_handle<P> h) {
     frame = &h.promise();
-    WaitFor(event, *bi, Ref<KesResumableSub>(frame), filter);
-    filter = Value();
+    if (filter.isNil())
+      parkFor(event, bi, Ref<KesResumableSub>(frame), sender);
+    else
+      WaitFor(event, bi, Ref<KesResumableSub>(frame), std::exchange(filter, Value()));
   }
   auto await_resume() const {
     if constexpr (sizeof...(R) == 1) {
@@ -124,13 +129,13 @@ struct WaitAwaiter {
 };
 
 struct SleepAwaiter {
-  Ref<Kes> bi;
+  Kes& bi;
   std::int64_t milliseconds;
 
   bool await_ready() const noexcept { return false; }
   template <class P>
   void await_suspend(std::coroutine_handle<P> h) {
-    Sleep(*bi, Ref<KesResumableSub>(&h.promise()), milliseconds);
+    Sleep(bi, Ref<KesResumableSub>(&h.promise()), milliseconds);
   }
   void await_resume() const noexcept {}
 };

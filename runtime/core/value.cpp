@@ -9,9 +9,8 @@
 
 namespace kes {
 
-std::int64_t Value::asInt64() const noexcept {
-  if (!isNumber()) return 0;
-  if (!isFloating()) return c_.get<std::int64_t>();
+std::int64_t Value::floatAsInt64() const noexcept {
+  if (!isFloating()) return 0;
   const double d = c_.get<double>();
   if (std::isnan(d)) return 0;
   if (d >= 9223372036854775807.0) return std::numeric_limits<std::int64_t>::max();

@@ -139,7 +139,9 @@ class Value {
   }
   // The number in another type; 0 for what is no number. Floating values are cut
   // toward zero and held within the range of 64 bits.
-  std::int64_t asInt64() const noexcept;
+  std::int64_t asInt64() const noexcept {
+    return isNumber() && !isFloating() ? c_.get<std::int64_t>() : floatAsInt64();
+  }
   double asDouble() const noexcept;
   bool asBool() const noexcept { return isFloating() ? asDouble() != 0 : asInt64() != 0; }
 
@@ -172,6 +174,7 @@ class Value {
   std::size_t hash() const;
 
  private:
+  std::int64_t floatAsInt64() const noexcept;
   explicit Value(const detail::Cell& c) noexcept : c_(c) {}
   void clear(detail::Tag t) noexcept {
     std::memset(c_.b, 0, sizeof c_.b);
