@@ -22,6 +22,9 @@ class Dictionary final : public Object {
   Dictionary() = default;
   // Takes the entries over. Of equal keys the last wins.
   explicit Dictionary(std::vector<Entry> entries);
+  // The same for entries whose keys are known to differ.
+  struct Distinct {};
+  Dictionary(Distinct, std::vector<Entry> entries) : entries_(std::move(entries)) {}
   ~Dictionary() override;  // frees nested containers without recursing
 
   std::string_view className() const override { return "NSDictionary"; }

@@ -144,10 +144,6 @@ std::optional<std::vector<std::uint8_t>> contents(Path& p) {
   return std::nullopt;
 }
 
-std::string_view charsOf(const std::vector<std::uint8_t>& bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 template <class Line>
 void forEachLine(std::string_view text, Line line) {
   while (!text.empty()) {
