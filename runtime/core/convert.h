@@ -34,7 +34,9 @@ template <class T>
 concept BoxedByValue = std::derived_from<T, Shared> && std::derived_from<T, ByValue>;
 // A coroutine's return object: it has its own way of becoming a value.
 template <class T>
-concept Awaited = requires(T t) { t.intoValue(); };
+concept Awaited = requires(T t) {
+  t.intoValue();
+};
 }  // namespace detail
 
 template <class T>
@@ -136,8 +138,10 @@ struct FieldAccess {
   static constexpr char kindOf() {
     if constexpr (std::is_arithmetic_v<F>)
       return static_cast<char>(numberTypeOf<F>());
-    else
+    else if constexpr (std::is_constructible_v<Value, const F&>)
       return '@';
+    else
+      return '{';  // a structure, boxed as its bytes
   }
   static constexpr char kind = kindOf();
 

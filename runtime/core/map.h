@@ -13,6 +13,12 @@ namespace kes {
 
 class KesList;
 
+namespace detail {
+// A text of any make: looked up as it is, without becoming a Value.
+template <class S>
+concept Textual = std::convertible_to<const S&, std::string_view>;
+}  // namespace detail
+
 class KesMap final : public Object, public ByValue {
  public:
   KesMap() = default;
@@ -29,11 +35,17 @@ class KesMap final : public Object, public ByValue {
   void Put(Value key, Value value);
   Value Get(const Value& key) const;
   Value Get(std::string_view key) const;
-  Value Get(const char* key) const { return Get(std::string_view(key)); }
+  template <detail::Textual S>
+  Value Get(const S& key) const {
+    return Get(std::string_view(key));
+  }
   Value GetDefault(const Value& key, Value fallback) const;
   bool ContainsKey(const Value& key) const;
   bool ContainsKey(std::string_view key) const;
-  bool ContainsKey(const char* key) const { return ContainsKey(std::string_view(key)); }
+  template <detail::Textual S>
+  bool ContainsKey(const S& key) const {
+    return ContainsKey(std::string_view(key));
+  }
   void Remove(const Value& key);
   void Clear();
   KesList Keys() const;    // a new list on each call

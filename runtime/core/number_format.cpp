@@ -2,6 +2,7 @@
 #include <unicode/decimfmt.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "runtime/core/common.h"
@@ -32,7 +33,7 @@ class SharedFormatter {
       settings_ = wanted;
     }
     icu::UnicodeString out;
-    format_->format(number, out);
+    format_->format(std::isnan(number) ? std::fabs(number) : number, out);
     return Text::fromUtf16({out.getBuffer(), static_cast<std::size_t>(out.length())});
   }
 

@@ -38,8 +38,8 @@ KesStringBuilder& KesStringBuilder::Insert(std::int32_t offset, std::string_view
 
 KesStringBuilder& KesStringBuilder::Remove(std::int32_t begin, std::int32_t end) {
   const Text whole = ToString();
-  const Text rest = whole.SubString(end);
-  utf8() = (whole.SubString2(0, begin) + rest).str();
+  whole.SubString2(begin, end);  // fails where the range does
+  utf8() = (whole.SubString2(0, begin) + whole.SubString(end)).str();
   return *this;
 }
 

@@ -85,8 +85,7 @@ class Text {
   static Text fromUnit(char16_t unit);
 
   std::string_view view() const noexcept {
-    if (c_.tag() == detail::kInlineText)
-      return {reinterpret_cast<const char*>(c_.b), c_.aux()};
+    if (c_.tag() == detail::kInlineText) return {reinterpret_cast<const char*>(c_.b), c_.aux()};
     auto* r = c_.get<detail::TextRep*>();
     return {r->data(), r->bytes};
   }
@@ -105,7 +104,7 @@ class Text {
   Text Trim() const;
   Text SubString(std::int32_t begin) const { return SubString2(begin, Length()); }
   Text SubString2(std::int32_t begin, std::int32_t end) const;  // end is exclusive
-  std::int32_t CompareTo(std::string_view s) const;              // -1, 0, 1
+  std::int32_t CompareTo(std::string_view s) const;             // -1, 0, 1
   bool EqualsIgnoreCase(std::string_view s) const;
   char16_t CharAt(std::int32_t i) const;
   bool StartsWith(std::string_view s) const noexcept { return view().starts_with(s); }
@@ -118,6 +117,7 @@ class Text {
   friend bool operator==(const Text& a, const Text& b) noexcept { return a.view() == b.view(); }
   friend bool operator==(const Text& a, std::string_view b) noexcept { return a.view() == b; }
   friend bool operator==(const Text& a, const char* b) noexcept { return a.view() == b; }
+  friend bool operator==(const Text& a, const std::string& b) noexcept { return a.view() == b; }
   friend Text operator+(const Text& a, const Text& b);
   Text& operator+=(const Text& o) { return *this = *this + o; }
 
@@ -126,7 +126,7 @@ class Text {
   explicit Text(const detail::Cell& c) noexcept : c_(c) { retain(); }
   void makeInline(std::string_view s) noexcept {
     std::memset(c_.b, 0, sizeof c_.b);
-    std::memcpy(c_.b, s.data(), s.size());
+    if (!s.empty()) std::memcpy(c_.b, s.data(), s.size());
     c_.aux() = static_cast<unsigned char>(s.size());
     c_.tag() = detail::kInlineText;
   }

@@ -108,11 +108,11 @@ TEST(List, SortsByTheKindOfTheFirst) {
       {{1.0, std::nan(""), -1.0}, "nan -1 1", "1 -1 nan", "nan -1 1"},
   };
   for (const auto& c : cases) {
-    KesList l = KesList::of(c.items);
-    l.Sort(true);
-    EXPECT_EQ(textOf(l), c.ascending);
-    l.Sort(false);
-    EXPECT_EQ(textOf(l), c.descending);
+    KesList up = KesList::of(c.items), down = KesList::of(c.items), l = KesList::of(c.items);
+    up.Sort(true);
+    EXPECT_EQ(textOf(up), c.ascending);
+    down.Sort(false);
+    EXPECT_EQ(textOf(down), c.descending);
     if (!c.folded) continue;
     l.SortCaseInsensitive(true);
     EXPECT_EQ(textOf(l), c.folded);

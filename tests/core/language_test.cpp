@@ -264,7 +264,7 @@ TEST(Charsets, UndecodableBytesFail) {
   EXPECT_EQ(decode({0x93}, 0, 1, "Shift_JIS"), failure);
   EXPECT_EQ(decode({0xD8, 0x3D}, 0, 2, "UTF-16BE"), failure);
   EXPECT_EQ(decode({'a', 'b', 'c'}, 1, 1, "UTF8"), "b");
-  for (const auto [offset, length] : {std::pair(-1, 1), {0, 4}, {3, 1}, {1, INT32_MAX}, {0, -1}})
+  for (const auto& [offset, length] : {std::pair(-1, 1), {0, 4}, {3, 1}, {1, INT32_MAX}, {0, -1}})
     EXPECT_TRUE(decode({'a', 'b', 'c'}, offset, length, "UTF8").starts_with("NSRangeException"))
         << offset << " " << length;
 }

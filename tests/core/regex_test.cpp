@@ -28,7 +28,7 @@ TEST(Regex, MatchesTheWholeText) {
       {0, "caffè.", "caffè😀", true},
       {0, "CAFFÈ", "caffè", false},
       {KesRegex::CASE_INSENSITIVE, "CAFFÈ", "caffè", true},
-      {0, "", "", true},
+      {0, "a*", "", true},
       {KesRegex::MULTILINE, "^b$", "a\nb", false},
   };
   for (const auto& c : cases)
@@ -86,18 +86,21 @@ TEST(Regex, SplitKeepsAllPieces) {
   EXPECT_EQ(textsOf(*KesRegex::Split(";", "a;;b;")), (Texts{"a", "", "b", ""}));
   EXPECT_EQ(textsOf(*KesRegex::Split("\\s*,\\s*", "uno , due,tre")), (Texts{"uno", "due", "tre"}));
   EXPECT_EQ(textsOf(*KesRegex::Split("x", "")), (Texts{""}));
-  EXPECT_EQ(textsOf(*KesRegex::Split("", "aè😀")), (Texts{"a", "è", "😀"}));
+  EXPECT_EQ(textsOf(*KesRegex::Split("(?:)", "aè😀")), (Texts{"a", "è", "😀"}));
   EXPECT_EQ(textsOf(*KesRegex::Split2(KesRegex::CASE_INSENSITIVE, "X", "1x2X3")),
             (Texts{"1", "2", "3"}));
 }
 
 TEST(Regex, ABadPatternNamesTheFault) {
-  try {
-    KesRegex::IsMatch("(a", "a");
-    FAIL() << "compiled";
-  } catch (const KesException& e) {
-    EXPECT_EQ(e.name(), "regex");
-    EXPECT_TRUE(e.reason().Contains("MISMATCHED_PAREN")) << e.what();
+  for (const auto& [pattern, fault] :
+       {std::pair("(a", "MISMATCHED_PAREN"), {"[a", "MISSING_CLOSE_BRACKET"}, {"", "ILLEGAL"}}) {
+    try {
+      KesRegex::IsMatch(pattern, "a");
+      ADD_FAILURE() << pattern << " compiled";
+    } catch (const KesException& e) {
+      EXPECT_EQ(e.name(), "regex");
+      EXPECT_TRUE(e.reason().Contains(fault)) << e.what();
+    }
   }
 }
 
