@@ -13,6 +13,7 @@
 #include "runtime/data/json_parser.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/views/app_delegate.h"
+#include "simulator/assets_folder.h"
 #include "townhost/fault_script.h"
 
 #ifdef HOUSE_QT
@@ -53,13 +54,6 @@ struct Phone::Data {
 };
 
 namespace {
-
-// Assets lie beside the programs: build/<preset>/bin and build/<preset>/assets.
-std::string assetsFolder() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  return (program.parent_path().parent_path() / "assets").string();
-}
 
 // Connects at once and hands on what a script pushes.
 class LocalPush final : public varlo::PushClient {
