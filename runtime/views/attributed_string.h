@@ -17,4 +17,8 @@ class AttributedString final : public Object {
   static ui::AttributedText from(const Value& v);
 };
 
+// "ALIGN_LEFT", "ALIGN_CENTER", "ALIGN_RIGHT" or "ALIGN_JUSTIFIED"; any other name throws
+// "Invalid alignment: %@".
+ui::TextAlign alignmentNamed(std::string_view name);
+
 }  // namespace kes

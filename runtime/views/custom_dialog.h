@@ -18,15 +18,16 @@ namespace kes {
 
 class KesBitmap;
 
-// The dialog on the screen. Keeps itself alive while it is shown.
+// One dialog: held by whoever made it and, while it is on the screen, by the screen.
 class AlertView final : public Object {
  public:
   std::string_view className() const override { return "SCLAlertView"; }
   static void describe(ClassBuilder<AlertView>& c);
 
-  Ref<ui::Dialog> dialog;
   Ref<ui::View> view;  // the card, once shown
   std::int32_t result = 0;
+  Ref<ui::Dialog> waiting;        // until it is shown
+  WeakRef<ui::Dialog> presented;  // from then on
 };
 
 class iCustomDialog final : public Object, public ByValue {

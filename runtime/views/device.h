@@ -13,6 +13,8 @@ ui::Rect statusBarFrame();
 // The view of the first window's root controller, else the window itself; empty without.
 ui::Rect rootViewBounds();
 
+ui::Rect windowBounds();  // of the first window, empty without
+
 // "11.0" unless set; rules that changed with a version of the system ask for it.
 Text systemVersion();
 float systemVersionNumber();

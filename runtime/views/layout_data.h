@@ -4,9 +4,11 @@
 // its views weakly. Main thread.
 #pragma once
 
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
+#include "platform/ui/font.h"
 #include "runtime/views/layout_values.h"
 #include "runtime/views/view_wrapper.h"
 

@@ -32,7 +32,7 @@ class KesPage final : public TypedWrapper<KesPage, ui::ViewController> {
   Value TabBarItem() const;
   void setTabBarItem(Value item);
 
-  // Lists of KesBarButtonItemWrapper.
+  // Bar items, to be read and given as KesBarButtonItemWrapper. Never uninitialised.
   KesList TopRightButtons() const;
   KesList TopLeftButtons() const;
   KesList ToolbarButtons() const;

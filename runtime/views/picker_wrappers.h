@@ -1,5 +1,5 @@
-// Date picker and wheel picker. Events, for what the user does only: "_valuechanged:"
-// (ticks) and "_itemselected::" (column, row). Conditions as for KesViewWrapper.
+// Date picker and wheel picker. Events, for what the user does only: "_valuechanged"
+// and "_itemselected::" (column, row). Conditions as for KesViewWrapper.
 #pragma once
 
 #include "platform/ui/pickers.h"

@@ -12,6 +12,8 @@
 
 namespace kes::props {
 
+// The value as it stands; nil when missing.
+const Value& value(const Dictionary& map, std::string_view key);
 std::int32_t integer(const Dictionary& map, std::string_view key);
 float number(const Dictionary& map, std::string_view key);
 bool flag(const Dictionary& map, std::string_view key);

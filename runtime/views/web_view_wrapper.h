@@ -18,7 +18,8 @@ class KesWebViewWrapper : public ViewWrapper<KesWebViewWrapper, ui::WebView> {
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
   Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
 
-  // Relative addresses in the text are those of the assets folder.
+  // A text from outside has no address: it reaches no file, and relative links in it
+  // lead nowhere.
   void LoadHtml(const Value& html);
   void LoadUrl(const Value& url);
   void StopLoading() { self().stopLoading(); }

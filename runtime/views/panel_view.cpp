@@ -1,0 +1,34 @@
+#include "runtime/views/panel_view.h"
+
+#include "platform/base/platform.h"
+#include "runtime/views/layout_builder.h"
+#include "runtime/views/panel_wrapper.h"
+
+namespace kes {
+
+void KesPanelView::layoutSubviews() {
+  View::layoutSubviews();
+  const ui::Size size = bounds().size();
+  if (size == currentSize_) return;
+  currentSize_ = size;
+  platform::current().mainQueue().post([weak = WeakRef<KesPanelView>(this), size] {
+    const auto panel = weak.lock();
+    if (panel && panel->currentSize_ == size) panel->resized();
+  });
+}
+
+void KesPanelView::resized() {
+  const Value params[] = {currentSize_.width, currentSize_.height};
+  const auto* attached = KesObjectWrapper::peekMap(*this);
+  if (!attached) return;
+  if (const Value custom = attached->get("customview"); custom.isObject()) {
+    Kes::runDynamicMethod(custom.object(), "base_resize::", false, params);
+    return;
+  }
+  if (!attached->get("layoutdata").isNil())
+    KesLayoutBuilder().resizeLayout(KesObjectWrapper::getBI(*this),
+                                    KesPanelWrapper::fromBoxed(Ref<ui::View>(this)));
+  KesObjectWrapper::raiseEvent(*this, "_resize::", params);
+}
+
+}  // namespace kes

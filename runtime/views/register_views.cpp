@@ -1,0 +1,41 @@
+#include "runtime/views/register_views.h"
+
+#include "runtime/core/common.h"
+#include "runtime/data/bitmap.h"
+#include "runtime/views/bundle.h"
+#include "runtime/views/button_wrapper.h"
+#include "runtime/views/custom_dialog.h"
+#include "runtime/views/custom_view_wrapper.h"
+#include "runtime/views/device.h"
+#include "runtime/views/image_view_wrapper.h"
+#include "runtime/views/indicator_wrappers.h"
+#include "runtime/views/kex_view_wrapper.h"
+#include "runtime/views/label_wrapper.h"
+#include "runtime/views/picker_wrappers.h"
+#include "runtime/views/rich_string.h"
+#include "runtime/views/side_menu.h"
+#include "runtime/views/table_view_wrapper.h"
+#include "runtime/views/text_field_wrapper.h"
+#include "runtime/views/text_view_wrapper.h"
+#include "runtime/views/value_controls.h"
+#include "runtime/views/web_view_wrapper.h"
+
+namespace kes {
+
+void registerViews() {
+  auto& registry = ClassRegistry::instance();
+  registry.addAll<KesViewWrapper, KesControlWrapper, KesPanelWrapper, KesCustomViewWrapper,
+                  KesLabelWrapper, KesButtonWrapper, KesTextInputTraitsWrapper, KesTextFieldWrapper,
+                  KesTextViewWrapper, KesImageViewWrapper, KesScrollView, KesWebViewWrapper,
+                  KesSwitchWrapper, KesSliderWrapper, KesStepperWrapper, KesSegmentedControlWrapper,
+                  KesDatePickerWrapper, KesPickerWrapper, KesProgressWrapper,
+                  KesActivityIndicatorWrapper, KesTableView, KexViewWrapper>();
+  registry.addAll<KesDrawerController, Bundle, AlertView, iCustomDialog, kes_richstring>();
+  KesBitmap::screenScale = device::screenScale;
+  KesCommon::shared().windowSize = [] {
+    const ui::Rect window = device::windowBounds();
+    return std::pair{window.width, window.height};
+  };
+}
+
+}  // namespace kes
