@@ -47,7 +47,6 @@ void appear(Application& app, const Ref<View>& layer) {
 
 void leave(Application& app, const Ref<View>& layer) {
   layer->setModal(false);
-  layer->setUserInteraction(false);
   layer->setAccessibilityHidden(true);
   app.animator().alpha(*layer, 0, {style::kFade}, [weak = WeakRef<View>(layer)](bool) {
     if (const auto gone = weak.lock()) gone->removeFromParent();

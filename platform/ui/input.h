@@ -41,6 +41,7 @@ class Input {
   bool pointer(PointerPhase phase, int id, double x, double y);
   void cancelPointer();  // a native scroller has taken the finger over
   bool pointerDown() const { return active_; }
+  bool swiping() const { return active_ && drag_ == Drag::Drawer; }  // the drawer
   bool key(Key key);
   bool text(std::string_view utf8);  // typed into the focused text input
   void wheel(double x, double y, double dx, double dy);

@@ -33,7 +33,9 @@ TEST_F(InputTest, ATapGoesToTheNearestViewThatWantsIt) {
   phone.tapAt({10, 10});
   phone.tapAt({280, 10});
   button->setEnabled(false);
-  phone.tapAt({280, 10});
+  phone.app.pointer(PointerPhase::Began, 1, 280, 10);
+  EXPECT_FALSE(button->pressed());
+  phone.app.pointer(PointerPhase::Ended, 1, 280, 10);
   phone.tapAt({10, 300});
   EXPECT_THAT(log, ElementsAre("tap row", "tap button"))
       << "a disabled button keeps its tap from the row";
@@ -152,8 +154,10 @@ TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
   EXPECT_THAT(log, ElementsAre("tap right"));
   phone.tapAt({5, 310});
   EXPECT_FALSE(phone.app.focusByKeyboard()) << "the ring goes when a finger comes";
-  phone.app.focused()->removeFromParent();
+  const Ref<View> kept(phone.app.focused());
+  kept->removeFromParent();
   EXPECT_EQ(phone.app.focused(), nullptr);
+  EXPECT_FALSE(kept->isFocused());
 }
 
 TEST_F(InputTest, KeysScrollAndBringTheFocusIntoView) {
@@ -195,12 +199,20 @@ TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {
   EXPECT_TRUE(phone.app.input().text("b"));
   EXPECT_FALSE(phone.app.key(Key::Space)) << "the editor's own key";
   EXPECT_TRUE(phone.app.key(Key::Enter));
+  std::uint64_t second = 0;
+  const auto first = phone.app.addKeyboardObserver([&](bool, double) {
+    phone.app.removeKeyboardObserver(second);
+    log.push_back("first");
+  });
+  second = phone.app.addKeyboardObserver([&](bool, double) { log.push_back("second"); });
   phone.app.removeKeyboardObserver(observer);
   field->requestFocus();
+  phone.app.removeKeyboardObserver(first);
   field->setEnabled(false);
   field->userEdited("zzz");
   EXPECT_EQ(field->text(), "ab");
-  EXPECT_THAT(log, ElementsAre("keyboard 216", "begin", "a>ab", "end", "no keyboard 0", "begin"));
+  EXPECT_THAT(
+      log, ElementsAre("keyboard 216", "begin", "a>ab", "end", "no keyboard 0", "first", "begin"));
 }
 
 TEST_F(InputTest, ControlsChangeByTapAndKeyWithinTheirRange) {

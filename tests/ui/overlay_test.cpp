@@ -101,7 +101,7 @@ TEST_F(OverlayTest, ACardMayBeMovedAndStays) {
   EXPECT_NEAR(before.center().x, 160, 1);
   EXPECT_GT(before.y, 0);
   d->view()->setFrame({before.x, 30, before.width, before.height});
-  d->content->setNeedsLayout();
+  d->layer()->setNeedsLayout();
   phone.pump.settle();
   EXPECT_EQ(d->view()->frame().y, 30);
 }
