@@ -30,19 +30,23 @@ using Compiled = std::unique_ptr<URegularExpression, Close>;
 
 constexpr std::size_t kMostCached = 50;
 
-std::unordered_map<PatternAndOptions, Compiled, KeyHash>& cache() {
-  static std::unordered_map<PatternAndOptions, Compiled, KeyHash> patterns;
-  return patterns;
+struct Cache {
+  std::unordered_map<PatternAndOptions, Compiled, KeyHash> patterns;
+  // The pattern used last, which in a loop is the one wanted next.
+  const PatternAndOptions* lastKey = nullptr;
+  URegularExpression* last = nullptr;
+};
+
+Cache& cache() {
+  static Cache only;
+  return only;
 }
 
 void check(UErrorCode status) {
   if (U_FAILURE(status)) throw KesException("regex", u_errorName(status));
 }
 
-URegularExpression* compiled(const Text& pattern, std::int32_t options) {
-  PatternAndOptions key{pattern, options};
-  auto& patterns = cache();
-  if (const auto known = patterns.find(key); known != patterns.end()) return known->second.get();
+Compiled compile(const Text& pattern, std::int32_t options) {
   const std::u16string units = pattern.utf16();
   UErrorCode status = U_ZERO_ERROR;
   UParseError where{};
@@ -53,21 +57,35 @@ URegularExpression* compiled(const Text& pattern, std::int32_t options) {
                        formatText("%@ in pattern %@ at line %@, offset %@",
                                   {u_errorName(status), pattern, std::to_string(where.line),
                                    std::to_string(where.offset)}));
-  if (patterns.size() > kMostCached) patterns.clear();
-  return patterns.emplace(std::move(key), std::move(fresh)).first->second.get();
+  return fresh;
 }
 
-// A compiled pattern set to a text for one call, and freed from it at the end.
+URegularExpression* compiled(const Text& pattern, std::int32_t options) {
+  auto& c = cache();
+  if (c.lastKey && c.lastKey->options == options && c.lastKey->pattern == pattern) return c.last;
+  PatternAndOptions key{pattern, options};
+  auto known = c.patterns.find(key);
+  if (known == c.patterns.end()) {
+    Compiled fresh = compile(pattern, options);
+    if (c.patterns.size() > kMostCached) {
+      c.lastKey = nullptr;
+      c.patterns.clear();
+    }
+    known = c.patterns.emplace(std::move(key), std::move(fresh)).first;
+  }
+  c.lastKey = &known->first;
+  c.last = known->second.get();
+  return c.last;
+}
+
+// A compiled pattern set to a text. The text has to outlive the search, but not the
+// pattern: that never looks at it again before it is given another.
 class Search {
  public:
   Search(std::int32_t options, const Text& pattern, std::u16string_view text)
       : expression_(compiled(pattern, options)) {
     uregex_setText(expression_, text.data(), static_cast<std::int32_t>(text.size()), &status_);
     check(status_);
-  }
-  ~Search() {
-    UErrorCode ignored = U_ZERO_ERROR;
-    uregex_setText(expression_, u"", 0, &ignored);
   }
   bool matchesWhole() { return checked(uregex_matches(expression_, 0, &status_)); }
   bool next() { return checked(uregex_findNext(expression_, &status_)); }
@@ -143,6 +161,7 @@ Ref<KesMatcher> KesRegex::Matcher2(std::int32_t options, const Text& pattern, co
   m->text_ = text.utf16();
   Search search(options, pattern, m->text_);
   m->groups_ = search.groups();
+  m->spans_.reserve(static_cast<std::size_t>(m->groups_ + 1));
   while (search.next())
     for (std::int32_t g = 0; g <= m->groups_; ++g)
       m->spans_.push_back({search.start(g), search.end(g)});
@@ -169,7 +188,7 @@ Ref<KesArray> KesRegex::Split2(std::int32_t options, const Text& pattern, const 
   return KesArray::initObjectsWithData(std::move(pieces));
 }
 
-std::size_t KesRegex::cachedPatterns() { return cache().size(); }
+std::size_t KesRegex::cachedPatterns() { return cache().patterns.size(); }
 
 bool KesMatcher::Find() {
   const auto matches = static_cast<std::int32_t>(spans_.size()) / (groups_ + 1);

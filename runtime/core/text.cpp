@@ -11,6 +11,7 @@
 
 #include "runtime/core/exception.h"
 #include "runtime/core/kes.h"
+#include "runtime/core/slab.h"
 #include "runtime/core/utf8.h"
 
 namespace kes {
@@ -19,14 +20,12 @@ namespace detail {
 
 TextRep* newTextRep(std::size_t bytes) {
   if (bytes > std::numeric_limits<std::uint32_t>::max()) throw KesException("Text too long");
-  void* memory = std::malloc(sizeof(TextRep) + bytes);
-  if (!memory) throw std::bad_alloc();
-  auto* r = new (memory) TextRep;
+  auto* r = new (Slab::allocate(sizeof(TextRep) + bytes)) TextRep;
   r->bytes = static_cast<std::uint32_t>(bytes);
   return r;
 }
 
-void freeTextRep(TextRep* r) noexcept { std::free(r); }
+void freeTextRep(TextRep* r) noexcept { Slab::free(r); }
 
 std::uint32_t countUnits(std::string_view utf8) noexcept {
   // One unit for each byte, less those that go on with a character, and one more for
@@ -126,6 +125,11 @@ void appendUtf8(std::string& out, char32_t c) {
 
 std::u16string toUtf16(std::string_view s) {
   std::u16string out;
+  if (allAscii(s)) {
+    out.resize(s.size());
+    std::copy(s.begin(), s.end(), out.begin());
+    return out;
+  }
   out.reserve(s.size());
   for (UnitReader r(s); !r.done();) out.push_back(r.next());
   return out;
