@@ -1,0 +1,65 @@
+// Kinetic scrolling with thin indicators that show while it moves.
+import QtQuick
+
+Flickable {
+    id: scroller
+
+    property bool showsVertical: true
+    property bool showsHorizontal: true
+    property bool bounces: true
+    property bool paging: false
+    property real pixelRatio: 1
+
+    boundsBehavior: bounces ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
+    flickableDirection: Flickable.AutoFlickIfNeeded
+    maximumFlickVelocity: 4000
+    flickDeceleration: 1200
+
+    function settle() {
+        if (!paging)
+            return;
+        pageX.to = Math.max(0, Math.min(Math.round(contentX / width) * width, contentWidth - width));
+        pageY.to = Math.max(0, Math.min(Math.round(contentY / height) * height, contentHeight - height));
+        page.start();
+    }
+    onFlickStarted: if (paging) cancelFlick()
+    onMovementEnded: {
+        settle();
+        // Text at rest lies on the pixel grid.
+        if (!paging) {
+            contentX = Math.round(contentX * pixelRatio) / pixelRatio;
+            contentY = Math.round(contentY * pixelRatio) / pixelRatio;
+        }
+    }
+
+    ParallelAnimation {
+        id: page
+        NumberAnimation { id: pageX; target: scroller; property: "contentX"; duration: 250; easing.type: Easing.OutCubic }
+        NumberAnimation { id: pageY; target: scroller; property: "contentY"; duration: 250; easing.type: Easing.OutCubic }
+    }
+
+    component Indicator: Rectangle {
+        property bool wanted
+        parent: scroller
+        z: 1000
+        radius: 1.5
+        color: "#80404850"
+        visible: opacity > 0
+        opacity: wanted && scroller.moving ? 1 : 0
+        Behavior on opacity { NumberAnimation { duration: 250 } }
+    }
+    Indicator {
+        wanted: scroller.showsVertical && scroller.visibleArea.heightRatio < 1
+        width: 3
+        x: scroller.width - width - 2
+        height: Math.max(24, (scroller.height - 4) * scroller.visibleArea.heightRatio)
+        y: 2 + (scroller.height - 4 - height) * Math.max(0, Math.min(1, scroller.contentY / Math.max(1, scroller.contentHeight - scroller.height)))
+    }
+    Indicator {
+        wanted: scroller.showsHorizontal && scroller.visibleArea.widthRatio < 1
+        height: 3
+        y: scroller.height - height - 2
+        width: Math.max(24, (scroller.width - 4) * scroller.visibleArea.widthRatio)
+        x: 2 + (scroller.width - 4 - width) * Math.max(0, Math.min(1, scroller.contentX / Math.max(1, scroller.contentWidth - scroller.width)))
+    }
+}

@@ -1,0 +1,117 @@
+// A page of the browser engine. Every address that isn't asked for by the program goes
+// through the gate first.
+import QtQuick
+import QtWebEngine
+
+WebEngineView {
+    id: web
+
+    property QtObject gate
+    property bool trustsFiles: false
+    property bool scalesToFit: false
+
+    signal loaded(bool success, url address)
+    signal posted(string message)
+    signal read(string text)
+    signal painted()
+    signal alerted(string message)
+    signal lost()
+
+    function run(script) { web.runJavaScript(script); }
+    function fit() {
+        if (!scalesToFit) {
+            zoomFactor = 1;
+            return;
+        }
+        web.runJavaScript("document.documentElement.scrollWidth", wide => {
+            if (wide > web.width / web.zoomFactor)
+                web.zoomFactor = Math.max(0.25, web.width / wide);
+        });
+    }
+    // Tells when what is now in the page has been drawn.
+    function watchPaint() {
+        web.runJavaScript("requestAnimationFrame(() => requestAnimationFrame(() => console.debug('\\u0001painted')))");
+    }
+
+    profile: WebEngineProfile {
+        offTheRecord: true
+        httpCacheType: WebEngineProfile.MemoryHttpCache
+        persistentCookiesPolicy: WebEngineProfile.NoPersistentCookies
+    }
+    settings.localContentCanAccessFileUrls: trustsFiles
+    settings.localContentCanAccessRemoteUrls: trustsFiles
+    settings.allowRunningInsecureContent: false
+    settings.javascriptCanAccessClipboard: false
+    settings.allowWindowActivationFromJavaScript: false
+    settings.pluginsEnabled: false
+    settings.fullScreenSupportEnabled: false
+    settings.screenCaptureEnabled: false
+    settings.hyperlinkAuditingEnabled: false
+    settings.autoLoadIconsForPage: false
+    settings.touchIconsEnabled: false
+    settings.errorPageEnabled: false
+    settings.showScrollBars: false
+    settings.focusOnNavigationEnabled: false
+
+    Component.onCompleted: userScripts.insert({
+        name: "host",
+        injectionPoint: WebEngineScript.DocumentCreation,
+        worldId: WebEngineScript.MainWorld,
+        runsOnSubFrames: false,
+        sourceCode: "window.host = { post: m => console.debug('\\u0001post' + m) };"
+    })
+
+    onNavigationRequested: request => {
+        // What the program asked for itself is typed; frames inside a page load freely,
+        // links in them don't.
+        const own = request.navigationType === WebEngineNavigationRequest.TypedNavigation;
+        const inner = !request.isMainFrame && request.navigationType !== WebEngineNavigationRequest.LinkClickedNavigation;
+        if (!own && !inner && !gate.allows(request.url))
+            request.reject();
+    }
+    onNewWindowRequested: request => {
+        if (gate.allows(request.requestedUrl))
+            web.url = request.requestedUrl;
+    }
+    onLoadingChanged: info => {
+        if (info.status === WebEngineView.LoadSucceededStatus) {
+            fit();
+            web.runJavaScript("document.body ? document.body.innerText : ''", text => web.read(text || ""));
+            loaded(true, info.url);
+            watchPaint();
+        } else if (info.status === WebEngineView.LoadFailedStatus) {
+            loaded(false, info.url);
+            painted();
+        }
+    }
+    onJavaScriptConsoleMessage: (level, message) => {
+        if (message === "\u0001painted")
+            painted();
+        else if (message.startsWith("\u0001post"))
+            posted(message.substring(5));
+    }
+    onRenderProcessTerminated: lost()
+    onContextMenuRequested: request => request.accepted = true
+    onTooltipRequested: request => request.accepted = true
+    onJavaScriptDialogRequested: request => {
+        request.accepted = true;
+        if (request.type === JavaScriptDialogRequest.DialogTypeAlert) {
+            alerted(request.message);
+            request.dialogAccept();
+        } else {
+            request.dialogReject();
+        }
+    }
+    onAuthenticationDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+    onFileDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+    onColorDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+}

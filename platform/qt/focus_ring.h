@@ -1,0 +1,18 @@
+// The ring around the view that the keyboard is at, on top of everything. Owned by the
+// QtScreen. Main thread.
+#pragma once
+
+#include "platform/qt/mirror.h"
+#include "platform/qt/painted_item.h"
+
+namespace qt {
+
+class FocusRing final : public PaintedItem {
+  Q_OBJECT
+ public:
+  explicit FocusRing(QQuickItem* parent);
+  // Follows the focused view; hidden where none is seen or the keyboard isn't in use.
+  void follow(const Mirror& mirror, const ui::View* focused);
+};
+
+}  // namespace qt

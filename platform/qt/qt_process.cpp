@@ -1,0 +1,131 @@
+#include "platform/qt/qt_process.h"
+
+#include <netdb.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <array>
+#include <cstring>
+#include <stdexcept>
+
+#include "platform/base/log.h"
+
+namespace qt {
+
+namespace {
+
+int g_argc = 1;
+char g_name[] = "infovarlo";
+char* g_argv[] = {g_name, nullptr};
+
+void setDefault(const char* name, const QByteArray& value) {
+  if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
+}
+
+bool answers(int family, const sockaddr* address, socklen_t length) {
+  const int s = socket(family, SOCK_STREAM, 0);
+  if (s < 0) return false;
+  const bool connected = connect(s, address, length) == 0;
+  close(s);
+  return connected;
+}
+
+bool unixSocketAnswers(const std::string& path, bool abstract) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::size_t at = abstract ? 1 : 0;
+  if (path.size() + at >= sizeof address.sun_path) return false;
+  std::memcpy(address.sun_path + at, path.data(), path.size());
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + at + path.size());
+  return answers(AF_UNIX, reinterpret_cast<const sockaddr*>(&address), length);
+}
+
+// "host:number.screen"; no host is this machine.
+bool xServerAnswers(std::string display) {
+  const auto colon = display.rfind(':');
+  if (colon == std::string::npos) return false;
+  const std::string host = display.substr(0, colon);
+  const std::string number = display.substr(colon + 1, display.find('.', colon) - colon - 1);
+  if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos) return false;
+  if (host.empty() || host == "unix") {
+    const std::string path = "/tmp/.X11-unix/X" + number;
+    return unixSocketAnswers(path, false) || unixSocketAnswers(path, true);
+  }
+  addrinfo* found = nullptr;
+  addrinfo wish{};
+  wish.ai_socktype = SOCK_STREAM;
+  const std::string port = std::to_string(6000 + std::stol(number));
+  if (getaddrinfo(host.c_str(), port.c_str(), &wish, &found) != 0) return false;
+  bool any = false;
+  for (auto* a = found; a && !any; a = a->ai_next)
+    any = answers(a->ai_family, a->ai_addr, a->ai_addrlen);
+  freeaddrinfo(found);
+  return any;
+}
+
+bool waylandAnswers() {
+  const QByteArray name = qgetenv("WAYLAND_DISPLAY");
+  if (name.isEmpty()) return false;
+  const QByteArray path = name.startsWith('/') ? name : qgetenv("XDG_RUNTIME_DIR") + '/' + name;
+  return unixSocketAnswers(path.toStdString(), false);
+}
+
+// What the libraries say of themselves at each start, and nobody can act on.
+bool isChatter(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (type == QtDebugMsg || type == QtInfoMsg) return true;
+  static constexpr std::array kKnown{
+      "XDG_RUNTIME_DIR not set", "You should not use it as a QML type",
+      "Cannot create platform OpenGL context", "No suitable graphics backend found",
+      "This plugin does not support propagateSizeHints"};
+  for (const char* known : kKnown)
+    if (text.contains(QLatin1String(known))) return true;
+  return context.category && std::strcmp(context.category, "qt.webenginecontext") == 0;
+}
+
+void toLog(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (!isChatter(type, context, text)) platform::log("Qt: " + text.toStdString());
+}
+
+}  // namespace
+
+bool QtProcess::displayAvailable() {
+  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+  const bool server = chosen.isEmpty() || chosen.startsWith("xcb") || chosen.startsWith("wayland");
+  return !server || xServerAnswers(qgetenv("DISPLAY").toStdString()) || waylandAnswers();
+}
+
+bool QtProcess::running() { return QCoreApplication::instance() != nullptr; }
+
+QtProcess::QtProcess(const Options& options) {
+  if (options.offscreen) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!displayAvailable()) throw std::runtime_error("no display: start it in a graphical session");
+  // Memory and software have no use for a GPU; looking for one costs more than a frame.
+  if (qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
+    setDefault("QT_QUICK_BACKEND", "software");
+  const bool software = qgetenv("QT_QUICK_BACKEND") == "software";
+  if (software) setDefault("QT_XCB_GL_INTEGRATION", "none");
+  if (options.scale > 0) {
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
+  }
+  // The browser engine refuses to run as root with its sandbox on.
+  if (geteuid() == 0) setDefault("QTWEBENGINE_CHROMIUM_FLAGS", "--no-sandbox");
+
+  qInstallMessageHandler(toLog);
+  // What the browser engine needs of an application that loads it later.
+  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+  if (!software) QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+  application_ = std::make_unique<QGuiApplication>(g_argc, g_argv);
+  QGuiApplication::setApplicationName(QStringLiteral("InfoVarlo"));
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtProcess::~QtProcess() {
+  application_.reset();
+  qInstallMessageHandler(nullptr);
+}
+
+}  // namespace qt

@@ -1,0 +1,61 @@
+#include "platform/qt/view_item.h"
+
+#include "platform/qt/button_item.h"
+#include "platform/qt/choice_items.h"
+#include "platform/qt/control_item.h"
+#include "platform/qt/editor_item.h"
+#include "platform/qt/image_item.h"
+#include "platform/qt/indicator_items.h"
+#include "platform/qt/label_item.h"
+#include "platform/qt/scroll_item.h"
+#include "platform/qt/web_item.h"
+
+namespace qt {
+
+void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origin) {
+  ui::View& view = seen.view;
+  const QSizeF former = size();
+  setPosition({snapped(seen.frame.x - origin.x), snapped(seen.frame.y - origin.y)});
+  setSize({seen.frame.width, seen.frame.height});
+  setClip(view.clipsToBounds());
+  setLook(lookOf(view, seen.background));
+  setVisible(true);
+  const ui::Rect visible =
+      seen.clip.intersection(seen.frame).movedBy(ui::Point{} - seen.frame.origin());
+  const bool moved = followsClip() && visible != visible_;
+  visible_ = visible;
+  const bool fresh = std::exchange(stale_, false);
+  if (fresh) changed = ui::Change::All;
+  if (fresh || moved || former != size() || changed != ui::Change::None) sync(view, changed);
+}
+
+BoxLook ViewItem::lookOf(const ui::View& view, ui::Color background) const {
+  return {background, view.border(), view.shadow()};
+}
+
+void ViewItem::scaleChanged() {
+  stale_ = true;
+  stage_.changed();
+}
+
+std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view) {
+  if (dynamic_cast<ui::Label*>(&view)) return std::make_unique<LabelItem>(stage, view);
+  if (dynamic_cast<ui::Button*>(&view)) return std::make_unique<ButtonItem>(stage, view);
+  if (dynamic_cast<ui::ImageView*>(&view)) return std::make_unique<ImageItem>(stage, view);
+  if (dynamic_cast<ui::ScrollView*>(&view)) return std::make_unique<ScrollItem>(stage, view);
+  if (dynamic_cast<ui::TextInput*>(&view)) return std::make_unique<EditorItem>(stage, view);
+  if (dynamic_cast<ui::WebView*>(&view)) return std::make_unique<WebItem>(stage, view);
+  if (dynamic_cast<ui::ActivityIndicator*>(&view))
+    return std::make_unique<SpinnerItem>(stage, view);
+  if (dynamic_cast<ui::ProgressView*>(&view)) return std::make_unique<ProgressItem>(stage, view);
+  if (dynamic_cast<ui::Switch*>(&view)) return std::make_unique<SwitchItem>(stage, view);
+  if (dynamic_cast<ui::Slider*>(&view)) return std::make_unique<SliderItem>(stage, view);
+  if (dynamic_cast<ui::Stepper*>(&view)) return std::make_unique<StepperItem>(stage, view);
+  if (dynamic_cast<ui::SegmentedControl*>(&view))
+    return std::make_unique<SegmentsItem>(stage, view);
+  if (dynamic_cast<ui::PickerView*>(&view)) return std::make_unique<PickerItem>(stage, view);
+  if (dynamic_cast<ui::DatePicker*>(&view)) return std::make_unique<DateItem>(stage, view);
+  return std::make_unique<ViewItem>(stage, view);
+}
+
+}  // namespace qt
