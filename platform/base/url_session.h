@@ -9,7 +9,8 @@
 //
 // Destroying the session cancels what is under way: each such task still gets its
 // completed(), and after the destructor has returned nothing is called any more and
-// no file of the session's is left. It may be destroyed on its delegate queue too.
+// no file of the session's is left. It may be destroyed on its delegate queue too; the
+// task that is being told then is told to its end.
 #pragma once
 
 #include <cstdint>

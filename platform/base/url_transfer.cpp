@@ -297,8 +297,10 @@ bool UrlTransfer::ended(CURLcode code) {
   if (!blockEnded_) response_.reset();
   if (why_.empty() && redirects()) return follow();
 
-  // An interim answer after which the server hangs up was its last word.
-  const bool lastWord = response_ && response_->status < 200 && code == CURLE_GOT_NOTHING;
+  // An interim answer that no standard knows, with nothing sound after it, was meant to be
+  // the final one.
+  const bool lastWord = why_.empty() && response_ && response_->status > 103 &&
+                        response_->status < 200;
   if (code != CURLE_OK && !lastWord) {
     fail(!why_.empty() ? why_ : curlError_[0] ? curlError_ : curl_easy_strerror(code));
     return false;

@@ -1,6 +1,7 @@
 #include "runtime/net/http.h"
 
 #include <charconv>
+#include <filesystem>
 #include <mutex>
 #include <unordered_map>
 
@@ -22,6 +23,16 @@ std::int32_t taskIdOf(const platform::UrlTask& task) {
   return id;
 }
 
+// The body goes with the event, not a moment later on the session's thread: code that
+// reads it too late must fail every time.
+struct FileRemover {
+  const std::string& path;
+  ~FileRemover() {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+  }
+};
+
 }  // namespace
 
 // Turns what the session tells on its own threads into events on the main thread.
@@ -40,7 +51,8 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
                                  taskIdOf(task)};
     // By value: the engine may end inside the event.
     hop_.run([engine = engine_, bi = bi_, event = prefix_ + Text("_responsesuccess::"),
-              params = std::move(params)] {
+              params = std::move(params), path] {
+      const FileRemover atTheEnd{path};
       if (const auto sender = engine.lock()) bi->raiseEvent(sender, event, params);
     });
   }

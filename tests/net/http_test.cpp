@@ -1,0 +1,320 @@
+#include "runtime/net/http.h"
+
+#include "net_fixture.h"
+#include "nginx.h"
+#include "runtime/data/file.h"
+#include "tests/support/raw_server.h"
+#include "townhost/town_host.h"
+
+using namespace kes;
+using testing::HasSubstr;
+using testing_support::RawServer;
+using testing_support::TestPlatform;
+using Trace = std::vector<std::string>;
+
+namespace {
+
+// Owns an engine and writes down its events, each with the status and the task id.
+class EngineOwner : public KesClass {
+ public:
+  void _initialize(const Ref<Kes>&) { initializeClassModule(); }
+  static void describe(ClassBuilder<EngineOwner>& c) {
+    c.name("kes_engineowner");
+    c.sub<&EngineOwner::_hc_responsesuccess>("hc_responsesuccess");
+    c.sub<&EngineOwner::_hc_responseerror>("hc_responseerror");
+  }
+  void _hc_responsesuccess(const Ref<KesHttpResponse>& response, std::int32_t id) {
+    last = response;
+    status = response->StatusCode();
+    if (onSuccess) onSuccess();
+    body = response->GetString().str();
+    events.push_back("success " + std::to_string(status) + " #" + std::to_string(id));
+  }
+  void _hc_responseerror(const Ref<KesHttpResponse>& response, const Text& reason,
+                         std::int32_t code, std::int32_t id) {
+    last = response;
+    status = response->StatusCode();
+    body = response->GetString().str();
+    EXPECT_EQ(status, code);
+    events.push_back("error " + std::to_string(code) + " #" + std::to_string(id));
+    error = reason.str();
+  }
+
+  Trace events;
+  Ref<KesHttpResponse> last;
+  std::string body, error;
+  int status = 0;
+  std::function<void()> onSuccess;
+};
+
+class HttpTest : public NetTest {
+ protected:
+  HttpTest() {
+    ClassRegistry::instance().add<EngineOwner>();
+    owner = make<EngineOwner>(Ref<Kes>());
+    http = platform::makeShared<KesHttp>();
+    http->Initialize(owner->bi(), "HC");
+  }
+  void await(std::size_t events = 1) {
+    ASSERT_TRUE(phone.runUntil([&] { return owner->events.size() >= events; }, 30000));
+  }
+  void get(const std::string& link, std::int32_t id = 1) {
+    KesHttpRequest request;
+    request.InitializeGet(link);
+    run(request, id);
+  }
+  void run(const KesHttpRequest& request, std::int32_t id = 1) {
+    owner->events.clear();
+    owner->error.clear();
+    http->Execute(request, id);
+    await();
+  }
+
+  Ref<EngineOwner> owner;
+  Ref<KesHttp> http;
+};
+
+}  // namespace
+
+TEST_F(HttpTest, TellsSuccessForTheTwoHundredsAndAnErrorForAllElse) {
+  RawServer server([](RawServer::Peer& peer) {
+    const auto head = peer.readRequest();
+    const auto status = head.substr(5, 3);
+    const bool empty = status == "204";
+    peer.send("HTTP/1.1 " + status + " X\r\n" +
+              (empty ? "\r\n" : "Content-Length: 4\r\nX-Là: s\xec\r\n\r\ntest"));
+  });
+  const struct {
+    const char* status;
+    const char* event;
+    const char* body;
+  } cases[] = {{"200", "success 200 #-7", "test"}, {"204", "success 204 #-7", ""},
+               {"299", "success 299 #-7", "test"}, {"199", "error 199 #-7", ""},
+               {"300", "error 300 #-7", ""},       {"404", "error 404 #-7", ""},
+               {"500", "error 500 #-7", ""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.status);
+    get(server.url("/" + std::string(c.status)), -7);
+    EXPECT_EQ(owner->events, Trace{c.event});
+    EXPECT_EQ(owner->body, c.body);
+    if (*c.event == 'e') {
+      EXPECT_EQ(owner->error, "unknown error");
+    }
+  }
+  get(server.url("/200"));
+  EXPECT_EQ(owner->last->ContentLength(), 4);
+  EXPECT_EQ(owner->last->ContentType(), "");
+  const KesMap headers = owner->last->GetHeaders();
+  EXPECT_TRUE(headers.IsReadOnly());
+  EXPECT_EQ(headers.Get("Content-Length").asText(), "4");
+  EXPECT_EQ(headers.Get("X-Là").asText(), "sì") << "a header that is Latin-1";
+  EXPECT_THROW(owner->last->GetString(), KesException) << "the body has gone after the event";
+
+  // Exactly one: nothing more comes.
+  phone.runUntil([] { return false; }, 50);
+  EXPECT_EQ(owner->events.size(), 1u);
+}
+
+TEST_F(HttpTest, TellsTransportFailuresWithTheirTextAndTheStatusSoFar) {
+  RawServer server([](RawServer::Peer& peer) {
+    if (peer.readRequest().starts_with("GET /cut"))
+      peer.send("HTTP/1.1 200 OK\r\nContent-Length: 40\r\n\r\ntest");
+  });
+  get(server.url("/cut"));
+  EXPECT_EQ(owner->events, Trace{"error 200 #1"});
+  EXPECT_NE(owner->error, "unknown error");
+  EXPECT_NE(owner->error, "");
+  get(server.url("/drop"));
+  EXPECT_EQ(owner->events, Trace{"error 0 #1"});
+  get("nessun indirizzo");
+  EXPECT_EQ(owner->events, Trace{"error 0 #1"});
+  EXPECT_EQ(owner->error, "unsupported URL");
+  EXPECT_EQ(KesHttpResponse().StatusCode(), 0);
+  EXPECT_EQ(KesHttpResponse().GetString(), "");
+}
+
+TEST_F(HttpTest, BringsEveryTaskIdBackUnchanged) {
+  town::TownHost town;
+  KesHttpRequest request;
+  request.InitializeGet(town.url() + "/_bytes/1");
+  const std::int32_t ids[] = {0, 1, -1, INT32_MAX, INT32_MIN};
+  for (auto id : ids) http->Execute(request, id);
+  await(std::size(ids));
+  Trace expected;
+  for (auto id : ids) expected.push_back("success 200 #" + std::to_string(id));
+  EXPECT_THAT(owner->events, testing::UnorderedElementsAreArray(expected));
+}
+
+TEST_F(HttpTest, SendsARequestAsItStoodWhenItWasExecuted) {
+  town::TownHost town;
+  TestPlatform::write(phone.folders().assets + "/body.txt", "corpo");
+  KesHttpRequest request;
+  EXPECT_THROW(request.SetHeader("a", "b"), KesException);
+  request.InitializePost(town.url() + "/_echo", File().DirAssets(), "BODY.txt");
+  EXPECT_EQ(request.Timeout(), 30000);
+  request.setTimeout(12345);
+  EXPECT_EQ(request.Timeout(), 12345);
+  request.SetContentType("a/b");
+  request.SetContentType("text/plain");
+  request.SetContentEncoding("UTF8");
+  http->Execute(request, 1);
+  request.SetContentType("too/late");
+  await();
+  EXPECT_EQ(owner->events, Trace{"success 200 #1"});
+  for (const char* part :
+       {R"("method":"POST")", R"("body":"corpo")", R"("Content-Type":"text/plain")",
+        R"("Content-Encoding":"UTF8")", R"("Content-Length":"5")"})
+    EXPECT_THAT(owner->body, HasSubstr(part));
+
+  request.InitializePut(town.url() + "/_echo", File().DirAssets(), "body.txt");
+  run(request);
+  EXPECT_THAT(owner->body, HasSubstr(R"("method":"PUT")"));
+  request.InitializePut2(town.url() + "/_echo", bytesOf("città"));
+  run(request);
+  EXPECT_THAT(owner->body, HasSubstr(R"("body":"città")"));
+  EXPECT_THROW(request.InitializePost(town.url(), File().DirAssets(), "none"), KesException);
+}
+
+TEST_F(HttpTest, AnswersAChallengeOnceWithTheCredentialsOfTheOriginalLink) {
+  town::TownHost town;
+  const struct {
+    const char* path;
+    const char* password;
+    const char* event;
+    std::size_t requests;
+  } cases[] = {{"/_auth/basic/1", "segreta", "success 200 #1", 2},
+               {"/_auth/digest/1", "segreta", "success 200 #1", 2},
+               {"/_redirect/1?to=/_auth/digest/2", "segreta", "success 200 #1", 3},
+               {"/_auth/basic/2", "sbagliata", "error 401 #1", 2},
+               {"/_auth/digest/3", "sbagliata", "error 401 #1", 2}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.path);
+    town.requests().clear();
+    owner->events.clear();
+    KesHttpRequest request;
+    request.InitializeGet(town.url() + c.path);
+    http->ExecuteCredentials(request, 1, "varlo", c.password);
+    await();
+    EXPECT_EQ(owner->events, Trace{c.event});
+    EXPECT_EQ(town.requests().all().size(), c.requests);
+  }
+  get(town.url() + "/_auth/digest/3");
+  EXPECT_EQ(owner->events, Trace{"error 401 #1"});
+  EXPECT_EQ(owner->error, "unknown error");
+}
+
+TEST_F(HttpTest, HoldsTheEngineUntilTheSuccessEventHasReturned) {
+  town::TownHost town;
+  bool closed = false;
+  owner->onSuccess = [&] {
+    // Streams the body while the file is there.
+    auto stream = owner->last->GetInputStream();
+    EXPECT_EQ(stream.readAll().size(), 100000u);
+    stream.Close();
+    EXPECT_FALSE(std::filesystem::is_empty(phone.folders().temporary));
+    closed = true;
+  };
+  KesHttpRequest request;
+  request.InitializeGet(town.url() + "/_bytes/100000");
+  http->Execute(request, 1);
+  ASSERT_TRUE(phone.runUntil([&] { return closed; }));
+  EXPECT_TRUE(phone.runUntil([&] { return std::filesystem::is_empty(phone.folders().temporary); }));
+}
+
+TEST_F(HttpTest, MayEndInsideItsEventAndWhileItsThreadWaitsForTheMainThread) {
+  town::TownHost town;
+  owner->onSuccess = [&] { http = nullptr; };
+  KesHttpRequest request;
+  request.InitializeGet(town.url() + "/_bytes/10");
+  for (int i = 0; i < 5; ++i) http->Execute(request, i);
+  // The event is queued, so the engine's thread is in its hop.
+  ASSERT_TRUE(phone.platform().mainQueue().waitForTask(30000));
+  phone.drain();
+  EXPECT_EQ(owner->events.size(), 1u);
+
+  http = platform::makeShared<KesHttp>();
+  http->Initialize(owner->bi(), "hc");
+  http->Execute(request, 1);
+  ASSERT_TRUE(phone.platform().mainQueue().waitForTask(30000));
+  http = nullptr;
+  phone.drain();
+  EXPECT_EQ(owner->events.size(), 1u) << "an event came after the engine's end";
+}
+
+TEST_F(HttpTest, JudgesCertificatesUnlessToldToTakeAll) {
+  Nginx nginx(phone.root() / "nginx", "location / { return 200 sicuro; }");
+  get(nginx.url() + "/");
+  EXPECT_EQ(owner->body, "sicuro");
+  get(nginx.tlsUrl() + "/");
+  EXPECT_EQ(owner->events, Trace{"error 0 #1"});
+  EXPECT_THAT(owner->error, HasSubstr("certificate"));
+
+  http->InitializeAcceptAll(owner->bi(), "hc");
+  get(nginx.tlsUrl() + "/");
+  EXPECT_EQ(owner->events, Trace{"success 200 #1"});
+  EXPECT_EQ(owner->body, "sicuro");
+}
+
+TEST_F(HttpTest, AgreesWithAServerThatOthersWrote) {
+  Nginx nginx(phone.root() / "nginx",
+              "location /dav/ { dav_methods PUT DELETE; create_full_put_path on; client_max_body_size 1m; }\n"
+              "location /small/ { dav_methods PUT; client_max_body_size 1k; }\n"
+              "location /gzip/ { gzip on; gzip_types text/plain; alias " +
+                  (phone.root() / "nginx/root/").string() +
+                  "; }\n"
+                  "location /ssi/ { ssi on; ssi_types text/plain; alias " +
+                  (phone.root() / "nginx/root/").string() +
+                  "; }\n"
+                  "location /moved { return 301 /file.txt; }\n"
+                  "location /away { return 307 https://$host:$arg_port/file.txt; }\n"
+                  "location /hangup { return 444; }\n"
+                  "location /private { auth_basic town; auth_basic_user_file " +
+                  (phone.root() / "nginx/users").string() + "; alias " +
+                  (phone.root() / "nginx/root/").string() + "; }\n");
+  std::string text;
+  while (text.size() < 200000) text += "La città di Varlo. ";
+  TestPlatform::write(nginx.root() / "file.txt", text);
+  TestPlatform::write(phone.root() / "nginx/users", "varlo:{PLAIN}segreta\n");
+  http->InitializeAcceptAll(owner->bi(), "hc");
+
+  for (const auto& base : {nginx.url(), nginx.tlsUrl()}) {
+    SCOPED_TRACE(base);
+    for (const char* path : {"/file.txt", "/gzip/file.txt", "/ssi/file.txt", "/moved"}) {
+      SCOPED_TRACE(path);
+      get(base + path);
+      EXPECT_EQ(owner->events, Trace{"success 200 #1"});
+      EXPECT_EQ(owner->body, text);
+    }
+    get(base + "/none");
+    EXPECT_EQ(owner->events, Trace{"error 404 #1"});
+    get(base + "/hangup");
+    EXPECT_EQ(owner->events, Trace{"error 0 #1"});
+
+    KesHttpRequest request;
+    request.InitializeHead(base + "/file.txt");
+    run(request);
+    EXPECT_EQ(owner->events, Trace{"success 200 #1"});
+    EXPECT_EQ(owner->body, "");
+    EXPECT_EQ(owner->last->ContentLength(), static_cast<std::int64_t>(text.size()));
+
+    TestPlatform::write(phone.folders().documents + "upload.bin", text);
+    request.InitializePut(base + "/dav/up.bin", File().DirDocuments(), "upload.bin");
+    run(request);
+    EXPECT_EQ(owner->events, Trace{"success 201 #1"});
+    EXPECT_EQ(TestPlatform::read(nginx.root() / "dav/up.bin"), text);
+    request.InitializeDelete(base + "/dav/up.bin");
+    run(request);
+    EXPECT_EQ(owner->events, Trace{"success 204 #1"});
+    request.InitializePut(base + "/small/up.bin", File().DirDocuments(), "upload.bin");
+    run(request);
+    EXPECT_THAT(owner->events[0], testing::StartsWith("error "));
+
+    owner->events.clear();
+    request.InitializeGet(base + "/private/file.txt");
+    http->ExecuteCredentials(request, 1, "varlo", "segreta");
+    await();
+    EXPECT_EQ(owner->body, text);
+  }
+  get(nginx.url() + "/away?port=" + nginx.tlsUrl().substr(18));
+  EXPECT_EQ(owner->events, Trace{"success 200 #1"}) << "from plain to TLS";
+}
