@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "runtime/core/object.h"
+#include "runtime/core/slab.h"
 
 namespace kes {
 
-class ArrayStore final : public Object {
+class ArrayStore final : public Object, public detail::SlabMade {
  public:
   explicit ArrayStore(std::vector<Value> items = {}, bool immutable = false)
       : items_(std::move(items)), immutable_(immutable) {}

@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "runtime/core/object.h"
+#include "runtime/core/slab.h"
 
 namespace kes {
 
-class Dictionary final : public Object {
+class Dictionary final : public Object, public detail::SlabMade {
  public:
   struct Entry {
     Value key;

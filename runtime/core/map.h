@@ -7,6 +7,7 @@
 #pragma once
 
 #include "runtime/core/dictionary.h"
+#include "runtime/core/slab.h"
 #include "runtime/core/wrapper.h"
 
 namespace kes {
@@ -19,7 +20,7 @@ template <class S>
 concept Textual = std::convertible_to<const S&, std::string_view>;
 }  // namespace detail
 
-class KesMap final : public Object, public ByValue {
+class KesMap final : public Object, public ByValue, public detail::SlabMade {
  public:
   KesMap() = default;
   std::string_view className() const override { return "KesMap"; }

@@ -1,12 +1,14 @@
 #include "runtime/data/json_parser.h"
 
 #include "runtime/core/kes.h"
+#include "runtime/core/slab.h"
 #include "runtime/data/json_reader.h"
 
 namespace kes {
 
 JSONTree KesJSONParser::NextObject() const {
   const auto text = text_.view();
+  const detail::SlabScope slab(text.size() * 2);
   try {
     return JSONTree(JsonReader(text).read());
   } catch (const JsonError& e) {
