@@ -70,13 +70,18 @@ class KesAsyncStreams::Line : public std::enable_shared_from_this<Line> {
   }
 
   void join() {
+    bool onOwnThread = false;
     for (auto* thread : {&reader_, &writer_}) {
       if (!thread->joinable()) continue;
-      if (thread->get_id() == std::this_thread::get_id())
+      if (thread->get_id() == std::this_thread::get_id()) {
         thread->detach();
-      else
+        onOwnThread = true;
+      } else {
         thread->join();
+      }
     }
+    // Events under way may keep this line for a while; the other side is not to wait.
+    if (!onOwnThread) channel_.reset();
   }
 
  private:
@@ -184,7 +189,7 @@ class KesAsyncStreams::Line : public std::enable_shared_from_this<Line> {
   const WeakRef<KesAsyncStreams> owner_;
   const WeakRef<Kes> bi_;
   const Text prefix_;
-  const std::unique_ptr<ByteChannel> channel_;
+  std::unique_ptr<ByteChannel> channel_;
   const ByteOrder order_;
   const std::int32_t longest_;
 

@@ -90,7 +90,10 @@ std::vector<std::uint8_t> KesCompressedStreams::decompress(std::span<const std::
     const int result = inflate(&z, Z_SYNC_FLUSH);
     if (result == Z_STREAM_END) break;
     if (result != Z_OK || z.avail_out != 0 || out.size() == largest) failDecompressing();
-    out.resize(std::min(largest, out.size() + step));
+    // Room is doubled, but never beyond what may be used of it.
+    const auto size = std::min(largest, out.size() + step);
+    if (size > out.capacity()) out.reserve(std::min(largest, std::max(size, out.size() * 2)));
+    out.resize(size);
   }
   out.resize(z.total_out);
   return out;

@@ -112,7 +112,7 @@ Value ValueReader::readByteArray() {
 
 void ValueReader::charge(std::size_t bytes) {
   memory_ += bytes;
-  if (memory_ > kMostMemory) throw KesException("Serialized value too large");
+  if (memory_ > mostMemory_) throw KesException("Serialized value too large");
 }
 
 std::size_t ValueReader::reserve(std::int32_t count) {

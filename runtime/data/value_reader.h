@@ -13,13 +13,15 @@
 #include <vector>
 
 #include "runtime/core/dictionary.h"
+#include "runtime/data/serialized_format.h"
 
 namespace kes {
 
 class ValueReader {
  public:
-  explicit ValueReader(std::span<const std::uint8_t> bytes)
-      : bytes_(bytes), reservable_(bytes.size()) {}
+  explicit ValueReader(std::span<const std::uint8_t> bytes,
+                       std::size_t mostMemory = serialized::kMostMemory)
+      : bytes_(bytes), reservable_(bytes.size()), mostMemory_(mostMemory) {}
 
   // Reads one value; what follows it is ignored.
   Value read();
@@ -57,6 +59,7 @@ class ValueReader {
   std::span<const std::uint8_t> bytes_;
   std::size_t at_ = 0;
   std::size_t reservable_;    // items that honest counts can still add up to
+  const std::size_t mostMemory_;
   std::size_t memory_ = 0;    // about what the values take so far
   std::size_t keyLevel_ = 0;  // 1 + the outermost level that is reading a key, else 0
   std::vector<Level> levels_;

@@ -1,0 +1,217 @@
+// Bytes that nobody wrote: the reader answers each with a value or an exception, in
+// memory and time that the bytes justify.
+#include <pthread.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "runtime/data/compressed_streams.h"
+#include "runtime/data/serializer.h"
+#include "runtime/data/value_reader.h"
+#include "store_support.h"
+
+namespace {
+std::atomic<std::size_t> largestRequest{0};
+std::atomic<std::size_t> requested{0};
+}  // namespace
+
+void* operator new(std::size_t size) {
+  requested += size;
+  for (auto seen = largestRequest.load(); size > seen;)
+    if (largestRequest.compare_exchange_weak(seen, size)) break;
+  if (void* p = std::malloc(size ? size : 1)) return p;
+  throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+
+using namespace store_test;
+using kes::KesSerializator;
+
+namespace {
+
+struct Node : kes::Object {
+  bool isInitialized = true;
+  Value next;
+  static void describe(kes::ClassBuilder<Node>& c) {
+    c.name("_node");
+    c.storedField<&Node::isInitialized>("_IsInitialized");
+    c.field<&Node::next>("next");
+  }
+};
+
+class HostileBytes : public StoreTest {
+ protected:
+  HostileBytes() { kes::ClassRegistry::instance().add<Node>(); }
+
+  // Reads, and writes what was read: neither may do worse than throw.
+  static bool survives(const Bytes& bytes, bool compressed = false) {
+    try {
+      const Value v = KesSerializator::read(bytes, compressed);
+      KesSerializator::write(v, compressed);
+    } catch (const KesException&) {
+    }
+    return true;
+  }
+
+  static Bytes everyTag() {
+    KesMap map;
+    map.Initialize();
+    map.Put("text", "perché");
+    map.Put(3, KesList::of({1.5, 2.5f, std::int16_t{3}, std::int64_t{4}, true, u'x', Value()}));
+    map.Put("bytes", arrayOf("abcdef"));
+    map.Put("objects", KesArray::initObjectsWithData({std::uint8_t{7}, "o"}));
+    auto node = makeShared<Node>();
+    node->next = KesMap(map);
+    KesMap outer;
+    outer.Initialize();
+    outer.Put("node", node);
+    outer.Put("n", 1);
+    return KesSerializator::write(outer, false);
+  }
+};
+
+Bytes repeated(const Bytes& unit, std::size_t times, const Bytes& end) {
+  Bytes all;
+  for (std::size_t i = 0; i < times; ++i) all.insert(all.end(), unit.begin(), unit.end());
+  all.insert(all.end(), end.begin(), end.end());
+  return all;
+}
+
+// Runs on a thread with little stack: what recurses on nested values overflows it.
+template <class Call>
+void onASmallStack(Call call) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{512} << 10), 0);
+  pthread_t thread;
+  const auto run = [](void* p) -> void* {
+    (*static_cast<Call*>(p))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, &call), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+}  // namespace
+
+TEST_F(HostileBytes, EveryPrefixAndEveryAlteredByteIsAnswered) {
+  const Bytes whole = everyTag();
+  ASSERT_NO_THROW(KesSerializator::read(whole, false));
+  for (std::size_t n = 0; n < whole.size(); ++n)
+    ASSERT_TRUE(survives({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)}));
+  largestRequest = 0;
+  for (std::size_t i = 0; i < whole.size(); ++i)
+    for (const int b : {0, 1, 2, 3, 5, 7, 8, 10, 14, 20, 21, 22, 23, 24, 25, 126, 127, 128, 255}) {
+      Bytes altered = whole;
+      altered[i] = static_cast<std::uint8_t>(b);
+      ASSERT_TRUE(survives(altered));
+    }
+  EXPECT_LT(largestRequest, std::size_t{1} << 20);
+
+  const Bytes packed = kes::KesCompressedStreams::compress(whole, "zlib");
+  for (std::size_t n = 0; n < packed.size(); ++n)
+    EXPECT_EQ(thrownBy([&] { KesSerializator::read(std::span(packed).first(n), true); }),
+              "Error decompressing data");
+  for (std::size_t i = 0; i < packed.size(); ++i)
+    for (int bit = 0; bit < 8; ++bit) {
+      Bytes altered = packed;
+      altered[i] ^= static_cast<std::uint8_t>(1 << bit);
+      ASSERT_TRUE(survives(altered, true));
+    }
+}
+
+TEST_F(HostileBytes, CountsThatTheBytesDoNotHoldTakeNoMemory) {
+  for (const char* hex : {"15 ffffff7f", "16 ffffff7f", "14 ffffff7f", "01 ffffff7f", "17 ffffff7f",
+                          "15 00000080", "14 ffffffff", "18 01 05000000 5f6e6f6465 ffffff7f",
+                          "18 01 05000000 5f6e6f6465 ffffffff", "18 18 18 18", "18 15 ffffff7f"}) {
+    largestRequest = 0;
+    survives(fromHex(hex));
+    EXPECT_LT(largestRequest, 65536u) << hex;
+  }
+  // Each level claims all that is left; together they may not reserve its square.
+  const Bytes unit = fromHex("15 ffff0f00");
+  const Bytes nested = repeated(unit, 20000, {});
+  requested = 0;
+  survives(nested);
+  EXPECT_LT(requested, nested.size() * 200);
+}
+
+TEST_F(HostileBytes, ABombIsDefusedEarly) {
+  // Empty maps take far more room than their bytes.
+  Bytes maps = fromHex("15 00100000");
+  for (int i = 0; i < 0x1000; ++i) maps.insert(maps.end(), {0x14, 0, 0, 0, 0});
+  EXPECT_EQ(thrownBy([&] { kes::ValueReader(maps, 1 << 20).read(); }),
+            "Serialized value too large");
+  EXPECT_EQ(thrownBy([&] { kes::ValueReader(maps, 2 << 20).read(); }), "");
+
+  const Bytes tooLong(KesSerializator::kLargestDocument + 1, 0);
+  const Bytes packed = kes::KesCompressedStreams::compress(tooLong, "zlib");
+  EXPECT_LT(packed.size(), std::size_t{1} << 17);
+  largestRequest = 0;
+  EXPECT_EQ(thrownBy([&] { KesSerializator::read(packed, true); }), "Error decompressing data");
+  EXPECT_LE(largestRequest, KesSerializator::kLargestDocument);
+  // What could not be read back is not written.
+  EXPECT_EQ(thrownBy([&] { KesSerializator::write(KesArray::initBytesWithData(tooLong), true); }),
+            "Error compressing data");
+}
+
+TEST_F(HostileBytes, NestingNeedsNoStack) {
+  constexpr std::size_t kLevels = 100'000;
+  const struct {
+    const char* what;
+    const char* unit;
+  } cases[] = {
+      {"lists", "15 01000000"},
+      {"object arrays", "16 01000000"},
+      {"maps", "14 01000000 00"},
+      {"lists in maps", "14 01000000 00 15 01000000"},
+      {"custom types in lists",
+       "15 01000000 18 01 05000000 5f6e6f6465 01000000 01 05000000"
+       "5f6e657874"},
+  };
+  for (const auto& c : cases) {
+    const Bytes bytes = repeated(fromHex(c.unit), kLevels, {0});
+    onASmallStack([&] {
+      Value v = KesSerializator::read(bytes, false);
+      // Only custom types come out with all their fields.
+      if (std::string_view(c.unit).find("18") == std::string_view::npos)
+        EXPECT_EQ(KesSerializator::write(v, false), bytes) << c.what;
+      else
+        EXPECT_NO_THROW(KesSerializator::write(v, false)) << c.what;
+      v = {};
+    });
+  }
+
+  // Where nesting would cost stack or time all the same, it is refused.
+  onASmallStack([&] {
+    EXPECT_EQ(thrownBy([] {
+                KesSerializator::read(repeated(fromHex("14 01000000"), kLevels, {0}), false);
+              }),
+              "Map key nested too deeply");
+    EXPECT_EQ(thrownBy([] { KesSerializator::read(repeated(fromHex("18"), kLevels, {0}), false); }),
+              "Custom types nested too deeply");
+    EXPECT_EQ(thrownBy([] {
+                KesSerializator::read(
+                    repeated(fromHex("18 01 05000000 5f6e6f6465 01000000 01 05000000 5f6e657874"),
+                             kLevels, {0}),
+                    false);
+              }),
+              "Custom types nested too deeply");
+  });
+}
+
+TEST_F(HostileBytes, ManyContainerKeysAreRefusedBeforeTheyCostTime) {
+  Bytes bytes = fromHex("14 00000100");
+  for (std::uint32_t i = 0; i < 0x10000; ++i) {
+    const Bytes key = fromHex("15 01000000 03");
+    bytes.insert(bytes.end(), key.begin(), key.end());
+    for (int shift = 0; shift < 32; shift += 8)
+      bytes.push_back(static_cast<std::uint8_t>(i >> shift));
+    bytes.push_back(0);
+  }
+  EXPECT_EQ(thrownBy([&] { KesSerializator::read(bytes, false); }),
+            "Too many map keys that are objects");
+}

@@ -1,0 +1,163 @@
+// A store whose process is killed, whose disk is full, or whose folder may not be
+// written: what was reported stored is there, and the rest is one line in the log.
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <sstream>
+
+#include "runtime/data/key_value_store.h"
+#include "store_support.h"
+
+extern char** environ;
+
+using namespace store_test;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A run of the store_writer program.
+class Writer {
+ public:
+  Writer(std::string mode, std::string folder) {
+    int ends[2];
+    if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    posix_spawn_file_actions_addclose(&actions, ends[0]);
+    std::string program = STORE_WRITER;
+    char* arguments[] = {program.data(), mode.data(), folder.data(), nullptr};
+    if (::posix_spawn(&pid_, STORE_WRITER, &actions, nullptr, arguments, environ) != 0)
+      throw std::runtime_error("cannot start " + program);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(ends[1]);
+    output_ = ::fdopen(ends[0], "r");
+  }
+  ~Writer() {
+    if (pid_ > 0) kill();
+    std::fclose(output_);
+  }
+
+  // The next line; nothing at the end.
+  std::optional<std::string> line() {
+    char text[1024];
+    if (!std::fgets(text, sizeof text, output_)) return std::nullopt;
+    std::string line = text;
+    if (line.ends_with('\n')) line.pop_back();
+    return line;
+  }
+  std::vector<std::string> allLines() {
+    std::vector<std::string> lines;
+    while (auto one = line()) lines.push_back(*one);
+    return lines;
+  }
+  void kill() {
+    ::kill(pid_, SIGKILL);
+    wait();
+  }
+  int wait() {
+    int status = 0;
+    ::waitpid(std::exchange(pid_, 0), &status, 0);
+    return status;
+  }
+
+ private:
+  pid_t pid_ = 0;
+  FILE* output_ = nullptr;
+};
+
+int kills() {
+  const char* asked = std::getenv("STORE_KILLS");
+  return asked ? std::atoi(asked) : 12;
+}
+
+class StoreFaults : public StoreTest {
+ protected:
+  StoreFaults() {
+    fs::create_directories(folder);
+    // The writer may have to reach it as somebody else.
+    fs::permissions(phone.root(), fs::perms(0755));
+  }
+  ~StoreFaults() override { fs::permissions(folder, fs::perms(0755)); }
+  Ref<kes::kes_keyvaluestore> opened() {
+    const auto store = kes::make<kes::kes_keyvaluestore>();
+    store->_initialize(recorder->bi(), folder, "kvs.db");
+    return store;
+  }
+  std::string integrity() {
+    return outputOf("sqlite3 " + folder + "/kvs.db 'PRAGMA integrity_check'");
+  }
+
+  const std::string folder = (phone.root() / "store").string();
+};
+
+}  // namespace
+
+TEST_F(StoreFaults, WhatWasReportedStoredSurvivesAKill) {
+  std::mt19937 random(20171115);
+  int reported = 0;
+  for (int run = 0; run < kills(); ++run) {
+    Writer writer("puts", folder);
+    // Some puts, and then any moment within the next few.
+    for (auto puts = random() % 8 + 1; puts > 0; --puts) {
+      const auto line = writer.line();
+      ASSERT_TRUE(line) << "the writer ended by itself";
+      ASSERT_EQ(std::sscanf(line->c_str(), "stored %d", &reported), 1) << *line;
+    }
+    const timespec moment{0, static_cast<long>(random() % 4'000'000)};
+    ::nanosleep(&moment, nullptr);
+    writer.kill();
+    // What it still had time to say before it died was said of something stored.
+    while (const auto line = writer.line()) std::sscanf(line->c_str(), "stored %d", &reported);
+
+    ASSERT_EQ(integrity(), "ok\n") << "run " << run;
+    const auto store = opened();
+    const int n = std::atoi(store->_getsimple("n").str().c_str());
+    const int o = static_cast<int>(store->_getobject("o").as<KesMap>()->Get("n").asInt64());
+    ASSERT_GE(o, reported) << "run " << run;
+    ASSERT_GE(n, o) << "run " << run;
+    ASSERT_LE(n, reported + 1) << "run " << run;
+  }
+}
+
+TEST_F(StoreFaults, AFullDiskCostsOnlyTheNewValue) {
+  opened()->_putsimple("k", "former");
+  Writer writer("full", folder);
+  EXPECT_THAT(
+      writer.allLines(),
+      testing::ElementsAre("Error saving object: TransactionSuccessful error: disk I/O error",
+                           "k is former", testing::HasSubstr("instance released")));
+  EXPECT_EQ(writer.wait(), 0);
+  EXPECT_EQ(integrity(), "ok\n");
+  const auto store = opened();
+  EXPECT_EQ(store->_getsimple("k"), "former");
+  store->_putsimple("k", "room again");
+  EXPECT_EQ(store->_getsimple("k"), "room again");
+}
+
+TEST_F(StoreFaults, AFolderThatMayNotBeWritten) {
+  opened()->_putsimple("k", "former");
+  const auto file = fs::path(folder) / "kvs.db";
+
+  const auto refused = testing::ElementsAre(
+      "Error saving object: ExecNonQuery error: attempt to write a readonly database",
+      "k is former", testing::HasSubstr("instance released"));
+  // The file may be written, but no journal made beside it.
+  fs::permissions(folder, fs::perms(0555));
+  fs::permissions(file, fs::perms(0666));
+  EXPECT_THAT(Writer("readonly", folder).allLines(), refused);
+  fs::permissions(file, fs::perms(0444));
+  EXPECT_THAT(Writer("readonly", folder).allLines(), refused);
+
+  fs::permissions(folder, fs::perms(0755));
+  fs::remove(file);
+  fs::permissions(folder, fs::perms(0555));
+  EXPECT_THAT(Writer("absent", folder).allLines(),
+              testing::Contains("opening failed: Initialize error: unable to open database file"));
+}

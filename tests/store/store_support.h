@@ -1,0 +1,82 @@
+// What the tests of this folder share: bytes as hexadecimal text, the text of an
+// exception, other programs' output, and a module that records its events.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "runtime/core/array.h"
+#include "runtime/core/list.h"
+#include "runtime/core/map.h"
+#include "runtime/core/module.h"
+#include "tests/support/test_platform.h"
+
+namespace store_test {
+
+using kes::KesArray;
+using kes::KesException;
+using kes::KesList;
+using kes::KesMap;
+using kes::Ref;
+using kes::Text;
+using kes::Value;
+using platform::makeShared;
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes fromHex(std::string_view hex);  // blanks are for the reader
+std::string toHex(const Bytes& bytes);
+inline std::string toHex(const Ref<KesArray>& bytes) { return toHex(bytes->bytesData()); }
+Bytes bytesOf(std::string_view text);
+Ref<KesArray> arrayOf(std::string_view text);
+std::string textOf(const Bytes& bytes);
+
+// What a call throws: "name|reason", or "reason" without a name; "" when nothing.
+template <class Call>
+std::string thrownBy(Call call) {
+  try {
+    call();
+  } catch (const KesException& e) {
+    return e.name().empty() ? e.reason().str() : e.name().str() + "|" + e.reason().str();
+  }
+  return "";
+}
+
+// Runs a shell command, expects it to succeed, and gives its output.
+std::string outputOf(const std::string& command);
+
+// A module whose events have the prefix "x"; each is noted as "name(parameters)".
+class Recorder final : public kes::KesClass {
+ public:
+  static void describe(kes::ClassBuilder<Recorder>& c);
+  void _initialize() { initializeClassModule(); }
+
+  void objectToBytes(int success, Value result) { note("objecttobytes", success, result); }
+  void bytesToObject(int success, Value result) { note("bytestoobject", success, result); }
+  void nonQueryComplete(int success) { note("nonquerycomplete", success, {}); }
+  void queryComplete(int success, Value rows) { note("querycomplete", success, rows); }
+  void newData(Ref<KesArray> bytes);
+  void error();
+  void terminated();
+
+  std::vector<std::string> events;
+  std::vector<Value> results;
+  std::vector<Value> senders;
+
+ private:
+  void note(std::string_view name, int success, const Value& result);
+};
+
+class StoreTest : public testing::Test {
+ protected:
+  StoreTest();
+  // Runs the main queue until the recorder has that many events.
+  bool waitForEvents(std::size_t count);
+
+  testing_support::TestPlatform phone;
+  Ref<Recorder> recorder;
+};
+
+}  // namespace store_test

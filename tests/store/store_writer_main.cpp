@@ -1,0 +1,80 @@
+// A program that uses a store until something stops it. It says on its standard output,
+// a line each, what it has done and what went to the log.
+//
+//   store_writer puts FOLDER      puts 1, 2, 3, … under "n" and in an object under "o",
+//                                 says "stored N" after each, until it is killed
+//   store_writer full FOLDER      puts a large value where files may not grow
+//   store_writer readonly FOLDER  puts as a user who may not write there
+//   store_writer absent FOLDER    opens a store that is not there, as that user
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "platform/base/log.h"
+#include "platform/base/platform.h"
+#include "runtime/data/file.h"
+#include "runtime/data/key_value_store.h"
+#include "runtime/data/register_data.h"
+
+namespace {
+
+using kes::kes_keyvaluestore;
+
+void say(std::string_view line) {
+  // One write a line: what was said is out, whatever happens next.
+  const std::string whole = std::string(line) + "\n";
+  if (::write(STDOUT_FILENO, whole.data(), whole.size()) < 0) ::_exit(2);
+}
+
+[[noreturn]] void putForever(kes_keyvaluestore& store) {
+  for (int n = std::atoi(store._getsimple("n").str().c_str()) + 1;; ++n) {
+    store._putsimple("n", n);
+    kes::KesMap map;
+    map.Initialize().Put("n", n);
+    store._putobject("o", map);
+    say("stored " + std::to_string(n));
+  }
+}
+
+void limitFiles(const std::string& folder) {
+  ::signal(SIGXFSZ, SIG_IGN);
+  const auto size = kes::File().Size(folder, "kvs.db");
+  const rlimit limit{static_cast<rlim_t>(size + 65536), static_cast<rlim_t>(size + 65536)};
+  if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(3);
+}
+
+void becomeNobody() {
+  if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(4);
+}
+
+int run(const std::string& mode, const std::string& folder) {
+  if (mode == "readonly" || mode == "absent") becomeNobody();
+  const auto store = kes::make<kes_keyvaluestore>();
+  try {
+    store->_initialize(nullptr, folder, "kvs.db");
+  } catch (const kes::KesException& e) {
+    say("opening failed: " + e.reason().str());
+    return 0;
+  }
+  if (mode == "puts") putForever(*store);
+  if (mode == "full") limitFiles(folder);
+  store->_putsimple("k", std::string(mode == "full" ? 1 << 20 : 10, 'x'));
+  say("k is " + store->_getsimple("k").str());
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) return 1;
+  platform::setLogSink([](std::string_view line) { say(line); });
+  const std::string folder = argv[2];
+  const platform::SystemClock clock;
+  platform::Platform phone(clock, {folder + "/assets", folder + "/", folder + "/", folder});
+  const platform::PlatformScope scope(phone);
+  kes::registerData();
+  return run(argv[1], folder);
+}
