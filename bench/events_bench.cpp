@@ -8,7 +8,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "bench/events_bench_peer.h"
+#include "events_bench_peer.h"
 #include "platform/base/platform.h"
 #include "runtime/core/module.h"
 

@@ -5,6 +5,7 @@
 #include <regex>
 #include <stdexcept>
 
+#include "platform/base/platform.h"
 #include "runtime/data/date_time.h"
 
 namespace sim {
@@ -28,24 +29,29 @@ std::int64_t parseIsoTime(const std::string& text, const std::string& zone) {
   if (!std::regex_match(text, m, form))
     throw std::invalid_argument("not an ISO time: " + text + " (as in 2026-11-21T20:00)");
   const auto field = [&](int i) { return m[i].matched ? m[i].str() : std::string("00"); };
-  kes::KesDateTime::restart();
+  // The calendar of a phone that is not switched on yet.
+  platform::VirtualClock clock;
+  platform::Platform phone(clock, {});
+  const platform::PlatformScope scope(phone);
+  struct Fresh {
+    Fresh() { kes::KesDateTime::restart(); }
+    ~Fresh() { kes::KesDateTime::restart(); }
+  } const fresh;
   auto& time = kes::DateTime();
   const std::string offset = m[7].matched ? m[7].str() : "";
-  if (offset == "Z")
-    time.SetTimeZone(0);
-  else if (!offset.empty())
-    time.SetTimeZone((offset[0] == '-' ? -1 : 1) *
-                     (std::stoi(offset.substr(1, 2)) + std::stoi(offset.substr(offset.size() - 2)) / 60.0));
-  else
+  if (offset.empty())
     time.setTimeZoneInternal(zone);
+  else if (offset == "Z")
+    time.SetTimeZone(0);
+  else
+    time.SetTimeZone((offset[0] == '-' ? -1 : 1) *
+                     (std::stoi(offset.substr(1, 2)) +
+                      std::stoi(offset.substr(offset.size() - 2)) / 60.0));
   time.setDateFormat("yyyy-MM-dd");
   try {
-    const auto ticks = time.DateTimeParse(field(1) + "-" + field(2) + "-" + field(3),
-                                          field(4) + ":" + field(5) + ":" + field(6));
-    kes::KesDateTime::restart();
-    return ticks;
+    return time.DateTimeParse(field(1) + "-" + field(2) + "-" + field(3),
+                              field(4) + ":" + field(5) + ":" + field(6));
   } catch (const std::exception&) {
-    kes::KesDateTime::restart();
     throw std::invalid_argument("no such time: " + text);
   }
 }

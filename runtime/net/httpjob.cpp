@@ -150,6 +150,12 @@ Text kes_httpjob::_getstring2(const Text& charset) {
   return _res ? _res->GetString2(charset) : Text();
 }
 
+KesBitmap kes_httpjob::_getbitmap() {
+  KesBitmap bitmap;
+  bitmap.InitializeFromStream(_getinputstream());
+  return bitmap;
+}
+
 KesInputStream kes_httpjob::_getinputstream() {
   return _res ? _res->GetInputStream() : KesInputStream();
 }

@@ -16,6 +16,7 @@
 
 #include "runtime/core/list.h"
 #include "runtime/core/module.h"
+#include "runtime/data/bitmap.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/net/multipart_file_data.h"
 
@@ -48,6 +49,7 @@ class kes_httpjob final : public KesClass {
   Text _getstring() { return _getstring2("UTF8"); }
   Text _getstring2(const Text& charset);
   KesInputStream _getinputstream();
+  KesBitmap _getbitmap();
   KesHttpRequest _getrequest() { return _req; }
   Text _release() { return {}; }
 

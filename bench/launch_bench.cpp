@@ -1,0 +1,85 @@
+// From the start of the process to the first frame: the app on the Qt screen, or, with
+// "empty", a window with nothing in it. The start is the instant that the environment
+// variable BENCH_START names (nanoseconds of the monotonic clock). Prints one line:
+// milliseconds, and whether the browser engine was in the process by then.
+#include <time.h>
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "app/deployment.h"
+#include "app/register_app.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/qt_screen.h"
+#include "platform/ui/application.h"
+#include "runtime/views/app_delegate.h"
+#include "simulator/assets_folder.h"
+
+namespace {
+
+bool browserEngineLoaded() {
+  std::ifstream maps("/proc/self/maps");
+  for (std::string line; std::getline(maps, line);)
+    if (line.find("WebEngineCore") != std::string::npos) return true;
+  return false;
+}
+
+[[noreturn]] void firstFrame() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  const char* start = std::getenv("BENCH_START");
+  const double elapsed =
+      static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec) -
+      (start ? std::atof(start) : 0);
+  std::printf("%.2f %d\n", elapsed / 1e6, browserEngineLoaded() ? 1 : 0);
+  std::fflush(stdout);
+  std::_Exit(0);
+}
+
+int emptyWindow(int argc, char** argv) {
+  QGuiApplication app(argc, argv);
+  QQmlEngine engine;
+  QQmlComponent component(&engine);
+  component.setData("import QtQuick\nWindow { width: 375; height: 667; visible: true }", QUrl());
+  std::unique_ptr<QObject> made(component.create());
+  auto* window = qobject_cast<QQuickWindow*>(made.get());
+  if (!window) return 1;
+  QObject::connect(window, &QQuickWindow::frameSwapped, window, [] { firstFrame(); });
+  return app.exec();
+}
+
+int theApp() {
+  platform::SystemClock clock;
+  platform::Platform platform(clock,
+                              platform::Folders{sim::assetsFolder(), "/tmp/", "/tmp/", "/tmp"});
+  platform::PlatformScope scope(platform);
+  // A host that refuses at once: launching does not wait for the town.
+  varlo::deployment::pointEveryServiceAt("http://127.0.0.1:9");
+  varlo::registerApp();
+  qt::QtScreen::Options options;
+  options.process.offscreen = true;
+  qt::QtScreen screen(options);
+  screen.onFirstFrame = [] { firstFrame(); };
+  ui::Application application(screen, screen.textEngine());
+  qt::QtLoop loop(platform, screen);
+  kes::KesAppDelegate delegate;
+  application.setDelegate(&delegate);
+  screen.show();
+  delegate.didFinishLaunching();
+  application.activate();
+  return loop.exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return argc > 1 && !std::strcmp(argv[1], "empty") ? emptyWindow(argc, argv) : theApp();
+}

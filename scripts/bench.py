@@ -1,0 +1,170 @@
+#!/usr/bin/env python3
+"""Runs the benchmarks, each pair in one run, and prints the table of docs/performance.md.
+
+  bench.py [--update] [NAME...]     NAME: a part of a row's name
+
+Every figure is a median; ratios are of medians of the same run. Exit status 0 however the
+figures turn out, 1 if a benchmark could not be run.
+"""
+import json
+import os
+import statistics
+import subprocess
+import sys
+import time
+
+BIN = "build/release/bin/"
+REPETITIONS = "7"
+
+
+def google(program, *names):
+    """Medians of CPU time in nanoseconds, and counters, by benchmark."""
+    out = subprocess.run(
+        [BIN + program, "--benchmark_repetitions=" + REPETITIONS, "--benchmark_format=json",
+         "--benchmark_enable_random_interleaving=true",
+         "--benchmark_report_aggregates_only=true",
+         "--benchmark_filter=^(" + "|".join(names) + ")(/.*)?$"],
+        check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+    unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+    found = {}
+    for b in json.loads(out)["benchmarks"]:
+        if b.get("aggregate_name") == "median":
+            b["ns"] = b["cpu_time"] * unit[b["time_unit"]]
+            found[b["run_name"]] = b
+    for name in names:
+        if not any(run == name or run.startswith(name + "/") for run in found):
+            raise RuntimeError(f"{program} has no {name}")
+    return found
+
+
+def timed(ns):
+    for limit, size, unit in ((1e3, 1, "ns"), (1e6, 1e3, "µs"), (1e9, 1e6, "ms")):
+        if ns < limit:
+            return f"{ns / size:.3g} {unit}"
+    return f"{ns / 1e9:.3g} s"
+
+
+def pair(what, program, ours, peer, goal, faster=False):
+    """One row: ours beside a peer. With faster the ratio says how many times faster."""
+    def run():
+        m = google(program, ours, peer)
+        a, b = m[ours]["ns"], m[peer]["ns"]
+        ratio = b / a if faster else a / b
+        return [(what, timed(a), timed(b), f"{ratio:.2f}", goal)]
+    run.title = what
+    return run
+
+
+def events():
+    m = google("bench_events", "raiseByName", "mapAndFunction", "toolkitInvokeByName",
+               "parkAndWake")
+    a = {k: v["ns"] for k, v in m.items()}
+    return [
+        ("raise an event by name, two parameters / map look-up and std::function",
+         timed(a["raiseByName"]), timed(a["mapAndFunction"]),
+         f"{a['raiseByName'] / a['mapAndFunction']:.2f}", "≤ 1.5"),
+        ("the same / QMetaObject::invokeMethod by name, times faster", timed(a["raiseByName"]),
+         timed(a["toolkitInvokeByName"]),
+         f"{a['toolkitInvokeByName'] / a['raiseByName']:.1f}", "≥ 3"),
+        ("park and wake a resumable sub / one raise", timed(a["parkAndWake"]),
+         timed(a["raiseByName"]), f"{a['parkAndWake'] / a['raiseByName']:.2f}", "< 3"),
+    ]
+
+
+def json_rows():
+    m = google("bench_json", "json/ours", "json/rapidjson", "json/nlohmann")
+    a, b, c = (m[f"json/{peer}/0"]["ns"] for peer in ("ours", "rapidjson", "nlohmann"))
+    return [
+        ("JSON text of 0.8 MB of records to maps and lists / RapidJSON's DOM", timed(a), timed(b),
+         f"{a / b:.2f}", "≤ 1"),
+        ("the same / nlohmann-json, times faster", timed(a), timed(c), f"{c / a:.1f}", "≥ 5"),
+    ]
+
+
+def rows():
+    m = google("bench_views", "appendRows", "measureRows", "visibleRange")
+    a, b = m["appendRows"]["ns"], m["measureRows"]["ns"]
+    low, high = m["visibleRange/100"]["ns"], m["visibleRange/10000"]["ns"]
+    return [
+        ("append 10,000 measured text rows / measuring the texts alone", timed(a), timed(b),
+         f"{a / b:.2f}", "≤ 1.3"),
+        ("bytes a row beside its text", f"{m['appendRows']['bytes_per_row']:.0f}", "", "",
+         "≤ 2048"),
+        ("visible range in 10,000 rows / in 100", timed(high), timed(low), f"{high / low:.2f}",
+         "logarithmic"),
+    ]
+
+
+def launch():
+    ours, empty, engine = [], [], 0
+    env = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software")
+    for _ in range(11):
+        for kind, times in (("app", ours), ("empty", empty)):
+            env["BENCH_START"] = str(time.clock_gettime_ns(time.CLOCK_MONOTONIC))
+            out = subprocess.run([BIN + "bench_launch", kind], env=env, check=True,
+                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout.split()
+            times.append(float(out[0]) * 1e6)
+            engine |= kind == "app" and int(out[1])
+    a, b = statistics.median(ours), statistics.median(empty)
+    return [
+        ("launch to first frame / an empty Qt Quick window", timed(a), timed(b), f"{a / b:.2f}",
+         "≤ 1.5"),
+        ("browser engine loaded before the first frame", "yes" if engine else "no", "", "", "no"),
+    ]
+
+
+def pharmacy():
+    out = subprocess.run([BIN + "bench_farmacia"], check=True, stdout=subprocess.PIPE,
+                         stderr=subprocess.DEVNULL).stdout.split()
+    a, b = float(out[0]), float(out[1])
+    return [("tap to pharmacy rows / the same two GETs by libcurl", f"{a:.2f} ms", f"{b:.2f} ms",
+             f"{a / b:.2f}", f"≤ 1.3 × + 5 ms = {1.3 * b + 5:.2f} ms")]
+
+
+def titled(title, run):
+    run.title = title
+    return run
+
+
+ROWS = [
+    titled("events", events),
+    titled("json", json_rows),
+    pair("layout of 20 views / the same by QQmlComponent, times faster", "bench_views",
+         "layoutOfTwentyViews", "markupOfTwentyViews", "≥ 5", faster=True),
+    titled("rows", rows),
+    titled("launch", launch),
+    titled("pharmacy", pharmacy),
+]
+
+HEADER = """# Performance
+
+Made by `./bench --update` on two shared cores. Each pair runs in one program (or alternately,
+for launches) and is compared by medians of CPU time, launches and the pharmacy by wall time.
+
+"""
+
+
+def main():
+    arguments = sys.argv[1:]
+    update = "--update" in arguments
+    wanted = [a for a in arguments if not a.startswith("--")]
+    lines = ["| what | here | peer | ratio | goal |", "| --- | --- | --- | --- | --- |"]
+    failed = False
+    for run in ROWS:
+        if wanted and not any(w in run.title for w in wanted):
+            continue
+        try:
+            for row in run():
+                lines.append("| " + " | ".join(row) + " |")
+                print(lines[-1], flush=True)
+        except (RuntimeError, subprocess.CalledProcessError, OSError, KeyError) as e:
+            print(f"{run.title}: could not be measured: {e}", file=sys.stderr)
+            failed = True
+    if update and not wanted and not failed:
+        with open("docs/performance.md", "w", encoding="utf-8") as page:
+            page.write(HEADER + "\n".join(lines) + "\n")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
