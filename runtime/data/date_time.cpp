@@ -3,6 +3,7 @@
 #include <unicode/gregocal.h>
 #include <unicode/simpletz.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/uchar.h>
 
 #include <algorithm>
 #include <cmath>
@@ -89,6 +90,9 @@ class Formatter {
   // Fields that the pattern leaves out are those of 1970-01-01 00:00:00 in the zone.
   std::optional<double> parse(std::string_view text) const {
     const auto source = toIcu(text);
+    // The engine passes over blanks before a number; a strict reading does not.
+    if (u_isWhitespace(source.char32At(0)) && !u_isWhitespace(toIcu(format(0)).char32At(0)))
+      return std::nullopt;
     // The working calendar takes on the zone that a text names; the formatter's stays.
     const std::unique_ptr<icu::Calendar> calendar(format_->getCalendar()->clone());
     calendar->clear();

@@ -63,12 +63,6 @@ class KeptTimeFormat {
   std::abort();  // the text is no number
 }
 
-// Digits run together in the texts that are parsed: a number with more of them would lend
-// some to its neighbour and make another date.
-bool twoDigits(std::initializer_list<std::int32_t> numbers) {
-  return std::all_of(numbers.begin(), numbers.end(), [](auto n) { return n >= 0 && n <= 99; });
-}
-
 Text nameBy(std::string_view pattern, std::int64_t ticks) {
   const KeptDateFormat kept;
   DateTime().setDateFormat(pattern);
@@ -179,15 +173,13 @@ std::int64_t kes_dateutils::_setdateandtime(std::int32_t year, std::int32_t mont
                                             std::int32_t second) {
   const Text date = dayText(year, month, day);
   const Text time = _format(hour, 2) + _format(minute, 2) + _format(second, 2);
-  if (twoDigits({month, day, hour, minute, second})) {
+  try {
     const KeptDateFormat keptDate;
     const KeptTimeFormat keptTime;
     DateTime().setDateFormat("GGyyyyMMdd");
     DateTime().setTimeFormat("HHmmss");
-    try {
-      return DateTime().DateTimeParse(date, time);
-    } catch (const KesException&) {
-    }
+    return DateTime().DateTimeParse(date, time);
+  } catch (const KesException&) {
   }
   failInvalidDate(date + Text(" ") + time);
 }
@@ -196,17 +188,18 @@ std::int64_t kes_dateutils::_setdateandtime2(std::int32_t year, std::int32_t mon
                                              std::int32_t day, std::int32_t hour,
                                              std::int32_t minute, std::int32_t second,
                                              double zoneOffsetHours) {
-  const auto minutes = static_cast<std::int64_t>(std::min(std::abs(zoneOffsetHours) * 60, 1e9));
+  // Too far to be a zone, and so is what is no number.
+  constexpr double kNowhere = 1e9;
+  const auto minutes = static_cast<std::int64_t>(
+      std::isnan(zoneOffsetHours) ? kNowhere : std::min(std::abs(zoneOffsetHours) * 60, kNowhere));
   const Text text = dayText(year, month, day) + _format(hour, 2) + _format(minute, 2) +
                     _format(second, 2) + Text(zoneOffsetHours < 0 ? "GMT-" : "GMT+") +
                     _format(minutes / 60, 2) + Text(":") + _format(minutes % 60, 2);
-  if (twoDigits({month, day, hour, minute, second})) {
+  try {
     const KeptDateFormat kept;
     DateTime().setDateFormat("GGyyyyMMddHHmmssz");
-    try {
-      return DateTime().DateParse(text);
-    } catch (const KesException&) {
-    }
+    return DateTime().DateParse(text);
+  } catch (const KesException&) {
   }
   failInvalidDate(text);
 }

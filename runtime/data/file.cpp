@@ -144,6 +144,17 @@ std::optional<std::vector<std::uint8_t>> contents(Path& p) {
   return std::nullopt;
 }
 
+// The text in a charset that can express all of it.
+std::optional<std::vector<std::uint8_t>> encoded(std::string_view text, std::string_view charset) {
+  try {
+    auto bytes = KesCommon::GetBytes(text, charset);
+    const auto back = KesCommon::BytesToString(bytes, 0, static_cast<int>(bytes.size()), charset);
+    if (back == text) return bytes;
+  } catch (const KesException&) {
+  }
+  return std::nullopt;
+}
+
 template <class Line>
 void forEachLine(std::string_view text, Line line) {
   while (!text.empty()) {
@@ -367,14 +378,13 @@ void KesFile::WriteString2(std::string_view dir, std::string_view name, std::str
   // Not the rule for writing: assets refuse by being read-only where they lie.
   const Path p = pathToWrite(dir, checkAssets(dir, name, false));
   if (!p.error.empty()) raise(kFailed, p.error);
-  std::vector<std::uint8_t> bytes;
-  try {
-    bytes = KesCommon::GetBytes(text, charset);
-  } catch (const KesException& e) {
-    raise(kFailed, systemError(p.text, e.reason()));
+  const auto bytes = encoded(text, charset);
+  if (!bytes) {
+    const std::string reason = "The text cannot be written as " + std::string(charset);
+    raise(kFailed, systemError(p.text, reason));
   }
   const auto out = fileOutput(p.text, false);
-  if (out->error().empty() && out->write(bytes) >= 0) out->close();
+  if (out->error().empty() && out->write(*bytes) >= 0) out->close();
   if (!out->error().empty()) raise(kFailed, out->error());
 }
 

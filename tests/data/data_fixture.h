@@ -1,0 +1,36 @@
+// What the tests of files, dates and JSON stand on: a platform of their own, the classes
+// of the runtime, dates begun anew.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "runtime/core/exception.h"
+#include "runtime/data/date_time.h"
+#include "runtime/data/dateutils.h"
+#include "runtime/data/register_data.h"
+#include "tests/support/test_platform.h"
+
+class DataTest : public testing::Test {
+ protected:
+  DataTest() {
+    kes::registerData();
+    kes::KesDateTime::restart();
+    kes::kes_dateutils::instance()._process_globals();
+  }
+
+  testing_support::TestPlatform platform_;
+};
+
+// The message of the failure that a call ends in; a plain remark when it does not fail.
+template <class Call>
+std::string failureOf(Call call) {
+  try {
+    call();
+  } catch (const kes::KesException& e) {
+    EXPECT_EQ(e.what(), e.reason().str());
+    return e.what();
+  }
+  return "(no failure)";
+}
