@@ -84,6 +84,7 @@ class Search {
  public:
   Search(std::int32_t options, const Text& pattern, std::u16string_view text)
       : expression_(compiled(pattern, options)) {
+    uregex_setTimeLimit(expression_, KesRegex::timeLimit, &status_);
     uregex_setText(expression_, text.data(), static_cast<std::int32_t>(text.size()), &status_);
     check(status_);
   }
@@ -161,7 +162,7 @@ Ref<KesMatcher> KesRegex::Matcher2(std::int32_t options, const Text& pattern, co
   m->text_ = text.utf16();
   Search search(options, pattern, m->text_);
   m->groups_ = search.groups();
-  m->spans_.reserve(static_cast<std::size_t>(m->groups_ + 1));
+  m->spans_.reserve(static_cast<std::size_t>(m->groups_) + 1);
   while (search.next())
     for (std::int32_t g = 0; g <= m->groups_; ++g)
       m->spans_.push_back({search.start(g), search.end(g)});

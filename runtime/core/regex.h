@@ -2,7 +2,8 @@
 //
 // A pattern with its options is compiled once and kept in a process-wide cache, which is
 // emptied when a new pattern finds more than 50 in it. A pattern that does not compile
-// throws a KesException named "regex" with the engine's message. Main thread.
+// throws a KesException named "regex" with the engine's message. So does one that would
+// search too long: some patterns take time that doubles with each character. Main thread.
 #pragma once
 
 #include <memory>
@@ -41,6 +42,8 @@ class KesRegex final : public Object {
  public:
   static constexpr std::int32_t MULTILINE = 8;
   static constexpr std::int32_t CASE_INSENSITIVE = 2;
+  // Of one call, in the engine's ticks of ten thousand steps: about a second.
+  static inline std::int32_t timeLimit = 5000;
 
   // The whole text matches.
   static bool IsMatch(const Text& pattern, const Text& text) { return IsMatch2(0, pattern, text); }

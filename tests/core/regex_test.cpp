@@ -125,4 +125,17 @@ TEST(Regex, TheCacheIsEmptiedWhenItOverflows) {
   EXPECT_FALSE(KesRegex::IsMatch("zz", "ZZ"));
 }
 
+// Matching hung for minutes on a pattern whose repetitions can share a text in 2^30 ways.
+TEST(Regex, AnEndlessSearchIsGivenUp) {
+  const Text pattern = "(a+)+$", text = "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab";
+  try {
+    KesRegex::IsMatch(pattern, text);
+    ADD_FAILURE() << "it ended";
+  } catch (const KesException& e) {
+    EXPECT_EQ(e.name(), "regex");
+    EXPECT_EQ(e.reason(), "U_REGEX_TIME_OUT");
+  }
+  EXPECT_TRUE(KesRegex::IsMatch(pattern, "aaa")) << "the pattern is of no more use";
+}
+
 }  // namespace
