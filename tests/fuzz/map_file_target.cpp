@@ -1,0 +1,15 @@
+// A file of "key=value" lines.
+#include "runtime/data/file.h"
+#include "target.h"
+#include "tests/support/test_platform.h"
+
+void fuzz::map_file(Bytes input) {
+  const auto folder = kes::File().DirTemp();
+  testing_support::TestPlatform::write(kes::File().Combine(folder, "map").str(), textOf(input));
+  accepts([&] {
+    const auto map = kes::File().ReadMap(folder, "map");
+    kes::File().WriteMap(folder, "copy", map);
+    require(kes::File().ReadMap(folder, "copy").isEqual(map), "a written map reads back");
+  });
+  accepts([&] { kes::File().ReadList(folder, "map"); });
+}
