@@ -42,6 +42,14 @@ bool isRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
+bool isKnownCoding(const std::optional<UrlResponse>& response) {
+  const auto* coding = response ? response->headers.find("Content-Encoding") : nullptr;
+  if (!coding) return true;
+  for (auto known : {"gzip", "x-gzip", "deflate", "br", "zstd", "identity"})
+    if (HttpHeaders::sameName(*coding, known)) return true;
+  return false;
+}
+
 bool isLoopback(const std::string& host) {
   return host == "localhost" || host.starts_with("127.") || host == "[::1]";
 }
@@ -113,6 +121,7 @@ bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
   set(CURLOPT_NOSIGNAL, 1L);
   set(CURLOPT_ERRORBUFFER, curlError_);
   set(CURLOPT_ACCEPT_ENCODING, "");
+  if (rawBody_) set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
   set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(CURLOPT_CONNECTTIMEOUT_MS, 2'000'000'000L);  // deadline() is the one time-out
@@ -299,8 +308,15 @@ bool UrlTransfer::ended(CURLcode code) {
 
   // An interim answer that no standard knows, with nothing sound after it, was meant to be
   // the final one.
-  const bool lastWord = why_.empty() && response_ && response_->status > 103 &&
-                        response_->status < 200;
+  const bool lastWord =
+      why_.empty() && response_ && response_->status > 103 && response_->status < 200;
+  if (code == CURLE_BAD_CONTENT_ENCODING && !rawBody_ && request_.method == "GET" &&
+      !isKnownCoding(response_)) {
+    // A coding that doesn't exist ("utf-8" is a favourite) is no reason to do without the
+    // body; it is asked for again to be taken as it comes.
+    rawBody_ = true;
+    return true;
+  }
   if (code != CURLE_OK && !lastWord) {
     fail(!why_.empty() ? why_ : curlError_[0] ? curlError_ : curl_easy_strerror(code));
     return false;

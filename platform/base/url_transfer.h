@@ -41,7 +41,7 @@ class UrlTransfer {
   // Readies the handle for the next request of the task; false when there is nothing
   // to send (the outcome then says why).
   bool prepare(const std::optional<UrlCredential>& credential);
-  // libcurl is done with the handle. True when a redirect has to be followed.
+  // libcurl is done with the handle. True when the task needs one more request.
   bool ended(CURLcode code);
   // Ends the task with an error of our own.
   void fail(std::string error);
@@ -77,6 +77,7 @@ class UrlTransfer {
   std::int64_t patience_ = 0;
 
   int hops_ = 0;
+  bool rawBody_ = false;
   int blocks_ = 0;               // header blocks seen, interim ones included
   std::size_t headerBytes_ = 0;  // of all blocks of the hop
   std::size_t skipped_ = 0;      // body bytes of a redirect

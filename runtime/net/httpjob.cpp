@@ -32,6 +32,7 @@ void kes_httpjob::describe(ClassBuilder<kes_httpjob>& c) {
   c.sub<&J::_getstring>("getstring");
   c.sub<&J::_getstring2>("getstring2");
   c.sub<&J::_getinputstream>("getinputstream");
+  c.sub<&J::_getbitmap>("getbitmap");
   c.sub<&J::_getrequest>("getrequest");
   c.sub<&J::_release>("release");
   c.sub<&J::_escapelink>("escapelink");
@@ -150,14 +151,14 @@ Text kes_httpjob::_getstring2(const Text& charset) {
   return _res ? _res->GetString2(charset) : Text();
 }
 
+KesInputStream kes_httpjob::_getinputstream() {
+  return _res ? _res->GetInputStream() : KesInputStream();
+}
+
 KesBitmap kes_httpjob::_getbitmap() {
   KesBitmap bitmap;
   bitmap.InitializeFromStream(_getinputstream());
   return bitmap;
-}
-
-KesInputStream kes_httpjob::_getinputstream() {
-  return _res ? _res->GetInputStream() : KesInputStream();
 }
 
 Text kes_httpjob::_escapelink(const Text& link, const Ref<KesArray>& pairs) {

@@ -49,7 +49,7 @@ class kes_httpjob final : public KesClass {
   Text _getstring() { return _getstring2("UTF8"); }
   Text _getstring2(const Text& charset);
   KesInputStream _getinputstream();
-  KesBitmap _getbitmap();
+  KesBitmap _getbitmap();  // throws "Error loading image." for a body that is none
   KesHttpRequest _getrequest() { return _req; }
   Text _release() { return {}; }
 

@@ -257,7 +257,8 @@ TEST_F(HttpTest, JudgesCertificatesUnlessToldToTakeAll) {
 
 TEST_F(HttpTest, AgreesWithAServerThatOthersWrote) {
   Nginx nginx(phone.root() / "nginx",
-              "location /dav/ { dav_methods PUT DELETE; create_full_put_path on; client_max_body_size 1m; }\n"
+              "location /dav/ { dav_methods PUT DELETE; create_full_put_path on; "
+              "client_max_body_size 1m; }\n"
               "location /small/ { dav_methods PUT; client_max_body_size 1k; }\n"
               "location /gzip/ { gzip on; gzip_types text/plain; alias " +
                   (phone.root() / "nginx/root/").string() +

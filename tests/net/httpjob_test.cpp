@@ -33,6 +33,14 @@ class Feature : public KesClass {
     ++waiting;
     auto done = co_await waitFor<kes_httpjob>("jobdone:", job);
     --waiting;
+    if (done->_tag.isText()) {
+      try {
+        bitmap = done->_getbitmap();
+      } catch (const KesException& e) {
+        trace.push_back(e.what());
+      }
+      co_return;
+    }
     body = done->_getstring().str();
     trace.push_back((done->_success ? "ok " : "failed ") + done->_jobname.str());
     done->_release();
@@ -54,6 +62,7 @@ class Feature : public KesClass {
 
   Trace trace;
   std::string body;
+  KesBitmap bitmap;
   int waiting = 0;
 };
 
@@ -220,6 +229,22 @@ TEST_F(JobTest, SendsEachVerbWithItsBody) {
   EXPECT_EQ(body(head), "");
   EXPECT_EQ(head->_res->ContentLength(), 7);
   EXPECT_THROW(feature->job()->_postfile(echo, File().DirDocuments(), "none"), KesException);
+}
+
+TEST_F(JobTest, GivesABodyAsABitmap) {
+  const std::string png = "\x89PNG\r\n\x1a\nrest";
+  town.documents().addFixed("/logo.png", "image/png", png);
+  for (const auto& [path, isImage] : {std::pair{"/logo.png", true}, {"/_bytes/20", false}}) {
+    SCOPED_TRACE(path);
+    auto job = feature->job();
+    feature->bitmap = KesBitmap();
+    job->_tag = "bitmap";
+    job->_download(town.url() + path);
+    body(job);
+    EXPECT_TRUE(job->_success);
+    EXPECT_EQ(feature->bitmap.IsInitialized(), isImage);
+    EXPECT_EQ(feature->trace, isImage ? Trace{} : Trace{"Error loading image."});
+  }
 }
 
 TEST_F(JobTest, UsesCredentialsOnlyWhenBothPartsAreGiven) {
