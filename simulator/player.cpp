@@ -1,6 +1,7 @@
 #include "simulator/player.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <map>
 #include <ostream>
@@ -68,6 +69,11 @@ void Player::waitIdle(int line) {
 void Player::tap(const std::string& what, int nth, int line) {
   auto& window = phone_.window();
   phone_.application().layoutIfNeeded();
+  double x = 0, y = 0;
+  if (std::sscanf(what.c_str(), "@%lf,%lf", &x, &y) == 2) {
+    phone_.side().tap({x, y});
+    return;
+  }
   const auto view = ui::find(window, what, nth);
   if (!view) fail(line, "nothing to tap reads \"" + what + "\"");
   if (!visible(*view, window)) ui::scrollIntoView(*view);

@@ -20,7 +20,7 @@ class ScriptError : public std::runtime_error {
 
 struct Command {
   enum class Verb {
-    Tap,         // tap "text" [n] | tap #name [n]: text, number
+    Tap,         // tap "text" [n] | tap #name [n] | tap @x,y (points): text, number
     Type,        // type "text"
     Swipe,       // swipe left|right|up|down: text
     Key,         // key tab|backtab|enter|escape|up|down|left|right: text
