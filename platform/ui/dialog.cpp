@@ -56,6 +56,8 @@ void Dialog::build() {
   card_->setBackground(style::kCard);
   card_->setBorder({0, kClear, style::kCardRadius});
   card_->setShadow({kBlack, {0, 4}, 0.3, 12});
+  card_->setRole(role);
+  card_->setAccessibleName(title.empty() ? message : title);
   layer->addSubview(scrim_);
   layer->addSubview(card_);
   if (circle || spinner) {

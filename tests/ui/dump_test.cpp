@@ -103,7 +103,7 @@ toast "Ciao"
 dialog "Msg"
   UIView 0,0 320x568
     UIView 0,0 320x568
-    UIView 20,214 280x140
+    UIView 20,214 280x140 name="Msg"
       UILabel 36,230 248x22 "Msg"
       UILabel 36,264 248x18 "Fatto"
       UIButton 36,294 248x44 "OK"

@@ -171,7 +171,10 @@ TEST_F(OverlayTest, WhatIsBehindADialogIsHiddenFromAssistiveTechnology) {
   field->setHint("Oggetto");
   d->present();
   phone.pump.settle();
-  EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Oggetto", "Cerca", "Annulla"));
+  // The dialog itself, its heading, and what is in it.
+  EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Ricerca per oggetto", "Oggetto",
+                                   "Cerca", "Annulla"));
+  EXPECT_EQ(accessibilityTree(*phone.window).front().role, Role::Dialog);
   EXPECT_EQ(focusOrder(*phone.window).size(), 3u);
   d->dismiss(0);
   EXPECT_THAT(names(), testing::Contains("dietro"));
