@@ -13,6 +13,7 @@ namespace qt {
 namespace {
 
 constexpr int kDelay = 100;       // milliseconds behind the view tree
+constexpr int kSaid = 5000;       // after that an announcement is no longer found
 constexpr int kMostEvents = 200;  // beyond, a reader had better look for itself
 
 std::vector<AccessibleTree*>& trees() {
@@ -34,6 +35,10 @@ AccessibleTree::AccessibleTree(Stage& stage, QQuickWindow& window, const Mirror&
   later_.setSingleShot(true);
   later_.setInterval(kDelay);
   QObject::connect(&later_, &QTimer::timeout, &window, [this] { rebuild(); });
+  forget_.setSingleShot(true);
+  forget_.setInterval(kSaid);
+  QObject::connect(&forget_, &QTimer::timeout, &window,
+                   [this] { static_cast<AnnouncerAccessible*>(announcer_)->said.clear(); });
   focusLater_.setSingleShot(true);
   QObject::connect(&focusLater_, &QTimer::timeout, &window, [this] {
     rebuild();
@@ -78,6 +83,7 @@ void AccessibleTree::announce(const std::string& text) {
   static_cast<AnnouncerAccessible*>(announcer_)->said = QString::fromStdString(text);
   tell(QAccessible::NameChanged, announcer_);
   tell(QAccessible::Alert, announcer_);
+  forget_.start();
 }
 
 void AccessibleTree::tell(QAccessible::Event event, QAccessibleInterface* about) {

@@ -65,7 +65,7 @@ class AccessibleTree {
   std::vector<int> top_;
   std::unordered_map<const ui::View*, ElementAccessible*> made_;
   QAccessibleInterface* announcer_ = nullptr;
-  QTimer later_, focusLater_;
+  QTimer later_, focusLater_, forget_;
   bool built_ = false;
 };
 

@@ -42,10 +42,11 @@ SwitchItem::SwitchItem(Stage& stage, ui::View& view) : ControlItem(stage, view, 
 
 void SwitchItem::syncControl(QQuickItem& control, ui::View& view) {
   const auto& v = static_cast<ui::Switch&>(view);
-  set(control, "onColor", toQColor(v.onColor.value_or(v.tint())));
-  set(control, "offColor", toQColor(v.offColor.value_or(kOff)));
+  set(control, "activeColor", toQColor(v.onColor.value_or(v.tint())));
+  set(control, "restColor", toQColor(v.offColor.value_or(kOff)));
   set(control, "thumbColor", toQColor(v.thumbColor.value_or(ui::kWhite)));
   set(control, "checked", v.on());
+  set(control, "ready", true);
 }
 
 SliderItem::SliderItem(Stage& stage, ui::View& view) : ControlItem(stage, view, "Track") {

@@ -2,144 +2,149 @@
 
 #include <QQuickWindow>
 #include <QSGImageNode>
-#include <QSGNinePatchNode>
 #include <QSGRectangleNode>
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <memory>
 
 #include "platform/qt/colors.h"
 
 namespace qt {
 
-// Holds its parts as children: shadow, box, pictures. A part is made anew when its
-// pixels change; a move or a resize only changes its rectangle.
-class PaintedItem::Node final : public QSGNode {
+namespace {
+
+using Texture = std::shared_ptr<QSGTexture>;
+
+QSGImageNode* imageNode(QQuickWindow& window, const Texture& texture) {
+  auto* node = window.createImageNode();
+  node->setTexture(texture.get());
+  node->setFiltering(QSGTexture::Linear);
+  return node;
+}
+
+}  // namespace
+
+// A small picture stretched over a rectangle, its corners left as they are.
+class PaintedItem::PatchNode final : public QSGNode {
  public:
-  void update(QQuickWindow& window, const BoxLook& look, const QRectF& box, double scale,
-              const std::vector<Picture>& pictures) {
-    const bool restyled = look != look_ || scale != scale_;
-    look_ = look;
-    scale_ = scale;
-    updateShadow(window, box, restyled);
-    updateFill(window, box, restyled);
-    updatePictures(window, pictures);
+  PatchNode(QQuickWindow& window, const Patch& patch, bool hollow)
+      : texture_(window.createTextureFromImage(patch.image)),
+        margin_(patch.margin),
+        side_(patch.image.width() / patch.image.devicePixelRatio()),
+        scale_(patch.image.devicePixelRatio()) {
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+      if (hollow && i == 4) continue;
+      appendChildNode(parts_[i] = imageNode(window, texture_));
+    }
+  }
+
+  void setRect(const QRectF& rect) {
+    const double m = margin_;
+    const std::array from{0.0, m, side_ - m, side_};
+    const std::array x{rect.left(), rect.left() + m, rect.right() - m, rect.right()};
+    const std::array y{rect.top(), rect.top() + m, rect.bottom() - m, rect.bottom()};
+    for (std::size_t i = 0; i < parts_.size(); ++i) {
+      if (!parts_[i]) continue;
+      const std::size_t c = i % 3, r = i / 3;
+      parts_[i]->setRect(QRectF(QPointF(x[c], y[r]), QPointF(x[c + 1], y[r + 1])));
+      parts_[i]->setSourceRect(
+          QRectF(QPointF(from[c], from[r]) * scale_, QPointF(from[c + 1], from[r + 1]) * scale_));
+    }
   }
 
  private:
-  // The order of the children is shadow, fill, pictures.
-  void put(QSGNode*& slot, QSGNode* made, QSGNode* behind) {
-    remove(slot);
-    slot = made;
-    if (!made) return;
-    if (behind)
-      insertChildNodeAfter(made, behind);
-    else
-      prependChildNode(made);
-  }
-  void remove(QSGNode*& slot) {
-    if (!slot) return;
-    removeChildNode(slot);
-    delete slot;
-    slot = nullptr;
-  }
+  Texture texture_;  // shared by the parts
+  std::array<QSGImageNode*, 9> parts_{};
+  double margin_, side_, scale_;
+};
 
-  QSGNode* patchNode(QQuickWindow& window, const Patch& patch) {
-    auto* node = window.createNinePatchNode();
-    node->setTexture(window.createTextureFromImage(patch.image));
-    const double m = patch.margin * patch.image.devicePixelRatio();
-    node->setPadding(m, m, m, m);
-    node->setDevicePixelRatio(patch.image.devicePixelRatio());
-    return node;
-  }
-  static void setPatchRect(QSGNode* node, const QRectF& rect) {
-    auto* patch = static_cast<QSGNinePatchNode*>(node);
-    patch->setBounds(rect);
-    patch->update();
-  }
-
-  void updateShadow(QQuickWindow& window, const QRectF& box, bool restyled) {
-    if (!look_.castsShadow() || box.isEmpty()) return remove(shadow_);
-    if (!shadow_ || restyled) put(shadow_, patchNode(window, shadowPatch(look_, scale_)), nullptr);
-    const double reach = shadowReach(look_.shadow);
-    setPatchRect(shadow_, box.adjusted(-reach, -reach, reach, reach)
-                              .translated(look_.shadow.offset.x, look_.shadow.offset.y));
-  }
-
-  enum class Fill { None, Plain, Patch, Exact };
-
-  void updateFill(QQuickWindow& window, const QRectF& box, bool restyled) {
-    if (!look_.shows() || box.isEmpty()) {
-      fillKind_ = Fill::None;
-      return remove(fill_);
+// Holds its parts as children: shadow, box, pictures. Built whole and then only resized:
+// the software renderer loses nodes that join a tree it already shows. What its
+// successor shows as well keeps its texture.
+class PaintedItem::Node final : public QSGNode {
+ public:
+  Node(QQuickWindow& window, const BoxLook& look, const QRectF& box, double scale,
+       const std::vector<Picture>& pictures, const Node* former)
+      : look_(look), scale_(scale) {
+    if (look.castsShadow() && !box.isEmpty()) {
+      // An opaque box hides what lies under it.
+      const bool hollow = look.fill.alpha() == 255 && !look.shadow.rectangular;
+      shadow_ = new PatchNode(window, shadowPatch(look, scale), hollow);
+      appendChildNode(shadow_);
     }
+    if (look.shows() && !box.isEmpty()) addFill(window, box);
+    for (const auto& p : pictures) {
+      shown_.push_back({p.image.cacheKey(), p.rect, former ? former->textureOf(p) : nullptr});
+      auto& texture = shown_.back().texture;
+      if (!texture) texture.reset(window.createTextureFromImage(p.image));
+      auto* node = imageNode(window, texture);
+      node->setRect(p.rect);
+      appendChildNode(node);
+    }
+    resize(box);
+  }
+
+  // Whether it can show this with nothing but another size.
+  bool serves(const BoxLook& look, const QRectF& box, double scale,
+              const std::vector<Picture>& pictures) const {
+    const bool same = std::equal(
+        pictures.begin(), pictures.end(), shown_.begin(), shown_.end(),
+        [](auto& p, auto& s) { return p.image.cacheKey() == s.key && p.rect == s.rect; });
+    if (look != look_ || scale != scale_ || !same) return false;
+    if (box.isEmpty() || box_.isEmpty()) return box == box_;
+    if (box.size() == box_.size() || look.plain() || !look.shows()) return true;
+    return patch_ && boxPatch(look, {box.width(), box.height()}, scale).margin > 0;
+  }
+
+  void resize(const QRectF& box) {
+    box_ = box;
+    if (plain_) plain_->setRect(box);
+    if (patch_) patch_->setRect(box);
+    if (exact_) exact_->setRect(box);
+    if (!shadow_) return;
+    const double reach = shadowReach(look_.shadow);
+    shadow_->setRect(box.adjusted(-reach, -reach, reach, reach)
+                         .translated(look_.shadow.offset.x, look_.shadow.offset.y));
+  }
+
+ private:
+  void addFill(QQuickWindow& window, const QRectF& box) {
     if (look_.plain()) {
-      if (fillKind_ != Fill::Plain) put(fill_, window.createRectangleNode(), shadow_);
-      fillKind_ = Fill::Plain;
-      auto* node = static_cast<QSGRectangleNode*>(fill_);
-      if (node->color() != toQColor(look_.fill)) node->setColor(toQColor(look_.fill));
-      if (node->rect() != box) node->setRect(box);
-      return;
+      plain_ = window.createRectangleNode();
+      plain_->setColor(toQColor(look_.fill));
+      return appendChildNode(plain_);
     }
     const Patch patch = boxPatch(look_, {box.width(), box.height()}, scale_);
-    const Fill kind = patch.margin > 0 ? Fill::Patch : Fill::Exact;
-    if (kind != fillKind_ || restyled || (kind == Fill::Exact && box.size() != exact_)) {
-      if (kind == Fill::Patch) {
-        put(fill_, patchNode(window, patch), shadow_);
-      } else {
-        put(fill_, imageNode(window, patch.image), shadow_);
-        exact_ = box.size();
-      }
-      fillKind_ = kind;
+    if (patch.margin > 0) {
+      patch_ = new PatchNode(window, patch, false);
+      return appendChildNode(patch_);
     }
-    if (kind == Fill::Patch)
-      setPatchRect(fill_, box);
-    else
-      static_cast<QSGImageNode*>(fill_)->setRect(box);
+    exactTexture_.reset(window.createTextureFromImage(patch.image));
+    exact_ = imageNode(window, exactTexture_);
+    appendChildNode(exact_);
   }
 
-  static QSGImageNode* imageNode(QQuickWindow& window, const QImage& image) {
-    auto* node = window.createImageNode();
-    node->setOwnsTexture(true);
-    node->setTexture(window.createTextureFromImage(image));
-    node->setFiltering(QSGTexture::Linear);
-    return node;
+  Texture textureOf(const Picture& picture) const {
+    for (const auto& s : shown_)
+      if (s.key == picture.image.cacheKey()) return s.texture;
+    return nullptr;
   }
 
-  void updatePictures(QQuickWindow& window, const std::vector<Picture>& pictures) {
-    while (shown_.size() > pictures.size()) {
-      QSGNode* last = shown_.back().node;
-      remove(last);
-      shown_.pop_back();
-    }
-    for (std::size_t i = 0; i < pictures.size(); ++i) {
-      const Picture& p = pictures[i];
-      if (i == shown_.size()) shown_.push_back({nullptr, 0});
-      auto& slot = shown_[i];
-      if (!slot.node || slot.key != p.image.cacheKey()) {
-        auto* node = imageNode(window, p.image);
-        if (slot.node) {
-          insertChildNodeAfter(node, slot.node);
-          QSGNode* former = slot.node;
-          remove(former);
-        } else {
-          appendChildNode(node);
-        }
-        slot = {node, p.image.cacheKey()};
-      }
-      if (slot.node->rect() != p.rect) slot.node->setRect(p.rect);
-    }
-  }
-
-  struct Slot {
-    QSGImageNode* node;
+  struct Shown {
     qint64 key;
+    QRectF rect;
+    Texture texture;
   };
   BoxLook look_;
-  double scale_ = 0;
-  QSGNode* shadow_ = nullptr;
-  QSGNode* fill_ = nullptr;
-  Fill fillKind_ = Fill::None;
-  QSizeF exact_;
-  std::vector<Slot> shown_;
+  double scale_;
+  QRectF box_;
+  PatchNode* shadow_ = nullptr;
+  PatchNode* patch_ = nullptr;
+  QSGRectangleNode* plain_ = nullptr;
+  QSGImageNode* exact_ = nullptr;
+  Texture exactTexture_;
+  std::vector<Shown> shown_;
 };
 
 PaintedItem::PaintedItem(QQuickItem* parent) : QQuickItem(parent) { setFlag(ItemHasContents); }
@@ -165,15 +170,21 @@ double PaintedItem::snapped(double length) const {
   return std::round(length * scale) / scale;
 }
 
-QSGNode* PaintedItem::updatePaintNode(QSGNode* former, UpdatePaintNodeData*) {
+QSGNode* PaintedItem::updatePaintNode(QSGNode* shown, UpdatePaintNodeData*) {
   const QRectF box(0, 0, width(), height());
+  auto* former = static_cast<Node*>(shown);
   const bool empty = pictures_.empty() && (!look_.shows() || box.isEmpty()) && !look_.castsShadow();
   if (empty) {
     delete former;
     return nullptr;
   }
-  auto* node = former ? static_cast<Node*>(former) : new Node;
-  node->update(*window(), look_, box, scaleFactor(), pictures_);
+  const double scale = scaleFactor();
+  if (former && former->serves(look_, box, scale, pictures_)) {
+    former->resize(box);
+    return former;
+  }
+  auto* node = new Node(*window(), look_, box, scale, pictures_, former);
+  delete former;
   return node;
 }
 

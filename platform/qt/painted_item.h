@@ -42,6 +42,7 @@ class PaintedItem : public QQuickItem {
 
  private:
   class Node;
+  class PatchNode;
   BoxLook look_;
   std::vector<Picture> pictures_;
 };

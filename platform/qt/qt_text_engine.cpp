@@ -1,10 +1,8 @@
 #include "platform/qt/qt_text_engine.h"
 
-#include <QFontMetricsF>
 #include <algorithm>
 #include <cmath>
 
-#include "platform/qt/fonts.h"
 #include "platform/qt/text_layout.h"
 
 namespace qt {
@@ -36,7 +34,7 @@ ui::Size QtTextEngine::measure(const ui::AttributedText& text, const ui::Font& b
 }
 
 double QtTextEngine::lineHeight(const ui::Font& font) {
-  return QFontMetricsF(toQFont(font)).height();
+  return measured(std::string_view("x"), font, 0, 1).height;
 }
 
 }  // namespace qt

@@ -39,6 +39,7 @@ Item {
         selectedTextColor: "white"
         selectByMouse: true
         readOnly: !root.editable
+        Accessible.role: Accessible.EditableText
         echoMode: root.password ? TextInput.Password : TextInput.Normal
         inputMethodHints: root.hints
         onTextEdited: root.edited(text)

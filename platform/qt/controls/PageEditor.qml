@@ -53,6 +53,7 @@ Flickable {
         selectedTextColor: "white"
         selectByMouse: true
         readOnly: !root.editable
+        Accessible.role: Accessible.EditableText
         inputMethodHints: root.hints
         onTextChanged: if (!root.showing && !root.rich) root.edited(text)
         onLinkActivated: link => root.linkClicked(link)

@@ -6,7 +6,7 @@ Rectangle {
     id: root
 
     property color accent: "black"
-    property color onAccent: "white"
+    property color accentText: "white"
     property font textFont
     property var items: []
     property int selected: -1
@@ -48,7 +48,7 @@ Rectangle {
                     textFormat: Text.PlainText
                     font: root.textFont
                     elide: Text.ElideRight
-                    color: segment.index === root.selected ? root.onAccent : root.accent
+                    color: segment.index === root.selected ? root.accentText : root.accent
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                 }

@@ -4,8 +4,9 @@ import QtQuick.Templates as T
 T.Switch {
     id: toggle
 
-    property color onColor: "black"
-    property color offColor: "gray"
+    property bool ready: false  // what it shows first isn't a change
+    property color activeColor: "black"
+    property color restColor: "gray"
     property color thumbColor: "white"
 
     signal userSet(bool on)
@@ -22,8 +23,8 @@ T.Switch {
         width: Math.min(toggle.width, 51)
         height: Math.min(toggle.height, 31)
         radius: height / 2
-        color: toggle.checked ? toggle.onColor : toggle.offColor
-        Behavior on color { ColorAnimation { duration: 150 } }
+        color: toggle.checked ? toggle.activeColor : toggle.restColor
+        Behavior on color { enabled: toggle.ready; ColorAnimation { duration: 150 } }
         Rectangle {
             y: 2
             x: 2 + toggle.visualPosition * (parent.width - width - 4)
@@ -33,7 +34,7 @@ T.Switch {
             color: toggle.thumbColor
             border.width: 1
             border.color: "#18000000"
-            Behavior on x { enabled: !toggle.down; NumberAnimation { duration: 150 } }
+            Behavior on x { enabled: toggle.ready && !toggle.down; NumberAnimation { duration: 150 } }
         }
     }
 }

@@ -1,0 +1,172 @@
+// What a screen reader finds: the toolkit's accessibility tree, walked from the window.
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QQuickWindow>
+
+#include "desk.h"
+#include "platform/ui/button.h"
+#include "platform/ui/controls.h"
+#include "platform/ui/drawer_controller.h"
+#include "platform/ui/navigation_controller.h"
+#include "platform/ui/scroll_view.h"
+#include "platform/ui/text_input.h"
+
+class Reader : public Desk {
+ protected:
+  QAccessibleInterface* root() { return QAccessible::queryAccessibleInterface(&screen.window()); }
+
+  // "role name", depth first, indented; what has no name is left out.
+  static void read(QAccessibleInterface* element, int depth, std::vector<std::string>& out) {
+    const auto name = element->text(QAccessible::Name).toStdString();
+    // What announcements are said by has no place on the screen.
+    if (depth > 0 && !name.empty() && !element->rect().isEmpty())
+      out.push_back(std::string(2 * static_cast<std::size_t>(depth - 1), ' ') +
+                    kind(element->role()) + name);
+    for (int i = 0; i < element->childCount(); ++i) {
+      auto* child = element->child(i);
+      ASSERT_NE(child, nullptr);
+      EXPECT_EQ(child->parent(), element);
+      EXPECT_EQ(element->indexOfChild(child), i);
+      read(child, depth + 1, out);
+    }
+  }
+  std::vector<std::string> tree() {
+    std::vector<std::string> out;
+    read(root(), 0, out);
+    return out;
+  }
+  // Once the tree has caught up with the views.
+  bool becomes(const std::vector<std::string>& expected) {
+    return loop.until([&] { return tree() == expected; }, 3000);
+  }
+  QAccessibleInterface* find(const std::string& name, QAccessibleInterface* from = nullptr) {
+    if (!from) from = root();
+    if (from->text(QAccessible::Name).toStdString() == name) return from;
+    for (int i = 0; i < from->childCount(); ++i)
+      if (auto* found = find(name, from->child(i))) return found;
+    return nullptr;
+  }
+  static std::string kind(QAccessible::Role role) {
+    switch (role) {
+      case QAccessible::Button:
+        return "button ";
+      case QAccessible::StaticText:
+        return "text ";
+      case QAccessible::Heading:
+        return "heading ";
+      case QAccessible::EditableText:
+        return "field ";
+      case QAccessible::CheckBox:
+        return "switch ";
+      case QAccessible::Slider:
+        return "slider ";
+      case QAccessible::ListItem:
+        return "row ";
+      case QAccessible::AlertMessage:
+        return "alert ";
+      default:
+        return "? ";
+    }
+  }
+};
+
+TEST_F(Reader, FindsEveryElementByItsPlainName) {
+  auto nav = ui::makeShared<ui::NavigationController>();
+  auto home = ui::makeShared<ui::ViewController>();
+  home->setTitle("InfoVarlo");
+  home->navigationItem().setLeftItems({ui::BarButtonItem::drawer()});
+  nav->push(home, false);
+  window->setRootViewController(nav);
+  ui::View& v = home->view();
+  addText("Farmacie", {10, 10, 200, 30}, &v);
+  auto row = add<ui::View>({0, 50, kWidth, 50}, &v);
+  row->setOnTap([](ui::View&) {});
+  row->setRole(ui::Role::ListItem);
+  addText("\uF0FA Farmacia di turno", {10, 0, 200, 50}, row.get());
+  auto field = add<ui::TextField>({10, 120, 200, 40}, &v);
+  field->setHint("Cerca");
+  auto toggle = add<ui::Switch>({10, 180, 60, 31}, &v);
+  toggle->setAccessibleName("Avvisi");
+  addText("nascosto", {10, 220, 100, 20}, &v)->setAccessibilityHidden(true);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(tree(),
+            (std::vector<std::string>{"button Menu", "heading InfoVarlo", "text Farmacie",
+                                      "row Farmacia di turno", "field Cerca", "switch Avvisi"}));
+  const auto* element = find("Farmacia di turno");
+  const QPoint corner = screen.window().mapToGlobal(QPoint(0, 64 + 50));
+  EXPECT_EQ(element->rect(), QRect(corner, QSize(375, 50)));
+  EXPECT_EQ(root()->childAt(corner.x() + 5, corner.y() + 5), element);
+  // A dialog hides what is behind it, and is itself the place of its buttons.
+  app.messageBox("Nuova versione", "Rilasciata!", {"OK"}, {});
+  EXPECT_TRUE(becomes(
+      {"alert Nuova versione", "  heading Nuova versione", "  text Rilasciata!", "  button OK"}))
+      << testing::PrintToString(tree());
+}
+
+TEST_F(Reader, AnOpenDrawerHidesThePage) {
+  auto center = ui::makeShared<ui::ViewController>();
+  auto menu = ui::makeShared<ui::ViewController>();
+  auto drawer = ui::makeShared<ui::DrawerController>(center, menu, nullptr);
+  window->setRootViewController(drawer);
+  addText("pagina", {10, 10, 100, 30}, &center->view());
+  addText("voce", {10, 10, 100, 30}, &menu->view());
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(becomes({"text pagina"}));
+  drawer->openDrawer(ui::DrawerSide::Left, true);
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(loop.until([&] { return find("voce") && !find("pagina"); }, 3000));
+  drawer->closeDrawer(true);
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(becomes({"text pagina"}));
+}
+
+TEST_F(Reader, ActsOnWhatItFinds) {
+  auto list = add<ui::ScrollView>({0, 0, kWidth, 300});
+  list->setContentSize({kWidth, 5000});
+  std::string pressed;
+  for (int i = 0; i < 100; ++i) {
+    auto row = add<ui::Button>({0, i * 50.0, kWidth, 50}, &list->content());
+    row->setTitle("riga " + std::to_string(i));
+    row->setOnTap([&pressed, i](ui::View&) { pressed = "riga " + std::to_string(i); });
+  }
+  auto slider = add<ui::Slider>({10, 400, 200, 40});
+  slider->setAccessibleName("Volume");
+  auto field = add<ui::TextField>({10, 450, 200, 40});
+  field->setHint("Via");
+  field->setText("Roma");
+  ASSERT_TRUE(settle());
+  // What is scrolled out of sight is there, and comes into sight when used.
+  auto* far = find("riga 77");
+  ASSERT_NE(far, nullptr);
+  EXPECT_TRUE(far->state().offscreen);
+  far->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(pressed, "riga 77");
+  EXPECT_FALSE(far->state().offscreen);
+  auto* volume = find("Volume");
+  ASSERT_NE(volume, nullptr);
+  volume->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+  EXPECT_NEAR(volume->valueInterface()->currentValue().toDouble(), 0.1, 1e-9);
+  auto* via = find("Via");
+  ASSERT_NE(via, nullptr);
+  via->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(via->state().focused && via->state().editable);
+  EXPECT_EQ(root()->focusChild(), via);
+  ASSERT_NE(via->textInterface(), nullptr);
+  EXPECT_EQ(via->textInterface()->text(0, 4), "Roma");
+}
+
+TEST_F(Reader, ElementsGoWithTheirViews) {
+  auto label = addText("va via", {10, 10, 100, 30});
+  ASSERT_TRUE(settle());
+  auto* element = find("va via");
+  ASSERT_NE(element, nullptr);
+  label->removeFromParent();
+  EXPECT_TRUE(becomes({}));
+  label = nullptr;
+  addText("nuovo", {10, 10, 100, 30});
+  EXPECT_TRUE(becomes({"text nuovo"}));
+  app.hud().toast("Connessione non presente", 60000);
+  EXPECT_TRUE(loop.until([&] { return find("Connessione non presente") != nullptr; }, 3000));
+}

@@ -1,0 +1,197 @@
+// The items on the screen are what the view tree says, and no more than can be seen.
+#include <QQuickWindow>
+#include <cmath>
+
+#include "desk.h"
+#include "platform/ui/button.h"
+#include "platform/ui/image_view.h"
+#include "platform/ui/indicators.h"
+#include "platform/ui/scroll_view.h"
+
+static constexpr ui::Color kRed{0xFFFF0000}, kGreen{0xFF00FF00}, kBlue{0xFF0000FF};
+
+static ui::Color colorOf(int row) {
+  return ui::Color(0xFF000000U | static_cast<std::uint32_t>((row * 2654435761U) >> 8));
+}
+
+class OnScreen : public Desk {
+ protected:
+  ui::Ref<ui::View> box(const ui::Rect& frame, ui::Color color, ui::View* parent = nullptr) {
+    auto view = add<ui::View>(frame, parent);
+    view->setBackground(color);
+    return view;
+  }
+};
+
+TEST_F(OnScreen, ALongListCostsWhatItShows) {
+  constexpr int kRows = 10000;
+  constexpr double kRow = 44;
+  auto list = add<ui::ScrollView>({0, 0, kWidth, kHeight});
+  list->setContentSize({kWidth, kRows * kRow});
+  for (int i = 0; i < kRows; ++i) {
+    auto row = box({0, i * kRow, kWidth, kRow}, colorOf(i), &list->content());
+    addText("Riga " + std::to_string(i), {100, 0, 200, kRow}, row.get());
+  }
+  for (double offset : {0.0, 3.0, 100000.0, 219999.5, kRows * kRow - kHeight}) {
+    list->setOffset({0, offset});
+    const QImage image = picture();
+    EXPECT_LT(screen.shownViews(), 60U);
+    for (double y = 1; y < kHeight; y += 20) {
+      const double at_ = offset + y;
+      if (std::abs(at_ - std::round(at_ / kRow) * kRow) < 1.5) continue;  // at an edge
+      const ui::Color c = colorOf(static_cast<int>(at_ / kRow));
+      ASSERT_EQ(at(image, 20, y), QColor::fromRgba(c.argb)) << offset << " + " << y;
+    }
+  }
+}
+
+TEST_F(OnScreen, FollowsEveryChangeOfTheTree) {
+  auto under = box({20, 20, 100, 100}, kRed);
+  auto over = box({20, 20, 100, 100}, kGreen);
+  EXPECT_EQ(at(picture(), 50, 50), QColor(0, 255, 0));
+  under->bringToFront();
+  EXPECT_EQ(at(picture(), 50, 50), QColor(255, 0, 0));
+  auto between = ui::makeShared<ui::View>();
+  between->setFrame({20, 20, 100, 100});
+  between->setBackground(kBlue);
+  page().insertSubview(between, 1);
+  under->setHidden(true);
+  EXPECT_EQ(at(picture(), 50, 50), QColor(0, 0, 255));
+  between->setFrame({200, 20, 50, 50});
+  EXPECT_EQ(at(picture(), 50, 50), QColor(0, 255, 0));
+  over->setAlpha(0.5);
+  EXPECT_NEAR(at(picture(), 50, 50).red(), 127, 2);
+  EXPECT_EQ(at(picture(), 225, 45), QColor(0, 0, 255));
+  between->removeFromParent();
+  over->setBackground(kRed);
+  over->setAlpha(1);
+  const QImage last = picture();
+  EXPECT_EQ(at(last, 225, 45), QColor(Qt::white));
+  EXPECT_EQ(at(last, 50, 50), QColor(255, 0, 0));
+}
+
+TEST_F(OnScreen, ChildrenAreClippedMovedAndFadedWithTheirParent) {
+  auto parent = box({50, 50, 100, 100}, kBlue);
+  auto child = box({80, 10, 100, 20}, kRed, parent.get());
+  EXPECT_EQ(at(picture(), 170, 70), QColor(255, 0, 0));
+  parent->setClipsToBounds(true);
+  QImage image = picture();
+  EXPECT_EQ(at(image, 170, 70), QColor(Qt::white));
+  EXPECT_EQ(at(image, 140, 70), QColor(255, 0, 0));
+  parent->setFrame({50, 150, 100, 100});
+  parent->setAlpha(0.5);
+  image = picture();
+  EXPECT_NEAR(at(image, 60, 170).green(), 127, 2);
+  EXPECT_GT(at(image, 140, 170).red(), at(image, 60, 170).red());
+  EXPECT_EQ(at(image, 140, 70), QColor(Qt::white));
+}
+
+TEST_F(OnScreen, DrawsBordersRoundedCornersAndShadows) {
+  auto card = box({50, 50, 120, 80}, kGreen);
+  card->setBorder({3, kRed, 16});
+  card->setShadow({ui::kBlack, {0, 4}, 0.5, 10});
+  for (int round = 0; round < 2; ++round) {  // stretched, and small enough to be exact
+    const ui::Rect f = card->frame();
+    const QImage image = picture(round ? "circle" : "card");
+    EXPECT_EQ(at(image, f.center().x, f.center().y), QColor(0, 255, 0));
+    EXPECT_EQ(at(image, f.center().x, f.y + 1), QColor(255, 0, 0));
+    EXPECT_EQ(at(image, f.right() - 1.5, f.center().y), QColor(255, 0, 0));
+    const QColor corner = at(image, f.x + 1, f.y + 1);
+    EXPECT_TRUE(corner.red() == corner.green() && corner.red() > 150) << "no corner: rounded off";
+    const QColor below = at(image, f.center().x, f.bottom() + 4);
+    EXPECT_TRUE(below.red() == below.green() && below.red() < 235) << "the shadow falls below";
+    EXPECT_GT(at(image, f.center().x, f.y - 4).red(), below.red()) << "…more than above";
+    card->setFrame({50, 50, 32, 32});
+  }
+}
+
+TEST_F(OnScreen, EdgesAndTextLieOnThePixelGrid) {
+  QImage image = picture();
+  ASSERT_EQ(image.size(), QSize(750, 1334));
+  box({10.5, 10, 0.5, 20}, ui::kBlack);
+  auto label = addText("Nitido", {40, 100, 200, 30});
+  image = picture();
+  EXPECT_EQ(image.pixelColor(20, 30), QColor(Qt::white));
+  EXPECT_EQ(image.pixelColor(21, 30), QColor(Qt::black));
+  EXPECT_EQ(image.pixelColor(22, 30), QColor(Qt::white));
+  // A place between two pixels is one of them: the same glyphs, not blurred ones.
+  const QImage sharp = image.copy(80, 200, 300, 60);
+  label->setFrame({40.2, 100.15, 200, 30});
+  EXPECT_EQ(picture().copy(80, 200, 300, 60), sharp);
+}
+
+TEST_F(OnScreen, PlacesImagesByTheirContentMode) {
+  QImage source(40, 20, QImage::Format_RGB32);
+  source.fill(Qt::red);
+  const auto path = folder / "rosso.png";
+  ASSERT_TRUE(source.save(QString::fromStdString(path.string())));
+  auto view = add<ui::ImageView>({100, 100, 100, 100});
+  view->setImage(ui::Image::fromFile(path.string()));
+  const struct {
+    ui::ContentMode mode;
+    ui::Rect seen;
+  } cases[] = {
+      {ui::ContentMode::Fill, {100, 100, 100, 100}},
+      {ui::ContentMode::Fit, {100, 125, 100, 50}},
+      {ui::ContentMode::FillKeepingAspect, {100, 100, 100, 100}},
+      {ui::ContentMode::Center, {130, 140, 40, 20}},
+      {ui::ContentMode::TopLeft, {100, 100, 40, 20}},
+      {ui::ContentMode::BottomRight, {160, 180, 40, 20}},
+  };
+  for (const auto& c : cases) {
+    view->setContentMode(c.mode);
+    EXPECT_EQ(ink(picture(), page().bounds()), c.seen) << static_cast<int>(c.mode);
+  }
+  view->setImage(ui::Image::fromFile((folder / "manca.png").string()));
+  EXPECT_TRUE(ink(picture(), page().bounds()).empty());
+}
+
+TEST_F(OnScreen, ButtonsShowPressAndDisable) {
+  auto button = add<ui::Button>({50, 50, 150, 44});
+  button->setTitle("Premi");
+  button->setTextColor(ui::kBlack);
+  button->setBackground(ui::Color(0xFFC0C0C0));
+  const QImage calm = picture();
+  button->setPressed(true);
+  const QImage pressed = picture();
+  EXPECT_LT(at(pressed, 55, 55).red(), at(calm, 55, 55).red());
+  button->setPressed(false);
+  EXPECT_EQ(picture(), calm);
+  button->setEnabled(false);
+  EXPECT_NE(picture(), calm);
+}
+
+TEST_F(OnScreen, NothingIsDrawnWhileNothingChanges) {
+  addText("Fermo", {10, 10, 100, 30});
+  ASSERT_TRUE(settle());
+  loop.pass(100);
+  int frames = 0;
+  QObject::connect(&screen.window(), &QQuickWindow::frameSwapped, &screen.window(),
+                   [&frames] { ++frames; });
+  loop.pass(200);
+  EXPECT_EQ(frames, 0);
+  auto spinner = add<ui::ActivityIndicator>({100, 100, 40, 40});
+  spinner->setSpinning(true);
+  EXPECT_TRUE(loop.until([&] { return frames > 3; }, 5000));
+  spinner->setSpinning(false);
+  ASSERT_TRUE(settle());
+  loop.pass(100);
+  frames = 0;
+  loop.pass(200);
+  EXPECT_EQ(frames, 0);
+}
+
+TEST_F(OnScreen, AnimationsRunToTheirEnd) {
+  auto view = box({0, 0, 50, 50}, kRed);
+  ASSERT_TRUE(settle());
+  int frames = 0;
+  QObject::connect(&screen.window(), &QQuickWindow::frameSwapped, &screen.window(),
+                   [&frames] { ++frames; });
+  bool done = false;
+  app.animator().frame(*view, {300, 500, 50, 50}, {200}, [&](bool finished) { done = finished; });
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(done);
+  EXPECT_GT(frames, 3);
+  EXPECT_LT(frames, 40);
+  EXPECT_EQ(ink(picture(), page().bounds()), (ui::Rect{300, 500, 50, 50}));
+}

@@ -1,0 +1,131 @@
+// What was measured to fit does fit, and looks as it should.
+#include <cmath>
+
+#include "desk.h"
+
+static const char* const kLong =
+    "Il servizio di guardia medica è attivo nei giorni festivi e prefestivi, e dalle 20:00 "
+    "alle 8:00 di tutti gli altri: telefonare prima di andare.";
+
+class TextOnScreen : public Desk {
+ protected:
+  ui::Size drawn(const ui::Rect& frame) { return ink(picture(), frame).size(); }
+};
+
+TEST_F(TextOnScreen, ALabelOfItsMeasuredSizeShowsTheWholeText) {
+  const struct {
+    const char* text;
+    ui::Font font;
+    double width;  // 0: one line
+  } cases[] = {
+      {"Farmacia di turno", ui::Font::system(17), 0},
+      {"InfoCittà", ui::Font::bold(22), 0},
+      {"fff jjj", ui::Font::italic(31), 0},
+      {"\uE878", ui::Font::named("Material Icons", 24), 0},
+      {"una riga\ne un'altra", ui::Font::system(15), 300},
+      {kLong, ui::Font::system(15), 240},
+      {kLong, ui::Font::bold(13), 333},
+      {"parolasenzaspaziluuuuuuuuuuuuuuuuuuuuuuunga", ui::Font::system(20), 120},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    const ui::Size size = app.text().measure(c.text, c.font, c.width, c.width > 0 ? 0 : 1);
+    auto label = addText(c.text, {10, 10, c.width > 0 ? c.width : size.width, size.height});
+    label->setFont(c.font);
+    label->setMaxLines(c.width > 0 ? 0 : 1);
+    const ui::Size exact = drawn(page().bounds());
+    // With room to spare nothing is cut, so what is seen must stay the same.
+    label->setFrame({10, 10, c.width > 0 ? c.width : size.width + 150, size.height + 100});
+    EXPECT_EQ(drawn(page().bounds()), exact);
+    EXPECT_GT(exact.width, 0);
+    EXPECT_LE(exact.width, size.width + 2);
+    EXPECT_LE(exact.height, size.height + 2);
+    label->removeFromParent();
+  }
+}
+
+TEST_F(TextOnScreen, MeasuresAlikeWithAndWithoutAttributes) {
+  const auto font = ui::Font::system(16);
+  EXPECT_EQ(app.text().measure(kLong, font, 200, 0),
+            app.text().measure(ui::AttributedText(kLong), font, 200, 0));
+  const double line = app.text().lineHeight(font);
+  EXPECT_NEAR(app.text().measure("a\nb\nc", font, 0, 0).height, 3 * line, 1);
+  EXPECT_NEAR(app.text().measure(kLong, font, 200, 2).height, 2 * line, 1);
+  EXPECT_EQ(app.text().measure("", font, 200, 0), ui::Size{});
+  ui::AttributedText big("piccolo GRANDE");
+  ui::TextAttributes large;
+  large.font = ui::Font::bold(40);
+  big.apply(8, 14, large);
+  EXPECT_GE(app.text().measure(big, font, 0, 1).height, app.text().lineHeight(*large.font) - 1);
+}
+
+TEST_F(TextOnScreen, CutsWithAnEllipsisInsideItsWidth) {
+  auto label = addText(kLong, {10, 10, 200, 30});
+  const ui::Rect one = ink(picture("cut"), page().bounds());
+  EXPECT_LE(one.right(), 210);
+  EXPECT_GT(one.right(), 180);
+  label->setMaxLines(2);
+  label->setFrame({10, 10, 200, 60});
+  const ui::Rect two = ink(picture(), page().bounds());
+  EXPECT_LE(two.right(), 210);
+  EXPECT_GT(two.height, one.height * 1.5);
+  EXPECT_LT(two.height, one.height * 3);
+  label->setMaxLines(1);
+  label->setShrinksToFit(true);
+  label->setText("Una riga che entra appena rimpicciolita");
+  EXPECT_LT(ink(picture(), page().bounds()).height, one.height);
+}
+
+TEST_F(TextOnScreen, AlignsLinesAndParagraphs) {
+  auto label = addText("destra", {10, 10, 300, 30});
+  label->setAlignment(ui::TextAlign::Right);
+  EXPECT_NEAR(ink(picture(), page().bounds()).right(), 310, 2);
+  label->setAlignment(ui::TextAlign::Center);
+  EXPECT_NEAR(ink(picture(), page().bounds()).center().x, 160, 2);
+  // The second paragraph has an alignment of its own.
+  ui::AttributedText text("sinistra\ndestra");
+  ui::TextAttributes right;
+  right.alignment = ui::TextAlign::Right;
+  text.apply(9, 15, right);
+  label->setAlignment(ui::TextAlign::Left);
+  label->setMaxLines(0);
+  label->setAttributedText(text);
+  label->setFrame({10, 10, 300, 60});
+  const QImage image = picture("paragraphs");
+  const double half = 40;
+  EXPECT_NEAR(ink(image, {0, 0, kWidth, half}).x, 10, 2);
+  EXPECT_NEAR(ink(image, {0, half, kWidth, 60}).right(), 310, 2);
+}
+
+TEST_F(TextOnScreen, PaintsTheColoursOfItsRuns) {
+  ui::AttributedText text("XXXX\u2588\u2588");
+  ui::TextAttributes red;
+  red.color = ui::Color(0xFFFF0000);
+  text.apply(4, 6, red);
+  auto label = add<ui::Label>({10, 10, 200, 60});
+  label->setFont(ui::Font::system(30));
+  label->setTextColor(ui::Color(0xFF0000FF));
+  label->setAttributedText(text);
+  const QImage image = picture();
+  const ui::Rect all = ink(image, page().bounds());
+  EXPECT_EQ(at(image, all.right() - 4, all.center().y), QColor(255, 0, 0));
+  EXPECT_EQ(ink(image, {0, 0, 30, 80}).x, all.x);
+}
+
+TEST_F(TextOnScreen, TallTextIsWholeWhereverItIsScrolledTo) {
+  std::string text;
+  for (int i = 0; i < 300; ++i) text += "riga " + std::to_string(i) + "\n";
+  auto scroll = add<ui::ScrollView>({0, 0, kWidth, kHeight});
+  auto label = addText(text, {}, &scroll->content());
+  label->setMaxLines(0);
+  const double height = app.text().measure(text, label->font(), kWidth, 0).height;
+  label->setFrame({0, 0, kWidth, height});
+  scroll->setContentSize({kWidth, height});
+  const double line = height / 300;
+  for (double y : {0.0, 500.0, 1800.0, height - kHeight}) {
+    scroll->setOffset({0, y});
+    const QImage image = picture();
+    for (double at = line; at + line < kHeight - line; at += line)
+      EXPECT_GT(ink(image, {0, at, kWidth, line}).width, 20) << "at " << y << " + " << at;
+  }
+}
