@@ -112,7 +112,9 @@ class KesCommon final : public Object {
   static void LogColor(const Value& text, std::int32_t color);
   static void addLogPrefix(const Text& text, const Text& prefix);
 
-  KesExceptionWrapper LastException() const { return KesExceptionWrapper(Kes::shared().lastError()); }
+  KesExceptionWrapper LastException() const {
+    return KesExceptionWrapper(Kes::shared().lastError());
+  }
   static KesMap createMap(std::initializer_list<Value> keysAndValues);
   static bool IsDevTool(std::string_view name);
   static Text GetType(const Value& v);

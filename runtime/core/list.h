@@ -47,9 +47,7 @@ class KesList final : public TypedWrapper<KesList, ArrayStore> {
   auto end() const { return store().items().end(); }
 
  private:
-  const ArrayStore& store() const {
-    return *static_cast<const ArrayStore*>(object().object());
-  }
+  const ArrayStore& store() const { return *static_cast<const ArrayStore*>(object().object()); }
   std::vector<Value>& items();
   void sort(bool ascending, bool caseInsensitive);
   void sortList(std::string_view field, bool ascending, bool caseInsensitive);

@@ -40,12 +40,12 @@ struct alignas(8) Cell {
   template <class T>
   T get() const noexcept {
     T v;
-    std::memcpy(&v, b, sizeof v);
+    std::memcpy(&v, b, sizeof(T));  // NOLINT(bugprone-sizeof-expression): pointers too
     return v;
   }
   template <class T>
   void put(T v) noexcept {
-    std::memcpy(b, &v, sizeof v);
+    std::memcpy(b, &v, sizeof(T));  // NOLINT(bugprone-sizeof-expression): pointers too
   }
   unsigned char& aux() { return b[14]; }
   unsigned char aux() const { return b[14]; }

@@ -85,16 +85,13 @@ TEST(Conversions, TextAsNumbers) {
       {"nan", "Cannot parse: nan", 0, false},
       {"1e999", "inf", 1, true},
       {"-1e999", "-inf", -1, true},
-      {"1e-999", "Cannot parse: 1e-999", 1, true},
+      {"1e-999", "Cannot parse: 1e-999", 1, true},  // a zero that does not begin with one
       {"99999999999999999999", "1e+20", INT64_MAX, true},
       {"-99999999999999999999", "-1e+20", INT64_MIN, true},
       {"9007199254740993", "9007199254740992", 9007199254740993, true},
   };
   for (const auto& [text, expected, whole, isNumber] : cases) {
-    if (std::string_view(text) == "1e-999")
-      EXPECT_EQ(number(text), "Cannot parse: 1e-999");  // too small, and no "0" in front
-    else
-      EXPECT_EQ(number(text), expected) << text;
+    EXPECT_EQ(number(text), expected) << text;
     EXPECT_EQ(Kes::ObjectToLongNumber(text), whole) << text;
     EXPECT_EQ(KesCommon::IsNumber(text), isNumber) << text;
   }
@@ -215,7 +212,7 @@ TEST(Numbers, RandomOnesStayInRangeAndReachAll) {
   for (int i = 0; i < 6000; ++i) {
     const int r = KesCommon::Rnd(-2, 4);
     ASSERT_TRUE(r >= -2 && r < 4) << r;
-    ++seen[static_cast<std::size_t>(r + 2)];
+    ++seen[static_cast<unsigned>(r + 2)];
   }
   // About 1000 each; ten times the standard deviation off would be no chance.
   for (const int n : seen) EXPECT_NEAR(n, 1000, 290);

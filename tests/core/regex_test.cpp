@@ -18,18 +18,18 @@ using Texts = std::vector<std::string>;
 
 TEST(Regex, MatchesTheWholeText) {
   struct {
-    int options;
     const char *pattern, *text;
+    std::int32_t options;
     bool matches;
   } cases[] = {
-      {0, "[^@]+@[^@]+", "a@b", true},
-      {0, "[^@]+", "a@b", false},
-      {0, "a|ab", "ab", true},
-      {0, "caffè.", "caffè😀", true},
-      {0, "CAFFÈ", "caffè", false},
-      {KesRegex::CASE_INSENSITIVE, "CAFFÈ", "caffè", true},
-      {0, "a*", "", true},
-      {KesRegex::MULTILINE, "^b$", "a\nb", false},
+      {"[^@]+@[^@]+", "a@b", 0, true},
+      {"[^@]+", "a@b", 0, false},
+      {"a|ab", "ab", 0, true},
+      {"caffè.", "caffè😀", 0, true},
+      {"CAFFÈ", "caffè", 0, false},
+      {"CAFFÈ", "caffè", KesRegex::CASE_INSENSITIVE, true},
+      {"a*", "", 0, true},
+      {"^b$", "a\nb", KesRegex::MULTILINE, false},
   };
   for (const auto& c : cases)
     EXPECT_EQ(KesRegex::IsMatch2(c.options, c.pattern, c.text), c.matches) << c.pattern;
