@@ -1,0 +1,90 @@
+// A headless phone with the runtime's views, and an owner that notes down its events.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/headless/fixed_text_engine.h"
+#include "platform/headless/headless_pump.h"
+#include "runtime/core/module.h"
+#include "runtime/data/register_data.h"
+#include "runtime/views/app_delegate.h"
+#include "runtime/views/layout_builder.h"
+#include "runtime/views/register_views.h"
+#include "tests/support/test_platform.h"
+#include "tools/layout_bytes.h"
+#include "tools/layout_compiler.h"
+
+namespace kes {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+using Trace = std::vector<std::string>;
+
+// Text of a failing call, or "" when it did not fail.
+template <class F>
+std::string failure(F&& f) {
+  try {
+    f();
+  } catch (const KesException& e) {
+    return e.reason().str();
+  }
+  return "";
+}
+
+// Layouts are compiled in place, under the name given.
+inline void writeLayout(const std::string& name, std::string_view source) {
+  testing_support::TestPlatform::write(
+      std::filesystem::path(platform::current().folders().assets) / (name + ".kil"),
+      layouts::toBytes(layouts::compile(source, name)));
+}
+
+struct Phone {
+  explicit Phone(ui::Size size = {320, 568}) : screen(size) {
+    registerData();
+    registerViews();
+    KesLayoutBuilder::state() = {};
+    window->makeKey();
+    window->show();
+  }
+
+  void turn(ui::Size size) {
+    screen.setSize(size);
+    app.screenChanged();
+    pump.drain();
+  }
+  void tap(const ui::View& view) {
+    const ui::Rect f = view.frameInWindow();
+    tapAt(f.center());
+  }
+  void tapAt(ui::Point p) {
+    app.pointer(ui::PointerPhase::Began, 1, p.x, p.y);
+    app.pointer(ui::PointerPhase::Ended, 1, p.x, p.y);
+    pump.drain();
+  }
+
+  testing_support::TestPlatform test;
+  headless::HeadlessScreen screen;
+  headless::FixedTextEngine text;
+  ui::Application app{screen, text};
+  headless::HeadlessPump pump{test.platform(), test.clock(), screen, app};
+  ui::Ref<ui::Window> window = ui::makeShared<ui::Window>(app.screenBounds());
+};
+
+class ViewsTest : public testing::Test {
+ public:
+  Phone phone;
+};
+
+// A page without bars, fitted to the window.
+inline KesPage showPage(Phone& phone, const Ref<Kes>& bi, const char* prefix) {
+  KesPage page;
+  page.Initialize(bi, prefix);
+  phone.window->setRootViewController(page.native());
+  phone.pump.drain();
+  return page;
+}
+
+}  // namespace kes
