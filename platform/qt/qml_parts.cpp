@@ -23,7 +23,7 @@ std::unique_ptr<QQuickItem> QmlParts::make(const QString& name) {
     component = new QQmlComponent(
         engine_.get(), QUrl(QStringLiteral("qrc:/platform_qt/controls/%1.qml").arg(name)),
         engine_.get());
-  QObject* made = component->create();
+  QObject* made = component->isError() ? nullptr : component->create();
   auto* item = qobject_cast<QQuickItem*>(made);
   if (!item) {
     delete made;

@@ -96,7 +96,7 @@ void QtScreen::Parts::setUp() {
   }
   window.filter = [this](QEvent& event) { return watch(event); };
   root.setSize(QSizeF(window.size()));
-  root.setFlag(QQuickItem::ItemIsFocusScope, false);
+  root.setActiveFocusOnTab(true);
   root.makeFrame = [this] { makeFrame(); };
   root.focusReturned = [](bool forward) {
     if (auto* app = ui::Application::current())

@@ -26,7 +26,8 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   visible_ = visible;
   const bool fresh = std::exchange(stale_, false);
   if (fresh) changed = ui::Change::All;
-  if (fresh || moved || former != size() || changed != ui::Change::None) sync(view, changed);
+  if (fresh || moved || former != size() || changed != ui::Change::None || wantsSync())
+    sync(view, changed);
 }
 
 BoxLook ViewItem::lookOf(const ui::View& view, ui::Color background) const {

@@ -64,8 +64,10 @@ class ViewItem : public PaintedItem {
   const ui::Rect& visibleArea() const { return visible_; }
   // Needs a sync() when another part of it can be seen.
   virtual bool followsClip() const { return false; }
+  // Has waited for something of the screen's that has come about.
+  virtual bool wantsSync() const { return false; }
   void scaleChanged() override;
-  Stage& stage() { return stage_; }
+  Stage& stage() const { return stage_; }
 
  private:
   Stage& stage_;

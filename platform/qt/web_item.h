@@ -33,6 +33,7 @@ class WebItem final : public ViewItem {
 
  protected:
   void sync(ui::View& view, ui::Change changed) override;
+  bool wantsSync() const override { return !page_ && !failed_ && stage().firstFrameShown; }
 
  private Q_SLOTS:
   void loaded(bool success, const QUrl& url);

@@ -53,13 +53,13 @@ WebEngineView {
     settings.showScrollBars: false
     settings.focusOnNavigationEnabled: false
 
-    Component.onCompleted: userScripts.insert({
+    Component.onCompleted: userScripts.collection = [{
         name: "host",
         injectionPoint: WebEngineScript.DocumentCreation,
         worldId: WebEngineScript.MainWorld,
         runsOnSubFrames: false,
         sourceCode: "window.host = { post: m => console.debug('\\u0001post' + m) };"
-    })
+    }]
 
     onNavigationRequested: request => {
         // What the program asked for itself is typed; frames inside a page load freely,

@@ -1,0 +1,173 @@
+// Web views: the engine comes late, pages show what they were given, links are asked
+// about, scripts and messages pass.
+#include <fstream>
+#include <sstream>
+
+#include "desk.h"
+#include "platform/ui/scroll_view.h"
+#include "platform/ui/web_view.h"
+
+class Pages : public Desk {
+ protected:
+  Pages() : web(ui::makeShared<ui::WebView>()) {
+    web->setFrame({0, 0, kWidth, 400});
+    web->onOverrideUrl = [this](const std::string& url) {
+      asked.push_back(url);
+      return true;
+    };
+    web->onPageFinished = [this](bool success, const std::string& url) {
+      finished.push_back((success ? "ok " : "failed ") + url);
+    };
+    web->onMessage = [this](const std::string& message) { messages.push_back(message); };
+  }
+  void show() { page().addSubview(web); }
+  static bool engineLoaded() {
+    std::ifstream maps("/proc/self/maps");
+    std::stringstream text;
+    text << maps.rdbuf();
+    return text.str().find("WebEngineCore") != std::string::npos;
+  }
+
+  ui::Ref<ui::WebView> web;
+  std::vector<std::string> asked, finished, messages;
+};
+
+TEST_F(Pages, TheEngineStartsWithTheFirstPageThatIsSeenAfterTheFirstFrame) {
+  bool early = false;
+  screen.onFirstFrame = [&] { early = engineLoaded(); };
+  web->loadHtml("<body style='background:#00ff00'>verde</body>");
+  auto scroll = add<ui::ScrollView>({0, 0, kWidth, kHeight});
+  scroll->setContentSize({kWidth, 5000});
+  web->setFrame({0, 2000, kWidth, 400});
+  scroll->content().addSubview(web);
+  ASSERT_TRUE(settle());
+  // As one program, an earlier test may have started it.
+  const bool fresh = testing::UnitTest::GetInstance()->test_to_run_count() == 1;
+  EXPECT_TRUE(!fresh || !engineLoaded()) << "out of sight";
+  web->setFrame({0, 100, kWidth, 400});
+  const QImage image = picture("green");
+  EXPECT_TRUE(engineLoaded());
+  EXPECT_FALSE(fresh && early);
+  EXPECT_EQ(finished, (std::vector<std::string>{"ok "}));
+  EXPECT_EQ(at(image, 200, 400), QColor(0, 255, 0));
+  EXPECT_EQ(at(image, 200, 90), QColor(Qt::white));
+  // Out of sight and back: the same page, not loaded again.
+  scroll->setOffset({0, 2000});
+  ASSERT_TRUE(settle());
+  scroll->setOffset({0, 0});
+  EXPECT_EQ(at(picture(), 200, 400), QColor(0, 255, 0));
+  EXPECT_EQ(finished.size(), 1U);
+}
+
+TEST_F(Pages, EveryLinkIsAskedAbout) {
+  show();
+  web->loadHtml(R"(<body style='margin:0;font:20px sans-serif'>
+    <a style='display:block;height:100px' href='http://varlo.test/uno'>uno</a>
+    <a style='display:block;height:100px' target='_blank' href='tel:+390123'>due</a>
+    <a style='display:block;height:100px' href='javascript:window.open("http://varlo.test/tre")'>tre</a>
+    <a style='display:block;height:100px' onclick='location.href="http://varlo.test/quattro"'>quattro</a>
+    </body>)",
+                "http://varlo.test/pagina");
+  ASSERT_TRUE(settle());
+  picture("links");
+  EXPECT_TRUE(asked.empty()) << "what the program loads itself isn't asked about";
+  const std::vector<std::string> expected{"http://varlo.test/uno", "tel:+390123",
+                                          "http://varlo.test/tre", "http://varlo.test/quattro"};
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    hand.tap({20, 10 + 100.0 * static_cast<double>(i)});
+    ASSERT_TRUE(loop.until([&] { return asked.size() > i; }, 10000)) << expected[i];
+  }
+  EXPECT_EQ(asked, expected);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(finished, (std::vector<std::string>{"ok http://varlo.test/pagina"}))
+      << "none was followed";
+}
+
+TEST_F(Pages, ALinkThatIsAllowedIsFollowedInPlace) {
+  show();
+  const auto other = folder / "altra.html";
+  std::ofstream(other) << "<body style='background:#ff0000'>altra</body>";
+  const std::string url = "file://" + other.string();
+  web->onOverrideUrl = [&](const std::string& asking) {
+    asked.push_back(asking);
+    return false;
+  };
+  web->loadUrl(url);
+  EXPECT_EQ(at(picture("followed"), 200, 200), QColor(255, 0, 0));
+  EXPECT_EQ(asked, (std::vector<std::string>{url})) << "once";
+  EXPECT_EQ(finished, (std::vector<std::string>{"ok " + url}));
+  EXPECT_EQ(web->displayText(), "altra");
+  // One that isn't stays where it is.
+  web->onOverrideUrl = [](const std::string&) { return true; };
+  web->loadUrl("http://varlo.test/");
+  ASSERT_TRUE(settle());
+  EXPECT_FALSE(web->loading());
+  EXPECT_EQ(finished.size(), 1U);
+  EXPECT_EQ(at(picture(), 200, 200), QColor(255, 0, 0));
+}
+
+TEST_F(Pages, AnAddressThatDoesNotAnswerFails) {
+  show();
+  web->onOverrideUrl = nullptr;
+  web->loadUrl("http://127.0.0.1:1/niente");
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(finished, (std::vector<std::string>{"failed http://127.0.0.1:1/niente"}));
+  EXPECT_FALSE(web->loading());
+}
+
+TEST_F(Pages, ScriptsRunInOrderAndPostMessages) {
+  show();
+  web->loadHtml("<script>var n = 1; host.post('caricata ' + n)</script><p>\u00E8 qui</p>");
+  web->runScript("n += 1; host.post('primo ' + n)");
+  web->runScript("n += 1; host.post('secondo ' + n)");
+  ASSERT_TRUE(loop.until([&] { return messages.size() == 3; }, 20000));
+  EXPECT_EQ(messages, (std::vector<std::string>{"caricata 1", "primo 2", "secondo 3"}));
+  web->runScript("host.post(document.querySelector('p').innerText)");
+  ASSERT_TRUE(loop.until([&] { return messages.size() == 4; }, 20000));
+  EXPECT_EQ(messages.back(), "\u00E8 qui");
+}
+
+TEST_F(Pages, APageReachesOnlyWhatItsBaseMay) {
+  show();
+  QImage red(10, 10, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  ASSERT_TRUE(red.save(QString::fromStdString((folder / "rosso.png").string())));
+  const std::string html = "<body style='margin:0'><img src='" + std::string("file://") +
+                           (folder / "rosso.png").string() + "' width=200 height=200></body>";
+  web->loadHtml(html, "http://varlo.test/");
+  EXPECT_NE(at(picture(), 100, 100), QColor(255, 0, 0)) << "a page of the net reads no files";
+  web->loadHtml(html);
+  EXPECT_NE(at(picture(), 100, 100), QColor(255, 0, 0));
+  web->loadHtml(html, "file://" + folder.string() + "/");
+  EXPECT_EQ(at(picture("file-base"), 100, 100), QColor(255, 0, 0));
+}
+
+TEST_F(Pages, LongHtmlIsShownWhole) {
+  show();
+  std::string html = "<body style='margin:0;background:#0000ff'><!--" + std::string(3000000, '<') +
+                     "--><script>host.post('fine ' + document.body.childNodes[0].length)</script>";
+  web->loadHtml(html);
+  ASSERT_TRUE(loop.until([&] { return !messages.empty(); }, 20000));
+  EXPECT_EQ(messages, (std::vector<std::string>{"fine 3000000"}));
+  EXPECT_EQ(at(picture(), 200, 200), QColor(0, 0, 255));
+  EXPECT_EQ(finished, (std::vector<std::string>{"ok "}));
+}
+
+TEST_F(Pages, TheKeyboardEntersAPageAndLeavesItAtItsEnds) {
+  show();
+  auto after = addText("dopo", {0, 450, 100, 40});
+  after->setUserInteraction(true);
+  after->setOnTap([](ui::View&) {});
+  web->loadHtml("<a id=a href='http://varlo.test/uno'>uno</a>");
+  ASSERT_TRUE(settle());
+  hand.press(ui::Key::Tab);
+  ASSERT_TRUE(loop.until([&] { return web->isFocused(); }, 5000));
+  // The link is the first stop in the page; Enter follows it.
+  hand.press(ui::Key::Tab);
+  web->runScript("setInterval(() => host.post(document.activeElement.id), 20)");
+  ASSERT_TRUE(loop.until([&] { return !messages.empty() && messages.back() == "a"; }, 10000));
+  hand.press(ui::Key::Enter);
+  ASSERT_TRUE(loop.until([&] { return !asked.empty(); }, 10000));
+  hand.press(ui::Key::Tab);
+  EXPECT_TRUE(loop.until([&] { return after->isFocused(); }, 5000));
+}
