@@ -1,5 +1,6 @@
 #include "runtime/net/http.h"
 
+#include <atomic>
 #include <charconv>
 #include <filesystem>
 #include <mutex>
@@ -59,7 +60,7 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
 
   void completed(const platform::UrlTask& task, const platform::UrlResponse* response,
                  const std::string* error) override {
-    if (!error && isSuccess(response)) return;
+    if (ended_ || (!error && isSuccess(response))) return;
     auto sender = engine_.lock();
     if (!sender) return;
     bi_->raiseEventFromDifferentThread(
@@ -80,28 +81,33 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
     std::lock_guard lock(mutex_);
     credentials_[url] = std::move(credential);
   }
-  void cancelHop() { hop_.cancel(); }
+  // Tells nothing more, and lets the session's thread go if it waits for the main thread.
+  void end() {
+    ended_ = true;
+    hop_.cancel();
+  }
 
  private:
   const WeakRef<KesHttp> engine_;
   const Ref<Kes> bi_;
   const Text prefix_;
   platform::MainHop hop_;
+  std::atomic<bool> ended_{false};
   std::mutex mutex_;
   std::unordered_map<std::string, platform::UrlCredential> credentials_;
 };
 
-KesHttp::~KesHttp() { stop(); }
+KesHttp::~KesHttp() { end(); }
 
-void KesHttp::stop() {
+void KesHttp::end() {
   // First, as the session's thread may be waiting for this one.
-  if (delegate_) delegate_->cancelHop();
+  if (delegate_) delegate_->end();
   session_.reset();
   delegate_.reset();
 }
 
 void KesHttp::start(const Ref<Kes>& bi, const Text& eventPrefix, bool trustAll) {
-  stop();
+  end();
   auto& platform = platform::current();
   platform::UrlSession::Configuration configuration;
   configuration.temporaryFolder = platform.folders().temporary;

@@ -7,7 +7,7 @@
 // Both come on the main thread. The engine waits for the success event and deletes the
 // body when it has returned; code inside must not wait for another request. The error
 // event is a task of its own. Owned by whoever initialised it. It has to end before the
-// platform does; what is under way is then dropped without an event. Main thread.
+// platform does. Main thread.
 #pragma once
 
 #include "platform/base/url_session.h"
@@ -26,6 +26,8 @@ class KesHttp final : public Object {
   // Takes any TLS certificate.
   void InitializeAcceptAll(const Ref<Kes>& bi, const Text& eventPrefix);
   bool IsInitialized() const { return session_ != nullptr; }
+  // Drops what is under way, without an event, and the session with it.
+  void end();
 
   // Throw "Object was not initialized (%@)" without a session or a request.
   void Execute(const KesHttpRequest& request, std::int32_t taskId);
@@ -36,7 +38,6 @@ class KesHttp final : public Object {
  private:
   class Delegate;
   void start(const Ref<Kes>& bi, const Text& eventPrefix, bool trustAll);
-  void stop();
 
   std::shared_ptr<Delegate> delegate_;
   std::unique_ptr<platform::UrlSession> session_;

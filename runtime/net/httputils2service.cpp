@@ -20,6 +20,8 @@ void kes_httputils2service::describe(ClassBuilder<kes_httputils2service>& c) {
 }
 
 void kes_httputils2service::_process_globals() {
+  // An event that waits its turn may hold the former engine for a while yet.
+  _hc->end();
   _hc = platform::makeShared<KesHttp>();
   _taskidtojob = KesMap();
   _tempfolder = Text();
@@ -56,7 +58,7 @@ void kes_httputils2service::_hc_responseerror(const Ref<KesHttpResponse>&, const
 void kes_httputils2service::_completejob(std::int32_t taskId, bool success,
                                          const Text& errorMessage,
                                          const Ref<KesHttpResponse>& response) {
-  const auto job = _taskidtojob.Get(taskId).as<kes_httpjob>();
+  const auto job = jobsInFlight() ? _taskidtojob.Get(taskId).as<kes_httpjob>() : nullptr;
   if (!job) return;
   _taskidtojob.Remove(taskId);
   job->_success = success;

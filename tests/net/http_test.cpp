@@ -241,6 +241,22 @@ TEST_F(HttpTest, MayEndInsideItsEventAndWhileItsThreadWaitsForTheMainThread) {
   EXPECT_EQ(owner->events.size(), 1u) << "an event came after the engine's end";
 }
 
+// Symptom: an error event that waited its turn kept the engine, and what it had under way,
+// alive beyond its end.
+TEST_F(HttpTest, EndsAtOnceWhileAnErrorEventWaits) {
+  RawServer server([](RawServer::Peer& peer) { peer.awaitHangUp(); });
+  KesHttpRequest request;
+  request.InitializeGet(server.url());
+  http->Execute(request, 1);
+  request.InitializeGet("nessun indirizzo");
+  http->Execute(request, 2);
+  ASSERT_TRUE(phone.platform().mainQueue().waitForTask(30000));
+  http->end();
+  EXPECT_FALSE(http->IsInitialized());
+  phone.drain();
+  EXPECT_EQ(owner->events, Trace{"error 0 #2"}) << "what had been told, and nothing else";
+}
+
 TEST_F(HttpTest, JudgesCertificatesUnlessToldToTakeAll) {
   Nginx nginx(phone.root() / "nginx", "location / { return 200 sicuro; }");
   get(nginx.url() + "/");

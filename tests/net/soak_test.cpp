@@ -87,13 +87,17 @@ TEST_F(NetTest, TenThousandJobsEndOnceEachWhateverGoesWrong) {
     auto crowd = make<Crowd>(Ref<Kes>(), town.url());
     for (int i = 0; i < kInFlight; ++i) crowd->run();
     int most = 0;
-    ASSERT_TRUE(phone.runUntil(
-        [&] {
-          most = std::max(most, service().jobsInFlight());
-          return crowd->finished == kInFlight;
-        },
-        60000))
-        << crowd->told.size() << " of " << kJobs << " ended";
+    // As long as it gets on; how fast is the machine's affair.
+    for (int before = -1; crowd->finished < kInFlight;) {
+      ASSERT_GT(crowd->started, before) << "no job ended for half a minute";
+      before = crowd->started;
+      phone.runUntil(
+          [&] {
+            most = std::max(most, service().jobsInFlight());
+            return crowd->finished == kInFlight || crowd->started > before + 1000;
+          },
+          30000);
+    }
     EXPECT_EQ(most, kInFlight);
     EXPECT_EQ(crowd->unclaimed, 0);
     ASSERT_EQ(crowd->told.size(), static_cast<std::size_t>(kJobs));
