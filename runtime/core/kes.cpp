@@ -116,6 +116,12 @@ std::vector<KesWaitForEvent>& Kes::waitsFor(std::string_view event) {
   return waits_.back().list;
 }
 
+void Kes::cancelWaits() {
+  const platform::Keep keep(this);
+  parked_ = 0;
+  const auto cancelled = std::exchange(waits_, {});
+}
+
 bool Kes::checkAndRunWaitForEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
   auto* waits = findWaits(event, hashName(event));
   return waits && wake(*waits, sender, params);

@@ -67,6 +67,9 @@ class Kes final : public Object {
   // The parked waits of an event in waking order; for the waits themselves and tests.
   std::vector<KesWaitForEvent>& waitsFor(std::string_view event);
   std::size_t parkedCount() const { return parked_; }
+  // Cancels every parked sub. A component with a sub that is never woken keeps itself
+  // alive through it: whoever ends such a component before its time calls this.
+  void cancelWaits();
   void noteParked(std::ptrdiff_t change) { parked_ += change; }
 
   bool isShellBI() const { return false; }
