@@ -55,6 +55,9 @@ constexpr const char* kModules[] = {
 
 }  // namespace
 
+kes_main::kes_main() = default;
+kes_main::~kes_main() = default;
+
 void kes_main::describe(ClassBuilder<kes_main>& c) {
   c.name("kes_main");
   c.sub<&kes_main::_application_start>("application_start");

@@ -31,6 +31,8 @@ class kes_infocitta_entity;
 
 class kes_main final : public Module<kes_main> {
  public:
+  kes_main();
+  ~kes_main() override;
   static void describe(ClassBuilder<kes_main>& c);
   void initializeStaticModules() override;
   void _process_globals() override;
