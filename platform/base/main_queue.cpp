@@ -60,8 +60,10 @@ void MainQueue::post(Task task) {
     collectDue();
     ready_.push_back(std::move(task));
     waker = waker_;
+    // Under the lock: once it is free the main thread may run the task and end the queue.
+    posted_.notify_all();
   }
-  wake(waker);
+  if (waker && *waker) (*waker)();
 }
 
 void MainQueue::postAfter(std::int64_t milliseconds, Task task) {
@@ -72,8 +74,9 @@ void MainQueue::postAfter(std::int64_t milliseconds, Task task) {
     const auto delay = std::clamp<std::int64_t>(milliseconds, 0, kLongestDelay);
     delayed_.push({clock_.monotonic() + delay, order_++, std::move(task)});
     waker = waker_;
+    posted_.notify_all();
   }
-  wake(waker);
+  if (waker && *waker) (*waker)();
 }
 
 bool MainQueue::postAndWait(Task task) {
@@ -168,11 +171,6 @@ void MainQueue::setWaker(std::function<void()> waker) {
 
 void MainQueue::setFaultHandler(std::function<void(std::exception_ptr)> handler) {
   fault_ = std::move(handler);
-}
-
-void MainQueue::wake(const std::shared_ptr<const std::function<void()>>& waker) {
-  posted_.notify_all();
-  if (waker && *waker) (*waker)();
 }
 
 bool MainQueue::isClosed() const {

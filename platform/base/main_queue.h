@@ -71,7 +71,6 @@ class MainQueue {
     bool operator<(const Delayed& o) const { return due != o.due ? due > o.due : order > o.order; }
   };
   void collectDue() const;  // with the lock held
-  void wake(const std::shared_ptr<const std::function<void()>>& waker);
   void run(Task& task);
 
   const Clock& clock_;

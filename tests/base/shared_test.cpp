@@ -53,13 +53,12 @@ TEST(WeakRefs, ReadAsNullWhileTheObjectIsBeingDestroyed) {
 
 TEST(WeakRefs, LockOnOneThreadWhileTheLastReferenceGoesOnAnother) {
   std::atomic<int> alive{0};
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 500; ++round) {
     auto strong = makeShared<Counted>(alive);
     WeakRef<Counted> weak(strong);
     std::atomic<bool> go{false};
     std::thread locker([weak, &go] {
-      while (!go) {
-      }
+      while (!go) std::this_thread::yield();
       for (int i = 0; i < 20; ++i) {
         WeakRef<Counted> copy(weak);
         if (auto s = copy.lock()) {

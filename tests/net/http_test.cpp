@@ -26,8 +26,10 @@ class EngineOwner : public KesClass {
   void _hc_responsesuccess(const Ref<KesHttpResponse>& response, std::int32_t id) {
     last = response;
     status = response->StatusCode();
-    if (onSuccess) onSuccess();
-    body = response->GetString().str();
+    if (onSuccess)
+      onSuccess();
+    else
+      body = response->GetString().str();
     events.push_back("success " + std::to_string(status) + " #" + std::to_string(id));
   }
   void _hc_responseerror(const Ref<KesHttpResponse>& response, const Text& reason,
@@ -54,6 +56,10 @@ class HttpTest : public NetTest {
     owner = make<EngineOwner>(Ref<Kes>());
     http = platform::makeShared<KesHttp>();
     http->Initialize(owner->bi(), "HC");
+  }
+  ~HttpTest() override {
+    if (http) http->end();
+    EXPECT_EQ(faults, Trace{});
   }
   void await(std::size_t events = 1) {
     ASSERT_TRUE(phone.runUntil([&] { return owner->events.size() >= events; }, 30000));

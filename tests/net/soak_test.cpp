@@ -8,7 +8,11 @@ using namespace kes;
 
 namespace {
 
+#ifdef __SANITIZE_THREAD__
+constexpr int kJobs = 4000;  // ten times as slow, and races show long before
+#else
 constexpr int kJobs = 10000;
+#endif
 constexpr int kInFlight = 64;
 
 class Crowd : public KesClass {
@@ -68,7 +72,7 @@ std::size_t openFiles() {
 
 }  // namespace
 
-TEST_F(NetTest, TenThousandJobsEndOnceEachWhateverGoesWrong) {
+TEST_F(NetTest, ThousandsOfJobsEndOnceEachWhateverGoesWrong) {
   ClassRegistry::instance().add<Crowd>();
   const auto filesBefore = openFiles();
   {
