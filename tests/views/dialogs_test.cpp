@@ -208,6 +208,11 @@ TEST_F(DialogsTest, MessageBoxesAnswerFromTheQueueWithTheButtonsText) {
   press(0);
   phone.pump.settle();
   EXPECT_EQ(owner->trace.size(), 2u);
+
+  Msgbox2(owner->bi(), "Msg", "Senza bottoni", "", KesList::of({}));
+  phone.pump.settle();
+  phone.tapAt({5, 5});
+  EXPECT_TRUE(phone.app.dialogs().empty()) << "there is a way out";
 }
 
 }  // namespace

@@ -1,0 +1,83 @@
+// What a row of a list costs, counted at the allocator for the whole program.
+#include <malloc.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "runtime/views/kex_view_wrapper.h"
+#include "runtime/views/label_wrapper.h"
+#include "views_fixture.h"
+
+namespace {
+std::atomic<long long> g_live{0};
+
+void* take(std::size_t size) {
+  void* p = std::malloc(size);
+  if (!p) std::abort();
+  g_live += static_cast<long long>(malloc_usable_size(p));
+  return p;
+}
+void give(void* p) noexcept {
+  if (p) g_live -= static_cast<long long>(malloc_usable_size(p));
+  std::free(p);
+}
+}  // namespace
+
+void* operator new(std::size_t size) { return take(size); }
+void* operator new[](std::size_t size) { return take(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return take(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return take(size); }
+void operator delete(void* p) noexcept { give(p); }
+void operator delete[](void* p) noexcept { give(p); }
+void operator delete(void* p, std::size_t) noexcept { give(p); }
+void operator delete[](void* p, std::size_t) noexcept { give(p); }
+
+namespace kes {
+namespace {
+
+class RowOwner final : public KesClass {
+ public:
+  static void describe(ClassBuilder<RowOwner>& c) {
+    c.name("RowOwner");
+    c.sub<&RowOwner::click>("panel_click");
+  }
+  void _initialize(int) { initializeClassModule(); }
+  void click() {}
+};
+
+TEST(ListRows, TakeUnderTwoKibibytesBesideTheirTextAndGiveItBack) {
+  Phone phone;
+  ClassRegistry::instance().add<RowOwner>();
+  auto owner = make<RowOwner>(0);
+  auto page = showPage(phone, owner->bi(), "page");
+  const auto addRow = [&](double top) {
+    auto outer = KesXUI::CreatePanel(owner->bi(), "Panel");
+    auto inner = KesXUI::CreatePanel(owner->bi(), "");
+    KesLabelWrapper label;
+    label.Initialize(owner->bi(), "");
+    label.setFont(KesFont::CreateNew(17));
+    inner.AddView(label, 5, 2, 310, 50);
+    outer.AddView(inner, 0, 0, 320, 52);
+    outer.setTag(static_cast<std::int32_t>(top));
+    page.RootPanel().AddView(outer, 0, top, 320, 52);
+  };
+  addRow(0);
+  phone.pump.drain();
+  page.RootPanel().RemoveAllViews();
+  phone.pump.drain();
+  const auto before = g_live.load();
+  constexpr int kRows = 1000;
+  for (int i = 0; i < kRows; ++i) addRow(i * 52.0);
+  phone.pump.drain();
+  const auto row = (g_live.load() - before) / kRows;
+  EXPECT_LT(row, 2048);
+  EXPECT_GT(row, 3 * static_cast<long long>(sizeof(ui::View)) / 2) << "the counter sees nothing";
+  RecordProperty("bytes", static_cast<int>(row));
+  page.RootPanel().RemoveAllViews();
+  phone.pump.drain();
+  EXPECT_LT(g_live.load() - before, 64 * 1024) << "rows that are gone still take room";
+}
+
+}  // namespace
+}  // namespace kes
