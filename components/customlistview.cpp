@@ -17,7 +17,7 @@ constexpr double kReachEndDistance = 5;
 constexpr double kTextLeft = 5, kTextTop = 2, kTextMinHeight = 50;
 constexpr std::int32_t kPressMilliseconds = 50, kHoldMilliseconds = 200, kFadeMilliseconds = 200;
 
-std::int32_t whole(double points) { return static_cast<std::int32_t>(points); }
+std::int32_t whole(double points) { return static_cast<std::int32_t>(Value(points).asInt64()); }
 
 }  // namespace
 
@@ -69,8 +69,8 @@ void kes_customlistview::_designercreateview(KesPanelWrapper base, KesLabelWrapp
   _sv.ScrollViewInnerPanel().setColor(xui.PaintOrColorToColor(properties.Get("DividerColor")));
   _dividersize = c().DipToCurrent(number("DividerHeight").asDouble());
   _pressedcolor = xui.PaintOrColorToColor(properties.Get("PressedColor"));
-  _animationduration = static_cast<std::int32_t>(
-      Kes::ObjectToLongNumber(properties.GetDefault("InsertAnimationDuration", _animationduration)));
+  _animationduration = static_cast<std::int32_t>(Kes::ObjectToLongNumber(
+      properties.GetDefault("InsertAnimationDuration", _animationduration)));
   _defaulttextcolor = label.TextColor();
   _defaulttextbackgroundcolor = base.Color();
   _designerlabel = label;
@@ -94,7 +94,8 @@ void kes_customlistview::_addtextitemcs(const KesCSBuilder& text, const Value& v
 
 void kes_customlistview::_insertat(std::int32_t index, const KexViewWrapper& panel,
                                    const Value& value) {
-  insertAtImpl(index, panel, whole(_horizontal ? panel.Width() : panel.Height()), value, 0);
+  insertAtImpl(index, panel, whole(_horizontal ? panel.Width() : panel.Height()), value,
+               std::nullopt);
 }
 
 void kes_customlistview::_insertattextitem(std::int32_t index, const Value& text,
@@ -128,7 +129,7 @@ void kes_customlistview::_insertattextitem(std::int32_t index, const Value& text
 
 void kes_customlistview::insertAtImpl(std::int32_t index, const KexViewWrapper& appPanel,
                                       std::int32_t itemSize, const Value& value,
-                                      std::int32_t initialSize) {
+                                      std::optional<std::int32_t> former) {
   if (index < 0 || index > _getsize()) item(index);  // throws
   KexViewWrapper outer = KesXUI().CreatePanel(bi(), "Panel");
   KexViewWrapper inner = appPanel;
@@ -144,9 +145,10 @@ void kes_customlistview::insertAtImpl(std::int32_t index, const KexViewWrapper& 
   added->value = value;
   added->Color = outer.Color();
 
-  const double extra = initialSize == 0 ? _dividersize : 0;
+  const std::int32_t initialSize = former.value_or(0);
+  const double extra = former ? 0 : _dividersize;
   KexViewWrapper content = _sv.ScrollViewInnerPanel();
-  const bool append = index == _getsize() && initialSize == 0;
+  const bool append = index == _getsize() && !former;
   if (append) {
     items_.push_back(added);
     added->Offset = whole(index == 0 ? _dividersize : contentSize());
@@ -182,7 +184,7 @@ void kes_customlistview::insertAtImpl(std::int32_t index, const KexViewWrapper& 
   }
 
   setContentSize(contentSize() + itemSize - initialSize + extra);
-  if (items_.size() == 1) setContentSize(contentSize() + _dividersize);
+  if (items_.size() == 1 && !former) setContentSize(contentSize() + _dividersize);
   if (index < _lastvisibleindex || [&] {
         const clvitem& last = item(_lastvisibleindex);
         return last.Offset + last.Size + _dividersize < visibleSize();
@@ -247,8 +249,7 @@ KexViewWrapper kes_customlistview::_asview() const {
 std::int32_t kes_customlistview::_getitemfromview(const KexViewWrapper& view) const {
   const Shared* content = _sv.ScrollViewInnerPanel().object().object();
   KexViewWrapper v = view;
-  for (KexViewWrapper parent = v.Parent(); parent.object().object() != content;
-       parent = v.Parent())
+  for (KexViewWrapper parent = v.Parent(); parent.object().object() != content; parent = v.Parent())
     v = parent;
   return static_cast<std::int32_t>(v.Tag().asInt64());
 }
@@ -302,9 +303,7 @@ double kes_customlistview::scrollOffset() const {
   return _horizontal ? _sv.ScrollViewOffsetX() : _sv.ScrollViewOffsetY();
 }
 
-double kes_customlistview::visibleSize() const {
-  return _horizontal ? _sv.Width() : _sv.Height();
-}
+double kes_customlistview::visibleSize() const { return _horizontal ? _sv.Width() : _sv.Height(); }
 
 void kes_customlistview::place(const clvitem& item, std::int32_t duration, double offset,
                                double size) const {

@@ -9,6 +9,8 @@
 // (offset), "_ReachEnd". A bad index throws the list's range exception. Main thread.
 #pragma once
 
+#include <optional>
+
 #include "runtime/core/list.h"
 #include "runtime/core/module.h"
 #include "runtime/views/cs_builder.h"
@@ -87,8 +89,9 @@ class kes_customlistview final : public KesClass {
 
  private:
   clvitem& item(std::int32_t index) const;
+  // `former` is the size of the item that is replaced.
   void insertAtImpl(std::int32_t index, const KexViewWrapper& panel, std::int32_t itemSize,
-                    const Value& value, std::int32_t initialSize);
+                    const Value& value, std::optional<std::int32_t> former);
   void setItemOffset(clvitem& item, std::int32_t offset);
   void scrollHandler();
   void updateVisibleRange();
