@@ -1,0 +1,151 @@
+// What a list tells its owner, and when: clicks, the visible range, scrolling, the end.
+#include "list_fixture.h"
+#include "runtime/data/date_time.h"
+
+namespace kes {
+namespace {
+
+ui::Color seenColor(const ui::View& view) { return view.presented().background; }
+ui::Color argb(std::int32_t color) { return ui::Color{static_cast<std::uint32_t>(color)}; }
+
+TEST_F(ListTest, AClickIsToldDuringTheFlashNotAfterIt) {
+  addAll({40, 40});
+  phone.pump.drain();
+  takeTrace();
+  phone.tap(view(1));
+  EXPECT_THAT(takeTrace(), ElementsAre("click 1 1"));
+  EXPECT_EQ(seenColor(view(1)), argb(KesColors::Green));
+  phone.pump.advance(50);
+  EXPECT_EQ(seenColor(view(1)), argb(KesColors::Red));
+  phone.pump.advance(149);
+  EXPECT_EQ(seenColor(view(1)), argb(KesColors::Red));
+  phone.pump.advance(101);
+  EXPECT_NE(seenColor(view(1)), argb(KesColors::Red)) << "it fades";
+  EXPECT_NE(seenColor(view(1)), argb(KesColors::Green));
+  phone.pump.advance(100);
+  EXPECT_EQ(seenColor(view(1)), argb(KesColors::Green));
+  EXPECT_EQ(seenColor(view(0)), argb(KesColors::Green));
+  EXPECT_THAT(takeTrace(), IsEmpty());
+}
+
+TEST_F(ListTest, AHandlerMayEmptyTheListUnderItsOwnClick) {
+  addAll({40, 40});
+  listener->onItemClick = [this] { list->_clear(); };
+  const Ref<ui::View> pressed(&view(1));
+  phone.pump.drain();
+  takeTrace();
+  phone.tap(*pressed);
+  EXPECT_THAT(takeTrace(), ElementsAre("click 1 1"));
+  EXPECT_EQ(list->_getsize(), 0);
+  EXPECT_EQ(pressed->parent(), nullptr);
+  phone.pump.advance(1000);
+  EXPECT_EQ(seenColor(*pressed), argb(KesColors::Green));
+}
+
+TEST_F(ListTest, AHandlerMayDropTheListItself) {
+  addAll({40});
+  listener->onItemClick = [this] {
+    page.RootPanel().RemoveAllViews();
+    list = nullptr;
+  };
+  phone.pump.drain();
+  phone.tap(view(0));
+  phone.pump.advance(1000);
+  EXPECT_TRUE(phone.test.logged("Class (kes_customlistview) instance released."));
+}
+
+TEST_F(ListTest, AnOwnerWithoutAHandlerSeesTheFlashAlone) {
+  list = newList(owner<Deaf>(), "Vertical");
+  addAll({40});
+  phone.pump.drain();
+  phone.tap(view(0));
+  phone.pump.advance(50);
+  EXPECT_EQ(seenColor(view(0)), argb(KesColors::Red));
+  phone.pump.advance(350);
+  EXPECT_EQ(seenColor(view(0)), argb(KesColors::Green));
+}
+
+TEST_F(ListTest, TheVisibleRangeIsToldLaterAndOnlyWhenItChanges) {
+  addAll({40, 40, 40, 40, 40, 40, 40, 40});
+  EXPECT_THAT(takeTrace(), IsEmpty()) << "a range is told by a later task";
+  phone.pump.drain();
+  ASSERT_FALSE(listener->trace.empty());
+  EXPECT_EQ(takeTrace().back(), "range 0..4");
+  EXPECT_EQ(list->_getfirstvisibleindex(), 0);
+  EXPECT_EQ(list->_getlastvisibleindex(), 4);
+  scrollTo(3);
+  EXPECT_THAT(takeTrace(), ElementsAre("scroll 3"));
+  phone.pump.drain();
+  EXPECT_THAT(takeTrace(), IsEmpty()) << "another offset, the same items";
+  scrollTo(45.5);
+  EXPECT_THAT(takeTrace(), ElementsAre("scroll 45")) << "in place, the range still to come";
+  phone.pump.drain();
+  EXPECT_THAT(takeTrace(), ElementsAre("range 1..5"));
+}
+
+TEST_F(ListTest, TheRangeOutlivesTheItems) {
+  addAll({40, 40});
+  phone.pump.drain();
+  list->_clear();
+  EXPECT_EQ(list->_firstvisibleindex, 0);
+  EXPECT_EQ(list->_lastvisibleindex, 1);
+  takeTrace();
+  addAll({40, 40});
+  phone.pump.drain();
+  EXPECT_THAT(takeTrace(), ElementsAre("range 0..0", "range 0..1"));
+}
+
+TEST_F(ListTest, WithoutAListenerNoRangeIsKept) {
+  list = newList(owner<Deaf>(), "Vertical");
+  addAll({40, 40, 40, 40, 40, 40});
+  scrollTo(50);
+  EXPECT_EQ(list->_firstvisibleindex, -1);
+  EXPECT_EQ(list->_lastvisibleindex, 0x7FFFFFFF);
+}
+
+TEST_F(ListTest, TheEndIsToldFivePointsEarlyAndTenTimesASecondAtMost) {
+  for (int i = 0; i < 10; ++i) add(40);  // 422 points, 200 of them seen
+  phone.pump.drain();
+  const auto endsAt = [&](double offset) {
+    takeTrace();
+    scrollTo(offset);
+    phone.pump.drain();
+    return std::count(listener->trace.begin(), listener->trace.end(), "end");
+  };
+  EXPECT_EQ(endsAt(216), 0);
+  EXPECT_EQ(endsAt(217), 1);
+  phone.pump.advance(100);
+  EXPECT_EQ(endsAt(218), 0) << "within a tenth of a second";
+  phone.pump.advance(1);
+  EXPECT_EQ(endsAt(219), 1);
+  phone.pump.advance(500);
+  EXPECT_EQ(endsAt(100), 0);
+  EXPECT_EQ(endsAt(222), 1);
+}
+
+TEST_F(ListTest, AnOwnerThatDoesNotCareForTheEndIsAskedOnceADay) {
+  list = newList(owner<Deaf>(), "Vertical");
+  for (int i = 0; i < 10; ++i) add(40);
+  scrollTo(222);
+  const auto asked = DateTime().Now();
+  EXPECT_EQ(list->_lastreachendevent, asked + KesDateTime::TicksPerDay);
+  phone.pump.advance(KesDateTime::TicksPerDay);
+  scrollTo(221);
+  EXPECT_EQ(list->_lastreachendevent, asked + KesDateTime::TicksPerDay) << "not yet a day";
+  phone.pump.advance(101);
+  scrollTo(222);
+  EXPECT_EQ(list->_lastreachendevent, DateTime().Now() + KesDateTime::TicksPerDay);
+}
+
+TEST_F(ListTest, JumpingBringsTheItemToTheTop) {
+  for (int i = 0; i < 30; ++i) add(40);
+  list->_jumptoitem(12);
+  EXPECT_EQ(list->_getfirstvisibleindex(), 12);
+  EXPECT_EQ(list->_sv.ScrollViewOffsetY(), 12 * 42);
+  list->_scrolltoitem(29);
+  phone.pump.drain();
+  EXPECT_EQ(list->_sv.ScrollViewOffsetY(), contentHeight() - kListHeight);
+}
+
+}  // namespace
+}  // namespace kes
