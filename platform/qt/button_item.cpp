@@ -36,7 +36,7 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
   const double scale = scaleFactor();
   const bool pressed = button.pressed() && button.enabled();
   std::vector<Picture> pictures;
-  const ui::Rect box{0, 0, width(), height()};
+  const ui::Rect box{0, 0, frameSize().width, frameSize().height};
   const auto& back = pressed && !button.pressedBackgroundImage().empty()
                          ? button.pressedBackgroundImage()
                          : button.backgroundImage();

@@ -46,7 +46,7 @@ Picture textPicture(const TextLayout& layout, ui::Point at, const QRectF& part, 
 
 void LabelItem::sync(ui::View& view, ui::Change changed) {
   const auto& label = static_cast<ui::Label&>(view);
-  const ui::Size size{width(), height()};
+  const ui::Size size = frameSize();
   const bool anew = !layout_ || size != laidOutFor_ || ui::has(changed, ui::Change::Content);
   if (anew) {
     layout_ = fittedText(label, size);

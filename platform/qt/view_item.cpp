@@ -14,9 +14,12 @@ namespace qt {
 
 void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origin) {
   ui::View& view = seen.view;
-  const QSizeF former = size();
-  setPosition({snapped(seen.frame.x - origin.x), snapped(seen.frame.y - origin.y)});
-  setSize({seen.frame.width, seen.frame.height});
+  // Both edges lie on the pixel grid: neighbours meet, and a line keeps its width.
+  const ui::Rect at = seen.frame.movedBy(ui::Point{} - origin);
+  const QPointF corner(snapped(at.x), snapped(at.y));
+  setPosition(corner);
+  setSize({snapped(at.right()) - corner.x(), snapped(at.bottom()) - corner.y()});
+  const ui::Size former = std::exchange(frameSize_, seen.frame.size());
   setClip(view.clipsToBounds());
   setLook(lookOf(view, seen.background));
   setVisible(true);
@@ -26,7 +29,7 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   visible_ = visible;
   const bool fresh = std::exchange(stale_, false);
   if (fresh) changed = ui::Change::All;
-  if (fresh || moved || former != size() || changed != ui::Change::None || wantsSync())
+  if (fresh || moved || former != frameSize_ || changed != ui::Change::None || wantsSync())
     sync(view, changed);
 }
 

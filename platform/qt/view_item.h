@@ -62,6 +62,8 @@ class ViewItem : public PaintedItem {
   virtual BoxLook lookOf(const ui::View& view, ui::Color background) const;
   // The part of the item that can be seen, in its own points, as of the last show().
   const ui::Rect& visibleArea() const { return visible_; }
+  // The view's size as seen, which the item's is rounded from.
+  ui::Size frameSize() const { return frameSize_; }
   // Needs a sync() when another part of it can be seen.
   virtual bool followsClip() const { return false; }
   // Has waited for something of the screen's that has come about.
@@ -73,6 +75,7 @@ class ViewItem : public PaintedItem {
   Stage& stage_;
   ui::WeakRef<ui::View> view_;
   ui::Rect visible_;
+  ui::Size frameSize_;
   bool stale_ = true;
 };
 

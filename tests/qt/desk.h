@@ -5,6 +5,7 @@
 // names, for people to look at; nowhere if it isn't set.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QColor>

@@ -195,3 +195,22 @@ TEST_F(OnScreen, AnimationsRunToTheirEnd) {
   EXPECT_LT(frames, 40);
   EXPECT_EQ(ink(picture(), page().bounds()), (ui::Rect{300, 500, 50, 50}));
 }
+
+TEST_F(OnScreen, LinesBetweenRowsKeepTheirWidth) {
+  page().setBackground(kRed);
+  auto list = add<ui::ScrollView>({0, 20.3, kWidth, 500});
+  list->setContentSize({kWidth, 2000});
+  for (int i = 0; i < 20; ++i) box({0, 1 + i * 53.37, kWidth, 52.37}, ui::kWhite, &list->content());
+  const QImage image = picture("rows");
+  std::vector<int> lines;
+  int run = 0;
+  for (int y = 80; y < 1000; ++y) {
+    if (image.pixelColor(300, y) == QColor(255, 0, 0)) {
+      ++run;
+    } else if (run > 0) {
+      lines.push_back(std::exchange(run, 0));
+    }
+    EXPECT_TRUE(image.pixelColor(300, y).green() == 255 || run > 0) << "blurred at " << y;
+  }
+  EXPECT_THAT(lines, testing::AllOf(testing::SizeIs(8), testing::Each(2)));
+}
