@@ -98,10 +98,8 @@ struct World {
   ~World() { std::filesystem::remove_all(root); }
 };
 
-World& world() {
-  static World w;
-  return w;
-}
+World* current = nullptr;
+World& world() { return *current; }
 
 void layoutOfTwentyViews(benchmark::State& state) {
   auto& w = world();
@@ -213,4 +211,10 @@ BENCHMARK(visibleRange)->Arg(100)->Arg(1000)->Arg(10000);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  World w;
+  current = &w;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

@@ -114,7 +114,7 @@ int main() {
   registerNet();
   ClassRegistry::instance().add<Client>();
   town::TownHost host;
-  const std::string url = host.url() + "/_bytes/200";
+  const std::string url = host.url() + "/InfoVarlo/infocitta/master/menu.json";
   auto client = make<Client>();
   client->_initialize();
   kes_httputils2service::instance().initializeModule();
