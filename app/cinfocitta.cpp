@@ -24,8 +24,7 @@ KesList kes_cinfocitta::section(const char* key) {
 }
 
 void kes_cinfocitta::_aggiungitelefono(const Text& title, const Text& value, const Text& note) {
-  section("Contacts").Add(
-      c().createMap({"Title", title, "Value", value, "Note", note, "Type", 0}));
+  section("Contacts").Add(c().createMap({"Title", title, "Value", value, "Note", note, "Type", 0}));
 }
 
 void kes_cinfocitta::_aggiungiindirizzo(const Text& title, const Text& value, const Text& note,

@@ -32,8 +32,8 @@ kes::Text documents(std::string_view path);
 kes::Text mapsLink(std::string_view query);
 
 kes::Text appStorePage();
-kes::Text graphToken();     // 166 characters
-kes::Text placesKey();      // 39 characters
-kes::Text mapsKey();        // 39 characters
+kes::Text graphToken();  // 166 characters
+kes::Text placesKey();   // 39 characters
+kes::Text mapsKey();     // 39 characters
 
 }  // namespace varlo::deployment

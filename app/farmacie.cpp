@@ -53,12 +53,12 @@ Resumable<> kes_main::_farmacie_farmaciaaperta() {
     };
 
     const auto yesterday = _dateutils->_addperiod(DateTime().Now(), Period::ofDays(-1));
-    const auto before = co_await waitFor<KesMap>(
-        "complete:", _farmacie_recuperafarmacia(yesterday, days));
+    const auto before =
+        co_await waitFor<KesMap>("complete:", _farmacie_recuperafarmacia(yesterday, days));
     if (before.IsInitialized()) show(before, "Turno1", kUntilMorning);
 
-    const auto today = co_await waitFor<KesMap>(
-        "complete:", _farmacie_recuperafarmacia(DateTime().Now(), days));
+    const auto today =
+        co_await waitFor<KesMap>("complete:", _farmacie_recuperafarmacia(DateTime().Now(), days));
     if (today.IsInitialized()) {
       show(today, "Turno1", kRoundTheClock);
       if (textOf(today, "Turno2") != "") show(today, "Turno2", kDaytime);

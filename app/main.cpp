@@ -49,9 +49,10 @@ constexpr double kIconSize = 20;
 
 // In the order in which they are initialised.
 constexpr const char* kModules[] = {
-    "kes_main",          "kes_modpizzaprezzi", "kes_menudelgiorno", "kes_infocitta",
-    "kes_infocitta_entity", "kes_rifiuti",     "kes_modmaps",       "kes_modscuola",
-    "kes_httputils2service", "kes_dateutils"};
+    "kes_main",      "kes_modpizzaprezzi",   "kes_menudelgiorno",
+    "kes_infocitta", "kes_infocitta_entity", "kes_rifiuti",
+    "kes_modmaps",   "kes_modscuola",        "kes_httputils2service",
+    "kes_dateutils"};
 
 }  // namespace
 
@@ -151,8 +152,7 @@ void kes_main::_fm_fcmconnected() {
 }
 
 // The citizen sees the message as it came: its text form is the alert.
-void kes_main::_application_remotenotification(KesMap message,
-                                               Ref<KesCompletionHandler> handler) {
+void kes_main::_application_remotenotification(KesMap message, Ref<KesCompletionHandler> handler) {
   const Text text = c().SmartStringFormatter("", message);
   c().Log("Message arrived: " + text);
   Msgbox(text, "Push message!");
@@ -170,11 +170,21 @@ void kes_main::_lstmenu_itemclick(int, Value value) {
   const auto former = std::exchange(_imenu, chosen);
   _smc.CloseMenu();
   switch (chosen) {
-    case 1: _caricahome(); break;
-    case 4: _farmacie_farmaciaaperta(); break;
-    case 6: _infocitta_caricalistacategorie(); break;
-    case 20: _caricadisclaimer(); break;
-    case 21: _app.OpenURL(deployment::appStorePage()); break;
+    case 1:
+      _caricahome();
+      break;
+    case 4:
+      _farmacie_farmaciaaperta();
+      break;
+    case 6:
+      _infocitta_caricalistacategorie();
+      break;
+    case 20:
+      _caricadisclaimer();
+      break;
+    case 21:
+      _app.OpenURL(deployment::appStorePage());
+      break;
     default:
       // The page stays as it is, and so does what a tap on it means.
       _imenu = former;
@@ -184,13 +194,16 @@ void kes_main::_lstmenu_itemclick(int, Value value) {
 
 Resumable<> kes_main::_clv_itemclick(int, Value value) {
   switch (_imenu) {
-    case 4: _infocitta_entity->_caricaentity(KesMap::fromBoxed(value)); break;
+    case 4:
+      _infocitta_entity->_caricaentity(KesMap::fromBoxed(value));
+      break;
     case 6: {
       const auto category = KesMap::fromBoxed(value);
       _infocitta->_infocitta_caricaelementi(textOf(category, "Nome"), textOf(category, "Link"));
       break;
     }
-    default: break;
+    default:
+      break;
   }
   co_return;
 }
@@ -304,8 +317,7 @@ Text kes_main::_getstringdayfb(int day) {
 
 KesMap kes_main::_copymap(const KesMap& map) {
   KesSerializator serializer;
-  return KesMap::fromBoxed(
-      serializer.ConvertBytesToObject(serializer.ConvertObjectToBytes(map)));
+  return KesMap::fromBoxed(serializer.ConvertBytesToObject(serializer.ConvertObjectToBytes(map)));
 }
 
 Text kes_main::_getversion() {

@@ -17,8 +17,7 @@ void registerApp() {
   registerNet();
   registerViews();
   registerComponents();
-  ClassRegistry::instance()
-      .addAll<kes_main, kes_infocitta, kes_infocitta_entity, kes_cinfocitta>();
+  ClassRegistry::instance().addAll<kes_main, kes_infocitta, kes_infocitta_entity, kes_cinfocitta>();
   registerLayoutScripts();
 }
 

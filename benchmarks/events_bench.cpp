@@ -17,14 +17,38 @@ namespace {
 using namespace kes;
 
 // What the shell of an app answers to, beside the sub that is called.
-constexpr const char* kSubs[] = {
-    "application_start", "application_active", "application_background", "application_inactive",
-    "application_foreground", "application_openurl", "application_pushtoken", "clv_itemclick",
-    "home_barbuttonclick", "secondpage_barbuttonclick", "web_overrideurl", "web_pagefinished",
-    "jobdone", "msg_click", "msgbox_result", "complete", "dialog_result", "fm_fcmconnected",
-    "home_appear", "home_disappear", "home_resize", "lp_resize", "lp_appear", "lp_disappear",
-    "nc_appear", "base_resize", "sv_scrollchanged", "panel_click", "et_textchanged",
-    "et_enterpressed", "lv_selectedchanged", "timer_tick"};
+constexpr const char* kSubs[] = {"application_start",
+                                 "application_active",
+                                 "application_background",
+                                 "application_inactive",
+                                 "application_foreground",
+                                 "application_openurl",
+                                 "application_pushtoken",
+                                 "clv_itemclick",
+                                 "home_barbuttonclick",
+                                 "secondpage_barbuttonclick",
+                                 "web_overrideurl",
+                                 "web_pagefinished",
+                                 "jobdone",
+                                 "msg_click",
+                                 "msgbox_result",
+                                 "complete",
+                                 "dialog_result",
+                                 "fm_fcmconnected",
+                                 "home_appear",
+                                 "home_disappear",
+                                 "home_resize",
+                                 "lp_resize",
+                                 "lp_appear",
+                                 "lp_disappear",
+                                 "nc_appear",
+                                 "base_resize",
+                                 "sv_scrollchanged",
+                                 "panel_click",
+                                 "et_textchanged",
+                                 "et_enterpressed",
+                                 "lv_selectedchanged",
+                                 "timer_tick"};
 
 class Listener final : public KesClass {
  public:

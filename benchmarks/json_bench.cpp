@@ -10,8 +10,8 @@
 #endif
 #include <rapidjson/document.h>
 
-#include <nlohmann/json.hpp>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "runtime/data/json_parser.h"
@@ -30,8 +30,8 @@ std::string entities() {
            R"(","indirizzo":"Via Giuseppe Garibaldi, )" + n +
            R"(","citta":"Varlo","telefono":"0342 55)" + n + R"(","email":"info)" + n +
            R"(@comune.varlo.example","descrizione":"Servizio attivo tutti i giorni; la domenica )"
-           R"(è aperto solo per le urgenze.","lat":46.1)" + n + R"(3,"lon":9.8)" + n +
-           R"(7,"aperta":)" + (i % 3 ? "true" : "false") +
+           R"(è aperto solo per le urgenze.","lat":46.1)" +
+           n + R"(3,"lon":9.8)" + n + R"(7,"aperta":)" + (i % 3 ? "true" : "false") +
            R"(,"note":null,"orari":[{"giorno":1,"apre":"08:30","chiude":"12:30"},)"
            R"({"giorno":2,"apre":"14:30","chiude":"19:00"}]})";
   }

@@ -36,9 +36,8 @@ bool browserEngineLoaded() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
   const char* start = std::getenv("BENCH_START");
-  const double elapsed =
-      static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec) -
-      (start ? std::atof(start) : 0);
+  const double elapsed = static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec) -
+                         (start ? std::atof(start) : 0);
   std::printf("%.2f %d\n", elapsed / 1e6, browserEngineLoaded() ? 1 : 0);
   std::fflush(stdout);
   std::_Exit(0);

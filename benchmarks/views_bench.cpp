@@ -62,8 +62,8 @@ QByteArray markup() {
 
 // A phone offscreen, with the layout in its assets.
 struct World {
-  std::filesystem::path root = std::filesystem::temp_directory_path() /
-                               ("varlo-bench-" + std::to_string(::getpid()));
+  std::filesystem::path root =
+      std::filesystem::temp_directory_path() / ("varlo-bench-" + std::to_string(::getpid()));
   platform::SystemClock clock;
   std::unique_ptr<platform::Platform> platform;
   std::unique_ptr<platform::PlatformScope> scope;
@@ -152,7 +152,8 @@ Ref<kes_customlistview> newList(World& w, KesPanelWrapper& base) {
   KesLabelWrapper label;
   label.Initialize(w.owner->bi(), "");
   label.setFont(KesFont::CreateNew(16));
-  KesMap properties = KesCommon::createMap({"DividerColor", 0, "DividerHeight", 1, "PressedColor", 0});
+  KesMap properties =
+      KesCommon::createMap({"DividerColor", 0, "DividerHeight", 1, "PressedColor", 0});
   auto list = make<kes_customlistview>(w.owner->bi(), Value(w.owner), Text("clv"));
   list->_designercreateview(base, label, properties);
   return list;

@@ -58,8 +58,8 @@ class HeadlessSide final : public Side {
 
 }  // namespace
 
-std::unique_ptr<Side> makeHeadlessSide(platform::Platform& platform,
-                                       platform::VirtualClock& clock, const Options& options) {
+std::unique_ptr<Side> makeHeadlessSide(platform::Platform& platform, platform::VirtualClock& clock,
+                                       const Options& options) {
   return std::make_unique<HeadlessSide>(platform, clock, options);
 }
 

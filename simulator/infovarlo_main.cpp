@@ -39,9 +39,9 @@ int run() {
     throw std::runtime_error("no display was found: start it from a desktop session");
   platform::SystemClock clock;
   const fs::path data = dataFolder();
-  platform::Platform platform(
-      clock, platform::Folders{sim::assetsFolder(), folder(data / "Documents"),
-                               folder(data / "Library"), folder(data / "tmp")});
+  platform::Platform platform(clock,
+                              platform::Folders{sim::assetsFolder(), folder(data / "Documents"),
+                                                folder(data / "Library"), folder(data / "tmp")});
   platform::PlatformScope scope(platform);
   varlo::registerApp();
   qt::QtScreen screen({});

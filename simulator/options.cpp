@@ -44,9 +44,9 @@ std::int64_t parseIsoTime(const std::string& text, const std::string& zone) {
   else if (offset == "Z")
     time.SetTimeZone(0);
   else
-    time.SetTimeZone((offset[0] == '-' ? -1 : 1) *
-                     (std::stoi(offset.substr(1, 2)) +
-                      std::stoi(offset.substr(offset.size() - 2)) / 60.0));
+    time.SetTimeZone(
+        (offset[0] == '-' ? -1 : 1) *
+        (std::stoi(offset.substr(1, 2)) + std::stoi(offset.substr(offset.size() - 2)) / 60.0));
   time.setDateFormat("yyyy-MM-dd");
   try {
     return time.DateTimeParse(field(1) + "-" + field(2) + "-" + field(3),

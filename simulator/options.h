@@ -12,10 +12,10 @@ namespace sim {
 struct Options {
   enum class Screen { Qt, Headless };
 
-  std::string tour;      // folder for the tour's pictures; empty: no tour
-  std::string script;    // script file to play; empty: none
-  std::string town;      // base address of another host; empty: the embedded one
-  std::string data;      // folder of documents, library and temporary files; empty: fresh
+  std::string tour;    // folder for the tour's pictures; empty: no tour
+  std::string script;  // script file to play; empty: none
+  std::string town;    // base address of another host; empty: the embedded one
+  std::string data;    // folder of documents, library and temporary files; empty: fresh
   std::optional<std::int64_t> now;  // ticks at which the clock starts
   Screen screen = Screen::Qt;
   double width = 375, height = 667;  // points

@@ -143,8 +143,8 @@ bool Phone::busy() const {
 }
 
 std::string Phone::whatIsGoingOn() const {
-  std::string text = std::to_string(kes::kes_httputils2service::instance().jobsInFlight()) +
-                     " jobs in flight";
+  std::string text =
+      std::to_string(kes::kes_httputils2service::instance().jobsInFlight()) + " jobs in flight";
   if (side_->application().hud().progressShown())
     text += ", overlay \"" + side_->application().hud().progressText() + "\"";
   if (!side_->application().idle()) text += ", something is animated";
@@ -153,9 +153,8 @@ std::string Phone::whatIsGoingOn() const {
 
 bool Phone::logged(const std::string& text) const {
   std::lock_guard lock(logMutex_);
-  return std::any_of(log_.begin(), log_.end(), [&](const std::string& line) {
-    return line.find(text) != std::string::npos;
-  });
+  return std::any_of(log_.begin(), log_.end(),
+                     [&](const std::string& line) { return line.find(text) != std::string::npos; });
 }
 
 std::string Phone::setFaults(const std::string& json) {

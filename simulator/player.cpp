@@ -18,11 +18,11 @@ constexpr std::int64_t kIdleTimeout = 30000;
 
 ui::Key keyNamed(const std::string& name) {
   static const std::map<std::string, ui::Key> keys = {
-      {"tab", ui::Key::Tab},       {"backtab", ui::Key::BackTab}, {"enter", ui::Key::Enter},
-      {"space", ui::Key::Space},   {"escape", ui::Key::Escape},   {"up", ui::Key::Up},
-      {"down", ui::Key::Down},     {"left", ui::Key::Left},       {"right", ui::Key::Right},
-      {"pageup", ui::Key::PageUp}, {"pagedown", ui::Key::PageDown},
-      {"home", ui::Key::Home},     {"end", ui::Key::End}};
+      {"tab", ui::Key::Tab},       {"backtab", ui::Key::BackTab},   {"enter", ui::Key::Enter},
+      {"space", ui::Key::Space},   {"escape", ui::Key::Escape},     {"up", ui::Key::Up},
+      {"down", ui::Key::Down},     {"left", ui::Key::Left},         {"right", ui::Key::Right},
+      {"pageup", ui::Key::PageUp}, {"pagedown", ui::Key::PageDown}, {"home", ui::Key::Home},
+      {"end", ui::Key::End}};
   return keys.at(name);
 }
 
@@ -112,16 +112,34 @@ void Player::fault(const Command& c) {
 void Player::perform(const Command& c) {
   using Verb = Command::Verb;
   switch (c.verb) {
-    case Verb::Tap: tap(c.text, c.number, c.line); break;
-    case Verb::Type: phone_.side().type(c.text); break;
-    case Verb::Swipe: swipe(c); break;
-    case Verb::Key: phone_.side().press(keyNamed(c.text)); break;
-    case Verb::Back: phone_.side().press(ui::Key::Back); break;
-    case Verb::Menu: tap("Menu", 1, c.line); break;
-    case Verb::WaitIdle: waitIdle(c.line); break;
-    case Verb::WaitTime: phone_.side().pass(c.number); break;
+    case Verb::Tap:
+      tap(c.text, c.number, c.line);
+      break;
+    case Verb::Type:
+      phone_.side().type(c.text);
+      break;
+    case Verb::Swipe:
+      swipe(c);
+      break;
+    case Verb::Key:
+      phone_.side().press(keyNamed(c.text));
+      break;
+    case Verb::Back:
+      phone_.side().press(ui::Key::Back);
+      break;
+    case Verb::Menu:
+      tap("Menu", 1, c.line);
+      break;
+    case Verb::WaitIdle:
+      waitIdle(c.line);
+      break;
+    case Verb::WaitTime:
+      phone_.side().pass(c.number);
+      break;
     case Verb::Expect:
-    case Verb::Absent: expect(c); break;
+    case Verb::Absent:
+      expect(c);
+      break;
     case Verb::Named: {
       phone_.application().layoutIfNeeded();
       const auto tree = ui::accessibilityTree(phone_.window());
@@ -149,10 +167,18 @@ void Player::perform(const Command& c) {
     case Verb::Logged:
       if (!phone_.logged(c.text)) fail(c.line, "no line of the log has \"" + c.text + "\"");
       break;
-    case Verb::Fault: fault(c); break;
-    case Verb::Push: phone_.push(c.text); break;
-    case Verb::Background: phone_.application().enterBackground(); break;
-    case Verb::Foreground: phone_.application().activate(); break;
+    case Verb::Fault:
+      fault(c);
+      break;
+    case Verb::Push:
+      phone_.push(c.text);
+      break;
+    case Verb::Background:
+      phone_.application().enterBackground();
+      break;
+    case Verb::Foreground:
+      phone_.application().activate();
+      break;
     case Verb::Shot:
       if (!phone_.side().shot(c.text)) fail(c.line, "no picture was made of it: " + c.text);
       break;

@@ -60,7 +60,8 @@ class Line {
   }
   int number(int low, int high) {
     const auto w = word();
-    if (w.empty() || !std::all_of(w.begin(), w.end(), [](unsigned char c) { return std::isdigit(c); }) ||
+    if (w.empty() ||
+        !std::all_of(w.begin(), w.end(), [](unsigned char c) { return std::isdigit(c); }) ||
         w.size() > 8)
       fail("a number is wanted in place of \"" + w + "\"");
     const int n = std::stoi(w);

@@ -36,7 +36,7 @@ class Side {
   virtual int run() = 0;
 };
 
-std::unique_ptr<Side> makeHeadlessSide(platform::Platform& platform,
-                                       platform::VirtualClock& clock, const Options& options);
+std::unique_ptr<Side> makeHeadlessSide(platform::Platform& platform, platform::VirtualClock& clock,
+                                       const Options& options);
 
 }  // namespace sim

@@ -164,8 +164,7 @@ class WeakRef {
   // The object, kept alive by the result, or null when it is gone or was never set.
   Ref<T> lock() const noexcept {
     if (!block_) return nullptr;
-    return Ref<T>::adopt(
-        const_cast<T*>(static_cast<const T*>(detail::lockWeak(block_))));
+    return Ref<T>::adopt(const_cast<T*>(static_cast<const T*>(detail::lockWeak(block_))));
   }
   // True for a reference that was never set, as opposed to one whose object is gone.
   bool unset() const noexcept { return block_ == nullptr; }

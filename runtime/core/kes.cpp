@@ -101,12 +101,11 @@ Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args pa
 }
 
 void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params) {
-  platform::current().mainQueue().post(
-      [me = Ref<Kes>(this), sender = std::move(sender), event = std::move(event),
-       params = std::move(params)] {
-        // The module may have gone while the event was under way: then so has the event.
-        if (me->eventsTarget() || me->parked_) me->raiseEvent(sender, event, params);
-      });
+  platform::current().mainQueue().post([me = Ref<Kes>(this), sender = std::move(sender),
+                                        event = std::move(event), params = std::move(params)] {
+    // The module may have gone while the event was under way: then so has the event.
+    if (me->eventsTarget() || me->parked_) me->raiseEvent(sender, event, params);
+  });
 }
 
 std::vector<KesWaitForEvent>& Kes::waitsFor(std::string_view event) {
@@ -145,7 +144,8 @@ bool Kes::wake(Waits& waits, const Ref<Shared>& sender, Args params) {
 Value Kes::runDynamicMethod(Shared* target, std::string_view methodName, bool throwErrorIfMissing,
                             Args args) {
   if (!target)
-    throw KesException("null object", formatText("Target is null. Method called: %@", {methodName}));
+    throw KesException("null object",
+                       formatText("Target is null. Method called: %@", {methodName}));
   const auto* info = ClassRegistry::instance().of(*target);
   const SubInfo* method = info ? info->method(methodName) : nullptr;
   if (!method) {

@@ -82,7 +82,7 @@ class Kes final : public Object {
   // Process-wide state, meaningful on shared().
   std::function<void(const Text& line, const Text& prefix)> logger;
   WeakRef<Shared> mainView;
-  Value lastError() const;      // atomic access
+  Value lastError() const;  // atomic access
   void setLastError(Value error);
 
   // Conversions between values, by the fixed locale "en_US".

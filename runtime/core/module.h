@@ -34,8 +34,8 @@ class Component : public Object {
     return {*bi_, event, nullptr, std::move(senderFilter)};
   }
   template <class... R, class T>
-    requires(std::derived_from<T, KesClass>)
-  detail::WaitAwaiter<R...> waitFor(std::string_view event, const Ref<T>& sender) {
+  requires(std::derived_from<T, KesClass>) detail::WaitAwaiter<R...> waitFor(std::string_view event,
+                                                                             const Ref<T>& sender) {
     return {*bi_, event, sender.get(), {}};
   }
   template <class... R, class T>

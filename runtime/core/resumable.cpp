@@ -24,8 +24,7 @@ void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Sha
   // do anything.
   std::vector<Ref<KesResumableSub>> dropped;
   for (auto i = list.begin(); i != list.end();) {
-    const bool match =
-        !matched && (sender ? i->senderFilter.refersTo(sender) : i->noFilter());
+    const bool match = !matched && (sender ? i->senderFilter.refersTo(sender) : i->noFilter());
     if (match) {
       dropped.push_back(std::exchange(i->rs, rs));
       matched = true;

@@ -30,8 +30,7 @@
 namespace kes {
 
 // What a caller holds of a sub that produces a value.
-class KesResumableSubWrapper final
-    : public TypedWrapper<KesResumableSubWrapper, KesResumableSub> {
+class KesResumableSubWrapper final : public TypedWrapper<KesResumableSubWrapper, KesResumableSub> {
  public:
   static constexpr std::string_view kPlatformClass = "KesResumableSub";
   std::string_view className() const override { return "KesResumableSubWrapper"; }
@@ -153,9 +152,7 @@ class Resumable {
       if constexpr (std::derived_from<std::remove_cvref_t<Owner>, Object>)
         this->parent_ = Ref<const Object>(&owner);
     }
-    promise_type() {
-      this->handle_ = std::coroutine_handle<promise_type>::from_promise(*this);
-    }
+    promise_type() { this->handle_ = std::coroutine_handle<promise_type>::from_promise(*this); }
     Resumable get_return_object() { return Resumable(Ref<detail::ResumableFrame>(this)); }
   };
 

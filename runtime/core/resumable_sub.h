@@ -10,10 +10,10 @@ class Kes;
 
 class KesResumableSub : public Object {
  public:
-  std::int32_t state = 0;       // 0 running or parked, -1 finished
-  WeakRef<Kes> bi;              // of the last resume
-  Ref<Kes> waitForKes;          // of whoever waits for this sub
-  bool completed = false;       // set by the completion task
+  std::int32_t state = 0;  // 0 running or parked, -1 finished
+  WeakRef<Kes> bi;         // of the last resume
+  Ref<Kes> waitForKes;     // of whoever waits for this sub
+  bool completed = false;  // set by the completion task
 
   KesResumableSub();
   ~KesResumableSub() override;

@@ -69,8 +69,8 @@ class Value {
   Value() noexcept { clear(detail::kNil); }
   Value(std::nullptr_t) noexcept : Value() {}
   template <class T>
-    requires std::integral<T> || std::floating_point<T>
-  Value(T v) noexcept {
+  requires std::integral<T> || std::floating_point<T> Value(T v)
+  noexcept {
     clear(detail::kNumber);
     c_.aux() = static_cast<unsigned char>(numberTypeOf<T>());
     if constexpr (std::floating_point<T>)
@@ -84,15 +84,15 @@ class Value {
   Value(std::string_view s) : Value(Text(s)) {}
   Value(const std::string& s) : Value(Text(s)) {}
   template <class T>
-    requires std::derived_from<T, Shared>
-  Value(Ref<T> r) noexcept {
+  requires std::derived_from<T, Shared> Value(Ref<T> r)
+  noexcept {
     clear(r ? detail::kObject : detail::kNil);
     if (r) c_.put<Shared*>(static_cast<Shared*>(const_cast<std::remove_const_t<T>*>(r.leak())));
   }
   // A wrapper or collection used as a plain variable: boxes a copy that shares its store.
   template <class W>
-    requires std::derived_from<W, Shared> && std::derived_from<W, ByValue>
-  Value(const W& w) : Value(Ref<W>(new W(w))) {}
+  requires std::derived_from<W, Shared> && std::derived_from<W, ByValue> Value(const W& w)
+      : Value(Ref<W>(new W(w))) {}
 
   Value(const Value& o) noexcept : c_(o.c_) { retain(); }
   Value(Value&& o) noexcept : c_(o.c_) { o.clear(detail::kNil); }
@@ -134,8 +134,7 @@ class Value {
 
   NumberType numberType() const noexcept { return static_cast<NumberType>(c_.aux()); }
   bool isFloating() const noexcept {
-    return isNumber() &&
-           (numberType() == NumberType::Float || numberType() == NumberType::Double);
+    return isNumber() && (numberType() == NumberType::Float || numberType() == NumberType::Double);
   }
   // The number in another type; 0 for what is no number. Floating values are cut
   // toward zero and held within the range of 64 bits.
@@ -148,8 +147,7 @@ class Value {
   // The text; empty for what is no text.
   Text asText() const noexcept { return isText() ? Text(c_) : Text(); }
   std::string_view textView() const noexcept {
-    if (c_.tag() == detail::kInlineText)
-      return {reinterpret_cast<const char*>(c_.b), c_.aux()};
+    if (c_.tag() == detail::kInlineText) return {reinterpret_cast<const char*>(c_.b), c_.aux()};
     if (c_.tag() == detail::kHeapText) {
       auto* r = c_.get<detail::TextRep*>();
       return {r->data(), r->bytes};

@@ -120,8 +120,10 @@ void KesObjectWrapper::raiseEventFromDifferentThread(Shared& object, std::string
   raiseUIEvent(object, suffix, std::move(params));
 }
 
-void KesObjectWrapper::raiseEventFromDifferentThreadWithExplicitSender(
-    Shared& object, Ref<Shared> sender, std::string_view suffix, std::vector<Value> params) {
+void KesObjectWrapper::raiseEventFromDifferentThreadWithExplicitSender(Shared& object,
+                                                                       Ref<Shared> sender,
+                                                                       std::string_view suffix,
+                                                                       std::vector<Value> params) {
   if (const auto bi = getBI(object))
     bi->raiseUIEvent(std::move(sender), getEventName(object) + Text(suffix), std::move(params));
 }

@@ -58,7 +58,7 @@ class ValueReader {
 
   std::span<const std::uint8_t> bytes_;
   std::size_t at_ = 0;
-  std::size_t reservable_;    // items that honest counts can still add up to
+  std::size_t reservable_;  // items that honest counts can still add up to
   const std::size_t mostMemory_;
   std::size_t memory_ = 0;    // about what the values take so far
   std::size_t keyLevel_ = 0;  // 1 + the outermost level that is reading a key, else 0

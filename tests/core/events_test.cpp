@@ -95,7 +95,9 @@ TEST_F(EventsTest, NamesSelectSubsByColonsAndMissingOnesAreNoError) {
 TEST_F(EventsTest, ParametersAreCutToTheDeclaredTypes) {
   raise("numbers:::::::::", {2, 300, 200, 70000, 70000, std::int64_t{1} << 33, 5.9, 7, 0.5});
   EXPECT_EQ(listener->trace, (Trace{"true 44 200 4464 4464 0 5 7 0.5"}));
-  EXPECT_EQ(reasonOf([&] { raise("menu_itemclick::", {Value::null(), 1}); }),
+  EXPECT_EQ(reasonOf([&] {
+              raise("menu_itemclick::", {Value::null(), 1});
+            }),
             "Invalid object type|Expected: NSNumber, object type: <null>");
   raise("menu_itemclick::", {1, Value::null()});
   EXPECT_EQ(listener->trace.back(), "menu 1 null") << "the null object arrives as nil";
@@ -112,7 +114,8 @@ TEST_F(EventsTest, StructuresTravelAsByteBuffers) {
 
 TEST_F(EventsTest, SenderIsThatOfTheInnermostEventAndNullAfterIt) {
   listener->bi()->raiseEvent(listener->self(), "outer", {});
-  EXPECT_EQ(listener->trace, (Trace{"outer by [name=n, count=7, open=1]", "active", "then by <null>"}));
+  EXPECT_EQ(listener->trace,
+            (Trace{"outer by [name=n, count=7, open=1]", "active", "then by <null>"}));
   EXPECT_TRUE(Kes::sender().isNull());
 }
 
@@ -191,7 +194,8 @@ TEST_F(EventsTest, NativeObjectsReadAndWriteFieldsByName) {
   EXPECT_EQ(native.GetField("_name").object(), Value("n"));
   EXPECT_EQ(native.RunMethod("_menu_itemclick::", KesArray::initObjectsWithData({5, "z"})).object(),
             Value(10));
-  EXPECT_EQ(reasonOf([&] { native.RunMethod("fly:", nullptr); }).substr(0, 17), "method not found|");
+  EXPECT_EQ(reasonOf([&] { native.RunMethod("fly:", nullptr); }).substr(0, 17),
+            "method not found|");
 }
 
 TEST_F(EventsTest, AttachedEventsOfObjectsWhoseKesHasGoneAreSilent) {

@@ -44,7 +44,8 @@ TEST(Script, ReadsEveryCommandWithItsLineNumber) {
       "fault {\"path\": \"/\", \"kind\": \"drop\"}\n"
       "dump\n"
       "shot out/a b.png  \n");
-  EXPECT_EQ(script.options, (std::vector<std::string>{"--now", "2026-11-21T20:00", "--size", "320x568"}));
+  EXPECT_EQ(script.options,
+            (std::vector<std::string>{"--now", "2026-11-21T20:00", "--size", "320x568"}));
   ASSERT_EQ(script.commands.size(), 8u);
   EXPECT_EQ(script.commands[0].text, "Farmacia \"di\" turno\n");
   EXPECT_EQ(script.commands[0].number, 2);
@@ -78,9 +79,9 @@ TEST(Script, SaysWhatIsWrongAndWhere) {
 
 TEST(SimulatorOptions, ReadValuesAndRefuseNonsense) {
   testing_support::TestPlatform platform;
-  const auto o = Options::parse({"--size", "320x568", "--scale", "3", "--screen", "headless",
-                                 "--town", "http://127.0.0.1:8080/", "--now",
-                                 "2026-07-01T00:30:15"});
+  const auto o =
+      Options::parse({"--size", "320x568", "--scale", "3", "--screen", "headless", "--town",
+                      "http://127.0.0.1:8080/", "--now", "2026-07-01T00:30:15"});
   EXPECT_EQ(o.width, 320);
   EXPECT_EQ(o.height, 568);
   EXPECT_EQ(o.scale, 3);
@@ -109,11 +110,9 @@ TEST(IsoTime, TakesZonesAndOffsets) {
     const char* text;
     std::int64_t ticks;
   } cases[] = {
-      {"1970-01-01T00:00:00Z", 0},
-      {"1970-01-01T01:00", 0},
-      {"1970-01-01", -3600000},
-      {"1970-01-01T05:30:00+05:30", 0},
-      {"1969-12-31T16:00:00-0800", 0},
+      {"1970-01-01T00:00:00Z", 0},      {"1970-01-01T01:00", 0},         {"1970-01-01", -3600000},
+      {"1970-01-01T05:30:00+05:30", 0}, {"1969-12-31T16:00:00-0800", 0},
   };
-  for (const auto& c : cases) EXPECT_EQ(sim::parseIsoTime(c.text, "Europe/Rome"), c.ticks) << c.text;
+  for (const auto& c : cases)
+    EXPECT_EQ(sim::parseIsoTime(c.text, "Europe/Rome"), c.ticks) << c.text;
 }

@@ -172,8 +172,8 @@ TEST_F(OverlayTest, WhatIsBehindADialogIsHiddenFromAssistiveTechnology) {
   d->present();
   phone.pump.settle();
   // The dialog itself, its heading, and what is in it.
-  EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Ricerca per oggetto", "Oggetto",
-                                   "Cerca", "Annulla"));
+  EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Ricerca per oggetto", "Oggetto", "Cerca",
+                                   "Annulla"));
   EXPECT_EQ(accessibilityTree(*phone.window).front().role, Role::Dialog);
   EXPECT_EQ(focusOrder(*phone.window).size(), 3u);
   d->dismiss(0);

@@ -59,9 +59,7 @@ class MainModule final : public Module<MainModule> {
 
 class AppDelegateTest : public testing::Test {
  protected:
-  AppDelegateTest() {
-    main.trace.clear();
-  }
+  AppDelegateTest() { main.trace.clear(); }
   ~AppDelegateTest() override {
     main.page = {};
     main.options = {};
