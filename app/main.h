@@ -69,7 +69,7 @@ class kes_main final : public Module<kes_main> {
   Text _formatodata(const Text& date, bool withNames);
   Text _formatoora(const Text& dateAndTime);
   Text _getstringdayfb(int day);
-  std::int32_t _cint(double number) { return static_cast<std::int32_t>(number); }
+  std::int32_t _cint(double number) { return static_cast<std::int32_t>(Value(number).asInt64()); }
   KesMap _copymap(const KesMap& map);
   Text _getversion();
 

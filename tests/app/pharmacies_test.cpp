@@ -1,0 +1,150 @@
+// The pharmacies on duty: which rows the two documents make, and what a row holds.
+#include "town_phone.h"
+
+namespace varlo {
+namespace {
+
+constexpr const char* kTwoPharmacies = R"([
+  {"Chiave":"F1","Farmacia":"Centrale","Citta":"Varlo","Telefono":"0123 1","Indirizzo":"Via Roma 1",
+   "Latitudine":45.5,"Longitudine":9.25},
+  {"Chiave":"F2","Farmacia":"Stazione","Citta":"Varlo","Telefono":"0123 2",
+   "Indirizzo":"Via Pace 2","Latitudine":"45","Longitudine":9}])";
+
+std::string day(int number, const char* turn1, const char* turn2) {
+  return R"({"Mese":11,"Anno":2017,"Giorno":)" + std::to_string(number) + R"(,"Turno1":)" + turn1 +
+         R"(,"Turno2":)" + turn2 + "}";
+}
+
+class Pharmacies : public TownTest {
+ protected:
+  // "Label|Name" of each row.
+  Trace rowsFor(const std::string& turns, const std::string& pharmacies = kTwoPharmacies) {
+    publish(kTurnsPath, turns);
+    publish(kPharmaciesPath, pharmacies);
+    choose(kPharmacies);
+    settle();
+    Trace rows;
+    for (const auto& text : rowsOf(app()._clv)) {
+      const auto first = text.find('\n');
+      rows.push_back(text.substr(0, first) + "|" +
+                     text.substr(first + 1, text.find(" - ", first) - first - 1));
+    }
+    return rows;
+  }
+};
+
+constexpr const char* kUntil = "Farmacia di turno fino alle ore 8.30|";
+constexpr const char* kAround =
+    "Farmacia di turno dalle 8.30 fino alle ore 8.30 del giorno successivo|";
+constexpr const char* kDay = "Farmacia di turno dalle ore 8.30-12.30 - 15.30-19.30|";
+
+TEST_F(Pharmacies, TheTurnsMakeTheRows) {
+  launch();
+  const std::string u(kUntil), a(kAround), d(kDay);
+  struct Case {
+    const char* what;
+    std::string turns;
+    Trace rows;
+  };
+  const Case cases[] = {
+      {"all three",
+       "[" + day(14, "\"F1\"", "\"F2\"") + "," + day(15, "\"F2\"", "\"F1\"") + "]",
+       {u + "Centrale", a + "Stazione", d + "Centrale"}},
+      {"no daytime turn",
+       "[" + day(14, "\"F1\"", "\"\"") + "," + day(15, "\"F2\"", "\"\"") + "]",
+       {u + "Centrale", a + "Stazione"}},
+      {"one pharmacy on both days",
+       "[" + day(15, "\"F1\"", "\"\"") + "," + day(14, "\"F1\"", "\"\"") + "]",
+       {u + "Centrale", a + "Centrale"}},
+      {"yesterday is missing",
+       "[" + day(15, "\"F1\"", "\"F2\"") + "]",
+       {a + "Centrale", d + "Stazione"}},
+      {"today is missing",
+       "[" + day(14, "\"F1\"", "\"F2\"") + "," + day(16, "\"F1\"", "\"F2\"") + "]",
+       {u + "Centrale"}},
+      {"a turn of nobody known",
+       "[" + day(14, "\"F9\"", "\"F9\"") + "," + day(15, "\"F9\"", "\"F2\"") + "]",
+       {d + "Stazione"}},
+      {"the first entry of a day counts",
+       "[" + day(15, "\"F1\"", "\"\"") + "," + day(15, "\"F2\"", "\"F2\"") + "]",
+       {a + "Centrale"}},
+      {"a day that is a text",
+       R"([{"Giorno":"15","Mese":11,"Anno":2017,"Turno1":"F1","Turno2":"F2"}])",
+       {}},
+      {"the same day of other months and years",
+       R"([{"Giorno":15,"Mese":10,"Anno":2017,"Turno1":"F1","Turno2":""},
+           {"Giorno":15,"Mese":11,"Anno":2016,"Turno1":"F1","Turno2":""}])",
+       {}},
+      {"no turns at all", "[]", {}},
+  };
+  for (const auto& c : cases) EXPECT_EQ(rowsFor(c.turns), c.rows) << c.what;
+
+  const std::string numbered =
+      R"([{"Chiave":"7","Farmacia":"Testo","Citta":"V"},{"Chiave":8,"Farmacia":"Numero","Citta":"V"}])";
+  EXPECT_EQ(rowsFor("[" + day(15, "7", "\"8\"") + "]", numbered), Trace{a + "Testo"})
+      << "a turn may be a number, the key of a pharmacy may not";
+  EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Pharmacies, ARowTellsNameTelephoneAndAddress) {
+  launch();
+  rowsFor("[" + day(15, "\"F1\"", "\"F2\"") + "]");
+  const auto& label = static_cast<const ui::Label&>(app()._clv->_getpanel(0).GetView(0).view());
+  const std::string name = "Centrale - Varlo\n\n";
+  EXPECT_EQ(label.text(),
+            "Farmacia di turno dalle 8.30 fino alle ore 8.30 del giorno successivo\n" + name +
+                "Telefono: 0123 1\nIndirizzo: Via Roma 1, Varlo");
+  ASSERT_TRUE(label.attributedText());
+  const auto at = [&](std::string_view part) {
+    return label.attributedText()
+        ->at(static_cast<std::uint32_t>(label.text().find(part)))
+        .font->size();
+  };
+  EXPECT_EQ(at("Farmacia di"), 12);
+  EXPECT_EQ(at("Centrale"), 20);
+  EXPECT_EQ(at("Telefono"), 12);
+  EXPECT_EQ(at("Via Roma"), 12);
+
+  const auto entity = KesMap::fromBoxed(app()._clv->_getvalue(0));
+  EXPECT_EQ(entity.Get("Name"), "Centrale - Varlo");
+  const auto contact = KesMap::fromBoxed(KesList::fromBoxed(entity.Get("Contacts")).Get(0));
+  EXPECT_EQ(contact.Get("Value"), "0123 1");
+  EXPECT_EQ(contact.Get("Type"), Value(0));
+  const auto place = KesMap::fromBoxed(KesList::fromBoxed(entity.Get("Addresses")).Get(0));
+  EXPECT_EQ(place.Get("Value"), "Via Roma 1, Varlo");
+  EXPECT_EQ(place.Get("Latitude"), Value(45.5));
+  EXPECT_EQ(place.Get("Longitude"), Value(9.25));
+}
+
+TEST_F(Pharmacies, APlaceWithoutCoordinatesLeadsNowhere) {
+  launch();
+  rowsFor("[" + day(15, "\"F2\"", "\"\"") + "]");
+  ASSERT_TRUE(tap("Stazione"));
+  settle();
+  EXPECT_EQ(title(), "Stazione - Varlo");
+  ASSERT_TRUE(tap("Via Pace 2"));
+  settle();
+  EXPECT_EQ(opened(), "");
+  ASSERT_TRUE(tap("0123 2"));
+  settle();
+  EXPECT_EQ(opened(), "tel:0123 2");
+}
+
+TEST_F(Pharmacies, EitherDocumentMayFailAlone) {
+  launch();
+  for (const char* path : {kPharmaciesPath, kTurnsPath}) {
+    host.faults().add(path, Fault::status(503));
+    choose(kPharmacies);
+    settle();
+    EXPECT_EQ(app()._clv->_getsize(), 0) << path;
+    EXPECT_EQ(title(), "Farmacie di turno");
+    EXPECT_FALSE(phone.app.hud().toastShown()) << "a failed document is no message here";
+    host.faults().clear();
+  }
+  choose(kPharmacies);
+  settle();
+  EXPECT_EQ(app()._clv->_getsize(), 3);
+}
+
+}  // namespace
+}  // namespace varlo

@@ -1,0 +1,112 @@
+#include "town_phone.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/base/platform.h"
+
+namespace varlo {
+
+namespace {
+
+town::TownHost::Options onTheClockOf(testing_support::HeadlessPhone& phone) {
+  town::TownHost::Options options;
+  options.now = [&clock = phone.test.platform().clock()] { return clock.now(); };
+  return options;
+}
+
+}  // namespace
+
+TownTest::TownTest(platform::Ticks startAt) : phone(startAt), host(onTheClockOf(phone)) {
+  registerApp();
+  KesDateTime::restart();
+  File().virtualAssetsFolder = ASSETS_FOLDER;
+  deployment::pointEveryServiceAt(Text(host.url()));
+  phone.test.platform().mainQueue().setFaultHandler([this](std::exception_ptr fault) {
+    try {
+      std::rethrow_exception(fault);
+    } catch (const std::exception& e) {
+      faults.emplace_back(e.what());
+    }
+  });
+}
+
+TownTest::~TownTest() {
+  delegate.reset();
+  // Ends the HTTP engine while there still is a queue for it to post to.
+  kes_httputils2service::instance()._process_globals();
+  phone.test.platform().mainQueue().close();
+}
+
+void TownTest::launch() {
+  delegate = std::make_unique<KesAppDelegate>();
+  phone.app.setDelegate(delegate.get());
+  delegate->didFinishLaunching();
+  phone.app.activate();
+  settle();
+}
+
+void TownTest::settle() {
+  const auto busy = [this] {
+    return kes_httputils2service::instance().jobsInFlight() > 0 || phone.app.hud().progressShown();
+  };
+  if (!phone.pump.settle(busy)) {
+    ADD_FAILURE() << "still busy: " << kes_httputils2service::instance().jobsInFlight()
+                  << " jobs in flight, overlay \"" << phone.app.hud().progressText() << '"';
+  }
+  phone.app.layoutIfNeeded();
+}
+
+bool TownTest::tap(std::string_view text) {
+  const auto view = ui::find(*delegate->window(), text);
+  if (!view) return false;
+  ui::scrollIntoView(*view);
+  phone.app.layoutIfNeeded();
+  phone.tap(ui::tapPoint(*view));
+  return true;
+}
+
+bool TownTest::shows(std::string_view text) {
+  phone.app.layoutIfNeeded();
+  return ui::find(*delegate->window(), text) != nullptr;
+}
+
+std::string TownTest::title() const {
+  const auto navigation = kes_main::instance()._navcontrol.native();
+  return navigation->topViewController()->title();
+}
+
+std::string TownTest::dialogText() const {
+  const auto& dialogs = phone.app.dialogs();
+  return dialogs.empty() ? "" : dialogs.back()->title + ": " + dialogs.back()->message;
+}
+
+// The session's thread removes a body right after the event: it is given two seconds.
+std::vector<std::string> TownTest::temporaryFiles() const {
+  std::vector<std::string> files;
+  for (int turn = 0; turn < 200; ++turn) {
+    files.clear();
+    std::error_code gone;
+    for (std::filesystem::recursive_directory_iterator i(phone.test.folders().temporary, gone), end;
+         i != end; i.increment(gone))
+      if (i->is_regular_file(gone)) files.push_back(i->path().filename().string());
+    if (files.empty()) break;
+    platform::current().mainQueue().waitForTask(10);
+  }
+  return files;
+}
+
+KesMap TownTest::mapOf(std::string_view json) {
+  KesJSONParser parser;
+  parser.Initialize(Text(json));
+  return parser.NextObject();
+}
+
+Trace TownTest::rowsOf(const Ref<kes_customlistview>& list) {
+  Trace rows;
+  for (std::int32_t i = 0; i < list->_getsize(); ++i)
+    rows.push_back(list->_getpanel(i).GetView(0).view().displayText());
+  return rows;
+}
+
+}  // namespace varlo

@@ -1,0 +1,75 @@
+// The app on a headless phone, with the town's real host in the same process.
+//
+// The town's day is that of the phone's clock. A test may publish documents of its own
+// and add faults before launch() or at any time after.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/deployment.h"
+#include "app/infocitta.h"
+#include "app/infocitta_entity.h"
+#include "app/main.h"
+#include "app/register_app.h"
+#include "platform/ui/finder.h"
+#include "runtime/data/date_time.h"
+#include "runtime/data/file.h"
+#include "runtime/data/json_parser.h"
+#include "runtime/views/app_delegate.h"
+#include "tests/support/headless_phone.h"
+#include "townhost/town_host.h"
+
+namespace varlo {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using town::Fault;
+using Trace = std::vector<std::string>;
+
+// What the left menu's rows are worth.
+enum MenuValue { kHome = 1, kPharmacies = 4, kDirectory = 6, kDisclaimer = 20, kStore = 21 };
+
+constexpr const char* kPharmaciesPath = "/InfoVarlo/farmacie/master/farmacie.json";
+constexpr const char* kTurnsPath = "/InfoVarlo/farmacie/master/turni.json";
+constexpr const char* kDirectoryPath = "/InfoVarlo/infocitta/master/";
+constexpr const char* kVersionPath = "/InfoVarlo/config/master/version_ios";
+constexpr const char* kNoConnection = "Connessione non presente";
+
+class TownTest : public testing::Test {
+ protected:
+  // By default the middle of November 2017, a Wednesday, 09:30 in the town.
+  explicit TownTest(platform::Ticks startAt = testing_support::TestPlatform::kStart);
+  ~TownTest() override;
+
+  // Starts the app as the platform does, and waits until it has come to rest.
+  void launch();
+  // Until no job is in flight, no overlay is up and nothing moves.
+  void settle();
+  void publish(const std::string& path, const std::string& text) {
+    host.documents().addFixed(path, "application/json", text);
+  }
+
+  kes_main& app() { return kes_main::instance(); }
+  void choose(int menuValue) { app()._lstmenu_itemclick(0, menuValue); }
+  // Taps what reads so; false when nothing does.
+  bool tap(std::string_view text);
+  bool shows(std::string_view text);
+  std::string title() const;       // of the page on top
+  std::string dialogText() const;  // title and message of the dialog shown, or nothing
+  const std::string& opened() const { return phone.app.lastOpenedUrl(); }
+  std::string toast() { return phone.app.hud().toastText(); }
+  std::vector<std::string> temporaryFiles() const;
+
+  static KesMap mapOf(std::string_view json);
+  // The texts of a list's rows, top to bottom.
+  static Trace rowsOf(const Ref<kes_customlistview>& list);
+
+  testing_support::HeadlessPhone phone;
+  town::TownHost host;
+  std::unique_ptr<KesAppDelegate> delegate;
+  Trace faults;  // what subs threw with nobody to catch it
+};
+
+}  // namespace varlo
