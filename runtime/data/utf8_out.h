@@ -9,6 +9,11 @@
 
 namespace kes {
 
+// Whether it is worth a closer look: every half starts with this byte.
+inline bool mayHoldHalf(std::string_view text) {
+  return text.find('\xED') != std::string_view::npos;
+}
+
 // The text itself when it is well-formed, else its corrected copy in `scratch`.
 std::string_view wellFormedUtf8(std::string_view text, std::string& scratch);
 

@@ -18,6 +18,8 @@ using namespace serialized;
 namespace {
 
 constexpr std::size_t kLongest = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kSmallestBlock = 1024;
+constexpr std::size_t kLargestBlock = 65536;
 
 [[noreturn]] void refuse(std::string_view what) {
   throw KesException(formatText("Cannot serialize: %@", {what}));
@@ -59,18 +61,27 @@ std::vector<std::uint8_t> ValueWriter::write(const Value& root) {
       levels_.pop_back();
     }
   }
-  out_.resize(size_);
-  return std::move(out_);
+  return joined();
 }
 
-std::uint8_t* ValueWriter::room(std::size_t n) {
-  if (n > out_.size() - size_) {
-    if (n > kLongest - size_) refuse("more than 2147483647 bytes");
-    out_.resize(std::min(kLongest, std::max(size_ + n, std::max<std::size_t>(512, size_ * 2))));
-  }
-  auto* at = out_.data() + size_;
-  size_ += n;
-  return at;
+void ValueWriter::newBlock(std::size_t atLeast) {
+  if (!full_.empty()) full_.back().used = blockUsed_;
+  fullSize_ += blockUsed_;
+  if (atLeast > kLongest - fullSize_) refuse("more than 2147483647 bytes");
+  blockSize_ = std::max(atLeast, std::clamp(blockSize_ * 2, kSmallestBlock, kLargestBlock));
+  // Not a vector: nobody needs the block cleared.
+  full_.push_back({std::unique_ptr<std::uint8_t[]>(new std::uint8_t[blockSize_]), 0});
+  block_ = full_.back().bytes.get();
+  blockUsed_ = 0;
+}
+
+std::vector<std::uint8_t> ValueWriter::joined() {
+  full_.back().used = blockUsed_;
+  std::vector<std::uint8_t> all;
+  all.reserve(fullSize_ + blockUsed_);
+  for (const auto& block : full_)
+    all.insert(all.end(), block.bytes.get(), block.bytes.get() + block.used);
+  return all;
 }
 
 template <class T>
@@ -87,7 +98,7 @@ void ValueWriter::writeCount(std::size_t n) {
 
 void ValueWriter::writeText(std::string_view utf8) {
   std::string corrected;
-  utf8 = wellFormedUtf8(utf8, corrected);
+  if (mayHoldHalf(utf8)) utf8 = wellFormedUtf8(utf8, corrected);
   if (utf8.size() > kLongest - 5) refuse("more than 2147483647 bytes");
   auto* at = room(5 + utf8.size());
   *at = kString;
@@ -147,6 +158,8 @@ void ValueWriter::writeObject(Shared& object) {
     *room(1) = kByteArray;
     writeCount(bytes.size());
     if (!bytes.empty()) std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
+  } else if (type == typeid(KesList)) {
+    writeValue(static_cast<const KesList&>(object).objectOrNull());
   } else if (auto* wrapper = dynamic_cast<KesObjectWrapper*>(&object)) {
     const Value* inner = &wrapper->objectOrNull();
     while (const auto* next = dynamic_cast<const KesObjectWrapper*>(inner->object()))
@@ -172,7 +185,7 @@ void ValueWriter::openItems(std::uint8_t tag, const std::vector<Value>& items) {
   level.itemEnd = items.data() + items.size();
 }
 
-void ValueWriter::openEntries(const std::vector<Dictionary::Entry>& entries) {
+void ValueWriter::openEntries(std::span<const Dictionary::Entry> entries) {
   writeCount(entries.size());
   if (entries.empty()) return;
   auto& level = push();

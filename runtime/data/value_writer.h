@@ -36,17 +36,32 @@ class ValueWriter {
   void writeText(std::string_view utf8);
   void writeObject(Shared& object);
   void openItems(std::uint8_t tag, const std::vector<Value>& items);
-  void openEntries(const std::vector<Dictionary::Entry>& entries);
+  void openEntries(std::span<const Dictionary::Entry> entries);
   void openCustomType(Shared& object);
   void writeCount(std::size_t n);
   Level& push();
 
-  std::uint8_t* room(std::size_t n);
+  std::uint8_t* room(std::size_t n) {
+    if (n > blockSize_ - blockUsed_) newBlock(n);
+    auto* at = block_ + blockUsed_;
+    blockUsed_ += n;
+    return at;
+  }
+  void newBlock(std::size_t atLeast);
+  std::vector<std::uint8_t> joined();
   template <class T>
   void put(std::uint8_t tag, T v);
 
-  std::vector<std::uint8_t> out_;
-  std::size_t size_ = 0;
+  // What is written lies in blocks that never move, and is put together once.
+  struct Block {
+    std::unique_ptr<std::uint8_t[]> bytes;
+    std::size_t used;
+  };
+  std::vector<Block> full_;  // and, last, the one in use, whose count is below
+  std::uint8_t* block_ = nullptr;
+  std::size_t blockSize_ = 0;
+  std::size_t blockUsed_ = 0;
+  std::size_t fullSize_ = 0;
   std::vector<Level> levels_;
 };
 
