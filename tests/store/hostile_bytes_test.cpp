@@ -16,15 +16,15 @@ std::atomic<std::size_t> largestRequest{0};
 std::atomic<std::size_t> requested{0};
 }  // namespace
 
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
   requested += size;
   for (auto seen = largestRequest.load(); size > seen;)
     if (largestRequest.compare_exchange_weak(seen, size)) break;
   if (void* p = std::malloc(size ? size : 1)) return p;
   throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 using namespace store_test;
 using kes::KesSerializator;
