@@ -1,10 +1,5 @@
 #include "town_phone.h"
 
-#include <filesystem>
-#include <system_error>
-
-#include "platform/base/platform.h"
-
 namespace varlo {
 
 namespace {
@@ -81,19 +76,15 @@ std::string TownTest::dialogText() const {
   return dialogs.empty() ? "" : dialogs.back()->title + ": " + dialogs.back()->message;
 }
 
-// The session's thread removes a body right after the event: it is given two seconds.
-std::vector<std::string> TownTest::temporaryFiles() const {
-  std::vector<std::string> files;
-  for (int turn = 0; turn < 200; ++turn) {
-    files.clear();
-    std::error_code gone;
-    for (std::filesystem::recursive_directory_iterator i(phone.test.folders().temporary, gone), end;
-         i != end; i.increment(gone))
-      if (i->is_regular_file(gone)) files.push_back(i->path().filename().string());
-    if (files.empty()) break;
-    platform::current().mainQueue().waitForTask(10);
-  }
-  return files;
+bool TownTest::temporaryFilesGo() {
+  return phone.test.runUntil([this] {
+    std::error_code gone;  // a file may go while it is looked at
+    const std::filesystem::recursive_directory_iterator files(phone.test.folders().temporary, gone);
+    return std::none_of(begin(files), end(files), [](const auto& entry) {
+      std::error_code ignored;
+      return entry.is_regular_file(ignored);
+    });
+  });
 }
 
 KesMap TownTest::mapOf(std::string_view json) {

@@ -60,7 +60,8 @@ class TownTest : public testing::Test {
   std::string dialogText() const;  // title and message of the dialog shown, or nothing
   const std::string& opened() const { return phone.app.lastOpenedUrl(); }
   std::string toast() { return phone.app.hud().toastText(); }
-  std::vector<std::string> temporaryFiles() const;
+  // True when no temporary file is left, at once or as soon as the session has tidied up.
+  bool temporaryFilesGo();
 
   static KesMap mapOf(std::string_view json);
   // The texts of a list's rows, top to bottom.
