@@ -6,18 +6,13 @@
 
 #include "platform/base/log.h"
 
-static void loadControls() { Q_INIT_RESOURCE(platform_qt_controls); }
-
 namespace qt {
 
 QmlParts::QmlParts() = default;
 QmlParts::~QmlParts() = default;
 
 std::unique_ptr<QQuickItem> QmlParts::make(const QString& name) {
-  if (!engine_) {
-    loadControls();
-    engine_ = std::make_unique<QQmlEngine>();
-  }
+  if (!engine_) engine_ = std::make_unique<QQmlEngine>();
   auto*& component = components_[name];
   if (!component)
     component = new QQmlComponent(

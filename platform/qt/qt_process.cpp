@@ -5,13 +5,20 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QSaveFile>
 #include <array>
 #include <cstring>
 #include <stdexcept>
 
 #include "platform/base/log.h"
+#include "platform/base/platform.h"
+
+// Outside of any namespace, as the resource compiler declares it.
+static void loadParts() { Q_INIT_RESOURCE(platform_qt_parts); }
 
 namespace qt {
 
@@ -85,6 +92,18 @@ bool isChatter(QtMsgType type, const QMessageLogContext& context, const QString&
   return context.category && std::strcmp(context.category, "qt.webenginecontext") == 0;
 }
 
+// The house's choice of fonts, for this process and the browser engine's.
+bool chooseFonts() {
+  if (qEnvironmentVariableIsSet("FONTCONFIG_FILE")) return false;
+  QFile ours(QStringLiteral(":/platform_qt/fonts.conf"));
+  const QString path = QDir(QString::fromStdString(platform::current().folders().temporary))
+                           .filePath(QStringLiteral("fonts.conf"));
+  QSaveFile file(path);
+  if (!ours.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly)) return false;
+  file.write(ours.readAll());
+  return file.commit() && qputenv("FONTCONFIG_FILE", path.toUtf8());
+}
+
 void toLog(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (!isChatter(type, context, text)) platform::log("Qt: " + text.toStdString());
 }
@@ -115,6 +134,8 @@ QtProcess::QtProcess(const Options& options) {
   if (geteuid() == 0) setDefault("QTWEBENGINE_CHROMIUM_FLAGS", "--no-sandbox");
 
   qInstallMessageHandler(toLog);
+  loadParts();
+  choseFonts_ = chooseFonts();
   // What the browser engine needs of an application that loads it later.
   QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   if (!software) QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
@@ -125,6 +146,7 @@ QtProcess::QtProcess(const Options& options) {
 
 QtProcess::~QtProcess() {
   application_.reset();
+  if (choseFonts_) qunsetenv("FONTCONFIG_FILE");
   qInstallMessageHandler(nullptr);
 }
 

@@ -2,8 +2,9 @@
 // its messages in the platform's log, and its application object.
 //
 // At most one at a time, made on the main thread before the first QtScreen and kept
-// until after the last; a QtScreen makes one of its own where there is none. Without a
-// display the constructor throws std::runtime_error (ask displayAvailable() first).
+// until after the last; a QtScreen makes one of its own where there is none. A
+// PlatformScope must be in force. Without a display the constructor throws
+// std::runtime_error (ask displayAvailable() first).
 #pragma once
 
 #include <memory>
@@ -32,6 +33,7 @@ class QtProcess {
 
  private:
   std::unique_ptr<QGuiApplication> application_;
+  bool choseFonts_ = false;
 };
 
 }  // namespace qt

@@ -7,20 +7,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Made by the first test that runs, so that listing the tests needs no Qt.
-class QtOnce final : public testing::Environment {
- public:
-  void SetUp() override {
-    process_ = std::make_unique<qt::QtProcess>(qt::QtProcess::Options{2, true});
-  }
-  void TearDown() override { process_.reset(); }
-
- private:
-  std::unique_ptr<qt::QtProcess> process_;
-};
-
-[[maybe_unused]] auto* const kQt = testing::AddGlobalTestEnvironment(new QtOnce);
-
 fs::path freshFolder() {
   std::string name = (fs::temp_directory_path() / "varlo-qt-XXXXXX").string();
   if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
@@ -31,6 +17,29 @@ platform::Folders foldersUnder(const fs::path& root) {
   const auto s = root.string() + "/";
   return {s, s, s, root.string()};
 }
+
+// Made when tests begin to run: listing them needs no Qt.
+class QtOnce final : public testing::Environment {
+ public:
+  void SetUp() override {
+    folder_ = freshFolder();
+    const platform::SystemClock clock;
+    platform::Platform platform(clock, foldersUnder(folder_));
+    const platform::PlatformScope scope(platform);
+    process_ = std::make_unique<qt::QtProcess>(qt::QtProcess::Options{2, true});
+  }
+  void TearDown() override {
+    process_.reset();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+
+ private:
+  fs::path folder_;
+  std::unique_ptr<qt::QtProcess> process_;
+};
+
+[[maybe_unused]] auto* const kQt = testing::AddGlobalTestEnvironment(new QtOnce);
 
 qt::QtScreen::Options optionsFor(ui::Size size, std::vector<std::string>& opened) {
   qt::QtScreen::Options o;
