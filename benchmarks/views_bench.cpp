@@ -113,7 +113,8 @@ void layoutOfTwentyViews(benchmark::State& state) {
   }
   w.platform->mainQueue().drain();
 }
-BENCHMARK(layoutOfTwentyViews)->Unit(benchmark::kMicrosecond);
+// Counted in the work of all threads: the peer compiles its text on one of its own.
+BENCHMARK(layoutOfTwentyViews)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
 
 void markupOfTwentyViews(benchmark::State& state) {
   world();
@@ -127,7 +128,7 @@ void markupOfTwentyViews(benchmark::State& state) {
       state.SkipWithError("items are missing");
   }
 }
-BENCHMARK(markupOfTwentyViews)->Unit(benchmark::kMicrosecond);
+BENCHMARK(markupOfTwentyViews)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
 
 constexpr int kRows = 10000;
 

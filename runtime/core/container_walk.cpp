@@ -10,7 +10,7 @@ namespace kes {
 // whenever one dies, in static destruction as well.
 struct ContainerReaper::Pending {
   std::vector<std::vector<Value>> items;
-  std::vector<std::vector<Dictionary::Entry>> entries;
+  std::vector<Dictionary::Entries> entries;
 };
 
 thread_local ContainerReaper::Pending* ContainerReaper::pending_ = nullptr;
@@ -42,7 +42,7 @@ void ContainerReaper::free(std::vector<Value> items) noexcept {
   reap(&Pending::items, std::move(items));
 }
 
-void ContainerReaper::free(std::vector<Dictionary::Entry> entries) noexcept {
+void ContainerReaper::free(Dictionary::Entries entries) noexcept {
   reap(&Pending::entries, std::move(entries));
 }
 

@@ -16,7 +16,7 @@ namespace kes {
 class ContainerReaper {
  public:
   static void free(std::vector<Value> items) noexcept;
-  static void free(std::vector<Dictionary::Entry> entries) noexcept;
+  static void free(Dictionary::Entries entries) noexcept;
 
  private:
   struct Pending;

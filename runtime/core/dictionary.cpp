@@ -32,7 +32,7 @@ std::uint64_t markOf(const Value& key) {
 
 }  // namespace
 
-Dictionary::Dictionary(std::vector<Entry> entries) {
+Dictionary::Dictionary(Entries entries) {
   if (entries.size() > kLinear) {
     entries_.reserve(entries.size());
     for (auto& e : entries) put(std::move(e.key), std::move(e.value));
@@ -59,8 +59,21 @@ Dictionary::Dictionary(std::vector<Entry> entries) {
 
 Dictionary::~Dictionary() { ContainerReaper::free(std::move(entries_)); }
 
+std::size_t Dictionary::locateCell(const detail::Cell& key) const {
+  for (std::size_t i = 0; i < entries_.size(); ++i)
+    if (entries_[i].key.cell().sameBits(key)) return i;
+  return kAbsent;
+}
+
 template <class Key>
 std::size_t Dictionary::locate(const Key& key) const {
+  if (entries_.size() <= kLinearShort) {
+    if constexpr (std::is_same_v<Key, Value>) {
+      if (key.cell().tag() == detail::kInlineText) return locateCell(key.cell());
+    } else if (key.size() <= detail::Cell::kInline) {
+      return locateCell(Value(key).cell());
+    }
+  }
   if (entries_.size() <= kLinear) {
     for (std::size_t i = 0; i < entries_.size(); ++i)
       if (same(entries_[i].key, key)) return i;
@@ -126,7 +139,7 @@ bool Dictionary::remove(const Value& key) {
   const std::size_t i = locate(key);
   if (i == kAbsent) return false;
   const Entry gone = entries_[i];
-  if (entries_.size() - 1 <= kLinear) {
+  if (index_.empty() || entries_.size() - 1 <= kLinear) {
     index_.clear();
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(i));
     return true;

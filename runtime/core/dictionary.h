@@ -1,8 +1,9 @@
 // Dictionary: the table behind a KesMap: any value to any value.
 //
 // Entries lie in one block in the order in which they came; small tables are searched
-// in line, larger ones through an index made on demand. No caller may depend on the
-// order. Held by Ref, used on one thread at a time.
+// in line (short texts in larger ones too, for they compare as two numbers), others through
+// an index made on demand. No caller may depend on the order. Held by Ref, used on one thread at a
+// time.
 #pragma once
 
 #include <memory>
@@ -20,18 +21,20 @@ class Dictionary final : public Object, public detail::SlabMade {
     Value value;
   };
 
+  using Entries = std::vector<Entry, detail::SlabAllocator<Entry>>;
+
   Dictionary() = default;
   // Takes the entries over. Of equal keys the last wins.
-  explicit Dictionary(std::vector<Entry> entries);
+  explicit Dictionary(Entries entries);
   // The same for entries whose keys are known to differ.
   struct Distinct {};
-  Dictionary(Distinct, std::vector<Entry> entries) : entries_(std::move(entries)) {}
+  Dictionary(Distinct, Entries entries) : entries_(std::move(entries)) {}
   ~Dictionary() override;  // frees nested containers without recursing
 
   std::string_view className() const override { return "NSDictionary"; }
 
   std::size_t size() const { return entries_.size(); }
-  const std::vector<Entry>& entries() const { return entries_; }
+  const Entries& entries() const { return entries_; }
   const Value* find(const Value& key) const;
   const Value* find(std::string_view key) const;  // a text key, without making a Value
   void put(Value key, Value value);
@@ -44,14 +47,16 @@ class Dictionary final : public Object, public detail::SlabMade {
 
  private:
   static constexpr std::size_t kLinear = 12;
+  static constexpr std::size_t kLinearShort = 40;  // for texts that lie in their cells
   static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
   template <class Key>
   std::size_t locate(const Key& key) const;
+  std::size_t locateCell(const detail::Cell& key) const;
   void buildIndex() const;
   void insertIndex(std::size_t entry) const;
   void removeIndex(std::size_t entry);
 
-  std::vector<Entry> entries_;
+  Entries entries_;
   mutable std::vector<std::uint32_t> index_;  // open addressing, entry number + 1
 };
 

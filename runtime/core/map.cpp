@@ -101,7 +101,7 @@ std::int32_t KesMap::Size() const {
 Ref<Dictionary> KesMap::ToDictionary() const {
   if (dict_) return dict_;
   return platform::makeShared<Dictionary>(map_ ? map_->entries()
-                                               : std::vector<Dictionary::Entry>());
+                                               : Dictionary::Entries());
 }
 
 KesMap KesMap::convertToMap(const Dictionary& dict) {

@@ -74,6 +74,22 @@ class SlabScope {
   Slab* outer_;
 };
 
+// Gives a container room in a slab.
+template <class T>
+struct SlabAllocator {
+  using value_type = T;
+  SlabAllocator() = default;
+  template <class U>
+  SlabAllocator(const SlabAllocator<U>&) noexcept {}
+  T* allocate(std::size_t n) {
+    static_assert(alignof(T) <= 8);
+    if (n > SIZE_MAX / sizeof(T)) throw std::bad_array_new_length();
+    return static_cast<T*>(Slab::allocate(n * sizeof(T)));
+  }
+  void deallocate(T* p, std::size_t) noexcept { Slab::free(p); }
+  bool operator==(const SlabAllocator&) const = default;
+};
+
 // Base of the classes whose objects may lie in a slab.
 struct SlabMade {
   static void* operator new(std::size_t bytes) { return Slab::allocate(bytes); }

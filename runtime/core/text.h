@@ -51,6 +51,9 @@ struct alignas(8) Cell {
   unsigned char aux() const { return b[14]; }
   unsigned char& tag() { return b[15]; }
   unsigned char tag() const { return b[15]; }
+  // Byte for byte. A short text is always kept within the cell, padded with zeros, so two
+  // of them are equal exactly when their cells are.
+  bool sameBits(const Cell& o) const noexcept { return std::memcmp(b, o.b, sizeof b) == 0; }
 };
 
 enum Tag : unsigned char { kNil, kNull, kNumber, kInlineText, kHeapText, kObject };

@@ -12,6 +12,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <typeinfo>
 
 #include "platform/base/shared.h"
 #include "runtime/core/text.h"
@@ -122,6 +123,8 @@ class Value {
     return c;
   }
   static Value takeIn(const detail::Cell& c) noexcept { return Value(c); }
+  // A look at them, for tables that compare short texts as numbers.
+  const detail::Cell& cell() const noexcept { return c_; }
 
   bool isNil() const noexcept { return c_.tag() == detail::kNil; }
   bool isNull() const noexcept { return c_.tag() == detail::kNull; }
@@ -160,7 +163,11 @@ class Value {
   // The object as a T, or null when it is none.
   template <class T>
   Ref<T> as() const noexcept {
-    return Ref<T>(dynamic_cast<T*>(object()));
+    Shared* const held = object();
+    if constexpr (std::is_final_v<T>)
+      return Ref<T>(held && typeid(*held) == typeid(T) ? static_cast<T*>(held) : nullptr);
+    else
+      return Ref<T>(dynamic_cast<T*>(held));
   }
 
   // The text form that logs and messages use; "null" for nil.

@@ -312,7 +312,7 @@ void KesFile::Copy2(KesInputStream in, KesOutputStream out) {
 
 KesMap KesFile::GetAttributes(std::string_view dir, std::string_view name) const {
   const auto about = requireAttributes(*this, dir, name);
-  std::vector<Dictionary::Entry> entries = {
+  Dictionary::Entries entries = {
       {"NSFileType", typeName(about.st_mode)},
       {"NSFileSize", std::int64_t{about.st_size}},
       {"NSFileModificationDate", KesDateTime::TicksToNSDate(modifiedTicks(about))},

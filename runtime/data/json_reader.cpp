@@ -97,7 +97,6 @@ std::string_view viewOf(const Cell& c) {
   return {r->data(), r->bytes};
 }
 
-bool sameBits(const Cell& a, const Cell& b) { return std::memcmp(a.b, b.b, sizeof a.b) == 0; }
 
 std::size_t keyHash(std::string_view s) {
   std::uint64_t first, last;
@@ -516,7 +515,7 @@ bool JsonReader::keysDiffer(const Cell* entries, std::size_t count) {
   auto& shape = shapes_[(count * 5 + entries[0].b[0] + entries[0].b[14]) % kShapes];
   if (keysShared_ && shape.size() == count) {
     std::size_t i = 0;
-    while (i < count && sameBits(entries[2 * i], shape[i])) ++i;
+    while (i < count && entries[2 * i].sameBits(shape[i])) ++i;
     if (i == count) return true;
   }
   for (std::size_t i = 1; i < count; ++i)
@@ -532,7 +531,7 @@ bool JsonReader::keysDiffer(const Cell* entries, std::size_t count) {
 void JsonReader::closeObject(std::uint32_t base) {
   const std::size_t count = (size_ - base) / 2;
   Cell* const cells = stack_.get() + base;
-  std::vector<Dictionary::Entry> entries;
+  Dictionary::Entries entries;
   entries.reserve(count);
   const bool differ = keysDiffer(cells, count);
   for (std::size_t i = 0; i < count; ++i)

@@ -36,7 +36,7 @@ class ValueReader {
     std::size_t objectKeys = 0;
     std::size_t customRun = 0;  // custom types directly inside each other, up to here
     std::vector<Value> items;
-    std::vector<Dictionary::Entry> entries;
+    Dictionary::Entries entries;
     Value name;  // of the custom type
   };
 

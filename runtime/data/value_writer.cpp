@@ -197,7 +197,7 @@ void ValueWriter::openCustomType(Shared& object) {
   if (!answersIsInitialized(object)) refuse(object);
   const auto* info = ClassRegistry::instance().of(object);
   if (!info) refuse(object);
-  auto fields = std::make_unique<std::vector<Dictionary::Entry>>();
+  auto fields = std::make_unique<Dictionary::Entries>();
   fields->reserve(info->fields().size());
   for (const auto& field : info->fields()) {
     if (!fieldKindIsKnown(field.kind)) refuse(object);

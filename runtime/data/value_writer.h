@@ -28,7 +28,7 @@ class ValueWriter {
     const Dictionary::Entry* entryEnd = nullptr;
     bool keyWritten = false;
     std::size_t customRun = 0;  // custom types directly inside each other, up to here
-    std::unique_ptr<std::vector<Dictionary::Entry>> collected;  // a custom type's fields
+    std::unique_ptr<Dictionary::Entries> collected;  // a custom type's fields
   };
 
   void writeValue(const Value& v);

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "runtime/core/kes.h"
-#include "runtime/data/byte_order.h"
 #include "runtime/views/layout_format.h"
 
 namespace kes {
@@ -15,6 +15,12 @@ constexpr std::size_t kBlock = 8192;
 
 [[noreturn]] void damaged(const char* what, std::int64_t number) {
   throw KesException(formatText(what, {std::to_string(number)}));
+}
+
+Text decoded(std::string_view bytes) {
+  auto text = Text::fromUtf8(bytes);
+  if (!text) throw KesException("Error decoding data as string.");
+  return std::move(*text);
 }
 
 }  // namespace
@@ -46,19 +52,8 @@ bool KesDataInputStream::receiveBytes(std::uint8_t* into, std::size_t count) {
   return true;
 }
 
-template <class T>
-T KesDataInputStream::number() {
-  std::uint8_t bytes[sizeof(T)];
-  if (!receiveBytes(bytes, sizeof bytes)) return {};
-  return loadNumber<T>(bytes, ByteOrder::Little);
-}
-template std::int16_t KesDataInputStream::number<std::int16_t>();
-template std::int32_t KesDataInputStream::number<std::int32_t>();
-template std::int64_t KesDataInputStream::number<std::int64_t>();
-template float KesDataInputStream::number<float>();
-template double KesDataInputStream::number<double>();
-
 std::int8_t KesDataInputStream::readByte() {
+  if (next_ < filled_) return static_cast<std::int8_t>(buffer_[next_++]);
   std::uint8_t byte;
   return receiveBytes(&byte, 1) ? static_cast<std::int8_t>(byte) : static_cast<std::int8_t>(-1);
 }
@@ -66,17 +61,21 @@ std::int8_t KesDataInputStream::readByte() {
 Text KesDataInputStream::readString() {
   const std::int32_t length = readInt();
   if (length < 0) damaged("Invalid text length: %@", length);
+  const auto size = static_cast<std::size_t>(length);
+  if (size <= filled_ - next_) {
+    const auto* at = reinterpret_cast<const char*>(buffer_.data() + next_);
+    next_ += size;
+    return decoded({at, size});
+  }
   std::string bytes;
   // Grows with what really comes, whatever length was promised.
-  for (auto left = static_cast<std::size_t>(length); left > 0;) {
+  for (auto left = size; left > 0;) {
     const std::size_t part = std::min(left, kBlock), former = bytes.size();
     bytes.resize(former + part);
     if (!receiveBytes(reinterpret_cast<std::uint8_t*>(bytes.data()) + former, part)) return {};
     left -= part;
   }
-  auto text = Text::fromUtf8(bytes);
-  if (!text) throw KesException("Error decoding data as string.");
-  return *text;
+  return decoded(bytes);
 }
 
 const Text& KesDataInputStream::readCachedString(const std::vector<Text>& table) {
@@ -131,25 +130,37 @@ Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>& ta
   }
 }
 
-Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table) {
-  const auto root = platform::makeShared<Dictionary>();
-  std::vector<Dictionary*> open{root.get()};
-  while (!open.empty()) {
+Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table, std::size_t room) {
+  struct Open {
+    const Text* key;    // of the map, in the one around it
+    std::size_t first;  // of its entries
+  };
+  // Entries wait here until their map is whole.
+  Dictionary::Entries entries;
+  entries.reserve(64);
+  std::vector<Open> open{{nullptr, 0}};
+  for (;;) {
     const Text& key = readCachedString(table);
     const std::int8_t tag = readByte();
     if (tag == layout_format::kEnd) {
+      const Open done = open.back();
       open.pop_back();
+      const auto first = entries.begin() + static_cast<std::ptrdiff_t>(done.first);
+      Dictionary::Entries own;
+      own.reserve(static_cast<std::size_t>(entries.end() - first) + room);
+      std::move(first, entries.end(), std::back_inserter(own));
+      entries.erase(first, entries.end());
+      auto map = platform::makeShared<Dictionary>(std::move(own));
+      if (open.empty()) return map;
+      entries.push_back({*done.key, std::move(map)});
     } else if (tag == layout_format::kMap) {
       if (static_cast<int>(open.size()) >= layout_format::kMaxDepth)
         damaged("Maps nested deeper than %@", layout_format::kMaxDepth);
-      const auto inner = platform::makeShared<Dictionary>();
-      open.back()->put(key, inner);
-      open.push_back(inner.get());
+      open.push_back({&key, entries.size()});
     } else {
-      open.back()->put(key, readValue(tag, table));
+      entries.push_back({key, readValue(tag, table)});
     }
   }
-  return root;
 }
 
 }  // namespace kes

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "runtime/core/dictionary.h"
+#include "runtime/data/byte_order.h"
 #include "runtime/data/input_stream.h"
 
 namespace kes {
@@ -31,8 +32,9 @@ class KesDataInputStream {
   // The string of the number that follows, in a table read before.
   const Text& readCachedString(const std::vector<Text>& table);
   std::vector<Text> readStringTable();
-  // Keys are numbers in the table. The maps can be changed.
-  Ref<Dictionary> readMap(const std::vector<Text>& table);
+  // Keys are numbers in the table. The maps can be changed; each has room for so many
+  // entries more.
+  Ref<Dictionary> readMap(const std::vector<Text>& table, std::size_t room = 0);
   // So many bytes; false when fewer came.
   bool readFully(std::uint8_t* into, std::size_t length) { return receiveBytes(into, length); }
   // What comes, up to the limit.
@@ -43,7 +45,18 @@ class KesDataInputStream {
 
  private:
   template <class T>
-  T number();
+  T number() {
+    if (filled_ - next_ < sizeof(T)) return numberAcross<T>();
+    const T n = loadNumber<T>(buffer_.data() + next_, ByteOrder::Little);
+    next_ += sizeof(T);
+    return n;
+  }
+  // The same where the block at hand ends within it.
+  template <class T>
+  T numberAcross() {
+    std::uint8_t bytes[sizeof(T)];
+    return receiveBytes(bytes, sizeof bytes) ? loadNumber<T>(bytes, ByteOrder::Little) : T();
+  }
   bool receiveBytes(std::uint8_t* into, std::size_t count);
   bool fill();
   Value readValue(std::int8_t tag, const std::vector<Text>& table);

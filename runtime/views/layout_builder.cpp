@@ -19,6 +19,11 @@ namespace {
 constexpr float kUnusable = std::numeric_limits<float>::max();
 constexpr float kReferenceInches = 3.7f;
 
+// What the builder writes into a view's map: the geometry of the variant at hand, and
+// what it knows of the surroundings.
+constexpr const char* kGeometry[] = {"left", "top", "width", "height", "hanchor", "vanchor"};
+constexpr std::size_t kWritten = std::size(kGeometry) + 4;
+
 struct Layout {
   std::vector<KesLayoutValues> variants;
   Ref<Dictionary> props;
@@ -42,7 +47,7 @@ Layout readLayout(KesInputStream file) {
   const auto table = in.readStringTable();
   Layout layout;
   layout.variants = readVariants(in);
-  layout.props = in.readMap(table);
+  layout.props = in.readMap(table, kWritten);
   return layout;
 }
 
@@ -169,7 +174,7 @@ void KesLayoutBuilder::loadLayoutHelper(Dictionary& properties, ui::View* parent
     }
   } else {
     const auto geometry = props::map(properties, pass.variant);
-    for (const char* key : {"left", "top", "width", "height", "hanchor", "vanchor"})
+    for (const char* key : kGeometry)
       properties.put(key, geometry ? props::value(*geometry, key) : Value());
     properties.put("pw", static_cast<float>(parentWidth));
     properties.put("ph", static_cast<float>(parentHeight));

@@ -28,7 +28,7 @@ std::string textOf(const KesList& list) {
   return out;
 }
 
-KesMap readOnly(std::vector<Dictionary::Entry> entries) {
+KesMap readOnly(Dictionary::Entries entries) {
   KesMap m;
   m.setDict(platform::makeShared<Dictionary>(std::move(entries)));
   return m;
@@ -255,9 +255,9 @@ TEST(Map, HoldsWhatAPlainTableWould) {
 }
 
 TEST(Map, ConvertsNestedDictionaries) {
-  const auto inner = platform::makeShared<Dictionary>(std::vector<Dictionary::Entry>{{"x", 1}});
+  const auto inner = platform::makeShared<Dictionary>(Dictionary::Entries{{"x", 1}});
   const auto middle =
-      platform::makeShared<Dictionary>(std::vector<Dictionary::Entry>{{"i", inner}});
+      platform::makeShared<Dictionary>(Dictionary::Entries{{"i", inner}});
   const auto array = platform::makeShared<ArrayStore>(std::vector<Value>{inner});
   const Dictionary top({{"m", middle}, {"l", array}, {"t", "text"}});
   const KesMap m = KesMap::convertToMap(top);
@@ -309,7 +309,7 @@ TEST(Containers, DeepNestingIsFreedComparedAndPrinted) {
   auto dictionary = platform::makeShared<Dictionary>();
   for (int i = 0; i < 100'000; ++i)
     dictionary =
-        platform::makeShared<Dictionary>(std::vector<Dictionary::Entry>{{"k", dictionary}});
+        platform::makeShared<Dictionary>(Dictionary::Entries{{"k", dictionary}});
   EXPECT_EQ(KesMap::convertToMap(*dictionary).Size(), 1);
 }
 

@@ -280,10 +280,11 @@ TEST_F(JsonTest, OfEqualKeysTheLastWins) {
         {{"un nome lungo davvero", 3}});
 
   // A record with a name twice among records of its length with the same first names.
-  const KesList records = KesList::fromBoxed(parsed(
-      R"([{"a":1,"b":2,"c":3},{"a":1,"b":2,"b":3},{"a":1,"b":2,"c":3},{"b":1,"b":2,"c":3}])"));
-  const std::int32_t sizes[] = {3, 2, 3, 2};
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(KesMap::fromBoxed(records.Get(i)).Size(), sizes[i]) << i;
+  const KesList records = KesList::fromBoxed(
+      parsed(R"([{"a":1,"b":2,"c":3},{"a":1,"b":2,"b":3},{"a":1,"b":2,"c":3},{"b":1,"b":2,"c":3},)"
+             R"({"xa":1,"xb":2,"c":3},{"xb":1,"xb":2,"c":3}])"));
+  const std::int32_t sizes[] = {3, 2, 3, 2, 3, 2};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(KesMap::fromBoxed(records.Get(i)).Size(), sizes[i]) << i;
   EXPECT_EQ(KesMap::fromBoxed(records.Get(3)).Get("b").asInt64(), 2);
 
   // Tables of all sizes, with short and long names, each name twice.
@@ -428,7 +429,7 @@ TEST_F(JsonTest, GeneratesContainersOfAllKinds) {
       {KesArray::initObjectsWithData({1, "b"}), "[[1,\"b\"]]"},
       {platform::makeShared<ArrayStore>(std::vector<Value>{1}), "[[1]]"},
       {KesList::of({1, KesList::of({})}), "[[1,[]]]"},
-      {platform::makeShared<Dictionary>(std::vector<Dictionary::Entry>{{"k", 1}}), "[{\"k\":1}]"},
+      {platform::makeShared<Dictionary>(Dictionary::Entries{{"k", 1}}), "[{\"k\":1}]"},
       {KesMap().Initialize(), "[{}]"},
   };
   for (const auto& [value, text] : values) {
