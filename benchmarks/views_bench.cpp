@@ -218,5 +218,6 @@ int main(int argc, char** argv) {
   World w;
   current = &w;
   benchmark::RunSpecifiedBenchmarks();
+  current = nullptr;
   return 0;
 }

@@ -19,7 +19,6 @@ using kes::KesJSONParser;
 using kes::KesList;
 using kes::KesMap;
 using kes::NumberType;
-using kes::Ref;
 using kes::Text;
 using kes::Value;
 using testing::StartsWith;
