@@ -136,6 +136,7 @@ constexpr int kRows = 10000;
 const std::vector<Text>& rowTexts() {
   static const std::vector<Text> texts = [] {
     std::vector<Text> t;
+    t.reserve(kRows);
     for (int i = 0; i < kRows; ++i)
       t.push_back("Avviso numero " + std::to_string(i) +
                   ": lo sportello dell'anagrafe resta chiuso nel pomeriggio di mercoledì " +
