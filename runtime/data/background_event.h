@@ -1,8 +1,8 @@
 // BackgroundEvent: the one event with which work in the background tells of its end.
 //
-// Made on the main thread with whatever the work needs; the work calls raise() once, from
-// its own thread. The handler runs later on the main thread, and there too ends what the
-// event held, also when the event was never raised. Throws nothing.
+// Made on the main thread with whatever the work needs and owned by the work, which calls
+// raise() once, from its own thread. The handler runs later on the main thread, and there too ends
+// what the event held, also when the event was never raised. Throws nothing.
 #pragma once
 
 #include <memory>

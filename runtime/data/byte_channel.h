@@ -1,7 +1,9 @@
 // ByteChannel: bytes in both directions, for one reading and one writing thread.
 //
-// read() and write() block; interrupt() may be called from any thread and ends both for
-// good. Failures are KesExceptions with the system's reason.
+// Owned by whoever runs the two threads. read() and write() block; interrupt() may be
+// called from any thread and ends both for good. Counts are bytes. Failures are
+// KesExceptions: "Error opening stream: %@", "Error reading from stream: %@", "Error
+// writing to stream: %@", with the system's reason.
 #pragma once
 
 #include <memory>

@@ -3,8 +3,10 @@
 //
 // Number arrays are KesArrays of objects that hold numbers; bytes left over behind the
 // last whole number are ignored. LittleEndian, false at first, says the byte order of the
-// numbers. Any thread, one at a time. Throws "Out of bounds. Index=%d Length=%d" for a
-// range outside its array and the charset failures of the language services.
+// numbers. It holds nothing else, and every result is a new array. Any thread, one at a
+// time. Positions and counts are items of their array. Throws "Out of bounds. Index=%d
+// Length=%d" for a range outside its array, "An array of bytes is expected." and its kind
+// for an array of the other one, and the charset failures of the language services.
 #pragma once
 
 #include "runtime/core/array.h"

@@ -1,5 +1,6 @@
 // A part of an array of bytes, checked: offset and length are bytes and have to lie inside
-// it, else "Out of bounds. Index=%d Length=%d". The span lives as long as the array.
+// it, else "Out of bounds. Index=%d Length=%d"; what is no array of bytes throws "An array
+// of bytes is expected.". The span lives as long as the array keeps its length. Any thread.
 #pragma once
 
 #include <span>

@@ -23,7 +23,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using Path = KesFile::Path;
+
 constexpr std::size_t kCopyBlock = 8192;
+constexpr std::size_t kLongestText = std::numeric_limits<std::int32_t>::max();
 // The attribute by which a desktop's backup tools leave a file out.
 constexpr const char* kBackupAttribute = "user.xdg.robots.backup";
 
@@ -61,16 +64,11 @@ bool isNamedFolder(std::string_view path) {
   return false;
 }
 
-struct Path {
-  std::string text;
-  Text error;  // set when no operation may use it
-};
-
 Path pathOf(std::string_view dir, std::string_view name) {
   Path p{KesFile::Combine(dir, name).str(), {}};
   if (p.text.find('\0') != std::string::npos) {
-    const auto shown = p.text.substr(0, p.text.find('\0'));
-    p.error = systemError(shown, "The name holds a zero byte");
+    p.text.resize(p.text.find('\0'));
+    p.error = systemError(p.text, "The name holds a zero byte");
   }
   return p;
 }
@@ -121,17 +119,18 @@ std::string_view typeName(mode_t mode) {
 std::optional<std::vector<std::uint8_t>> contents(Path& p) {
   struct stat about;
   if (!attributesOf(p, about)) return std::nullopt;
-  if (about.st_size > std::numeric_limits<std::int32_t>::max()) {
-    p.error = systemError(p.text, EFBIG);
-    return std::nullopt;
-  }
+  const auto told = static_cast<std::size_t>(about.st_size);
   const auto in = fileInput(p.text);
   std::vector<std::uint8_t> bytes;
   std::size_t filled = 0;
   while (in->error().empty()) {
+    // A device has no size, and no end either.
+    if (told > kLongestText || filled > kLongestText) {
+      p.error = systemError(p.text, EFBIG);
+      return std::nullopt;
+    }
     // One byte more than the size told, so that the end is met without another turn.
-    if (filled == bytes.size())
-      bytes.resize(filled ? filled * 2 : static_cast<std::size_t>(about.st_size) + 1);
+    if (filled == bytes.size()) bytes.resize(filled ? filled * 2 : told + 1);
     const auto n = in->read(std::span(bytes).subspan(filled));
     if (n < 0) break;
     if (n == 0) {
@@ -192,9 +191,13 @@ Text KesFile::DirDocuments() const { return platform::current().folders().docume
 Text KesFile::DirLibrary() const { return platform::current().folders().library; }
 Text KesFile::DirTemp() const { return platform::current().folders().temporary; }
 
-Text KesFile::checkAssets(std::string_view dir, std::string_view name, bool write) const {
+bool KesFile::isAssets(std::string_view dir) const {
   const Text assets = DirAssets();
-  if (withoutEndSeparators(dir) != withoutEndSeparators(assets)) return name;
+  return withoutEndSeparators(dir) == withoutEndSeparators(assets);
+}
+
+Text KesFile::checkAssets(std::string_view dir, std::string_view name, bool write) const {
+  if (!isAssets(dir)) return name;
   if (write) throw KesException("The assets folder is readonly.");
   return Text(name).ToLowerCase();
 }
@@ -212,6 +215,10 @@ Text KesFile::Combine(std::string_view dir, std::string_view name) {
   append(name);
   if (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
+}
+
+KesFile::Path KesFile::pathToOpen(std::string_view dir, std::string_view storedName, bool write) {
+  return write ? pathToWrite(dir, storedName) : pathOf(dir, storedName);
 }
 
 bool KesFile::Exists(std::string_view dir, std::string_view name) const {

@@ -77,6 +77,14 @@ class KesFile final : public Object {
 
   // The name under which the file is stored; throws when it may not be written.
   Text checkAssets(std::string_view dir, std::string_view name, bool write) const;
+  bool isAssets(std::string_view dir) const;
+
+  // For what opens files by itself: the path of a stored name.
+  struct Path {
+    std::string text;
+    Text error;  // set when nothing may open it
+  };
+  static Path pathToOpen(std::string_view dir, std::string_view storedName, bool write);
 };
 
 inline KesFile& File() { return KesFile::shared(); }

@@ -9,6 +9,7 @@
 
 #include "runtime/core/array.h"
 #include "runtime/core/kes.h"
+#include "runtime/core/string_builder.h"
 
 namespace kes {
 
@@ -63,8 +64,14 @@ class Walk {
       openMap(std::move(dict));
     } else if (const auto array = v.as<KesArray>(); array && !array->isBytes()) {
       openArray(array->store());
-    } else if (auto store = detail::unwrapped(v).as<ArrayStore>()) {
+    } else if (auto store = v.as<ArrayStore>()) {
       openArray(std::move(store));
+    } else if (const auto text = v.as<MutableText>()) {
+      writeText(text->utf8, false);
+    } else if (auto wrapper = v.as<KesObjectWrapper>()) {
+      Value inner = wrapper->objectOrNull();
+      while ((wrapper = inner.as<KesObjectWrapper>())) inner = wrapper->objectOrNull();
+      write(inner);
     } else {
       fail("Invalid type in JSON write (" + std::string(v.object()->className()) + ")");
     }

@@ -1,9 +1,11 @@
 // KesJSONGenerator: the system's containers into JSON text.
 //
-// Keys are written by their description, so numbers become text; the order of keys means
-// nothing. Throws "JSON was not initialized." without a root, and "Error writing JSON: %@"
-// for what JSON has no form for: a custom type, bytes, a number that is not finite, a map
-// that holds itself. Main thread.
+// A plain member or local, which shares the containers of its root; each call writes what
+// they hold then. Keys are written by their description, so numbers become text; the order
+// of keys means nothing. A fraction is the shortest text that reads as the same number.
+// Throws "JSON was not initialized." without a root, and "Error writing JSON: %@" for what
+// JSON has no form for: a custom type, bytes, a number that is not finite, half of a
+// surrogate pair, a map that holds itself. Main thread.
 #pragma once
 
 #include "runtime/core/list.h"

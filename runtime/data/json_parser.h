@@ -1,11 +1,12 @@
 // KesJSONParser: a whole JSON text into the system's containers, in one step.
 //
-// An object becomes a read-only KesMap, an array inside a document a plain array that a
+// A plain member or local, which keeps the text; each call reads it anew into a tree of
+// its own. An object becomes a read-only KesMap, an array inside a document a plain array that a
 // KesList takes on, null the null object (not nil, and its key is there), true and false
 // Boolean numbers, whole numbers 64-bit integers, others doubles. Of equal keys the last
 // one wins. A text that is no JSON, or no object or array at the top, throws "Error
-// parsing string: %@" with the reason and the position in bytes. Nesting is limited by
-// memory only. Any thread, one at a time.
+// parsing string: %@" with the reason and the position, which counts 16-bit units from 0.
+// Nesting is limited by memory only. Any thread, one at a time.
 #pragma once
 
 #include "runtime/core/list.h"

@@ -34,7 +34,6 @@ void kes_keyvaluestore::describe(ClassBuilder<kes_keyvaluestore>& c) {
 }
 
 void kes_keyvaluestore::_class_globals() {
-  if (!_sql1) _sql1 = platform::makeShared<KesSQL>();
   _tempfolder = File().DirTemp();
   _tempfile = "key_value_temp.dat";
 }

@@ -1,6 +1,7 @@
 // kes_keyvaluestore: a persistent dictionary, the table "main" of one SQLite file.
 //
-// A class instance of the module that keeps it; main thread. Each put is a transaction
+// A class instance of the module that keeps it; main thread. Not opened, by _initialize,
+// it throws "Object was not initialized (KesSQL)". Each put is a transaction
 // that replaces the key's former value. A put that fails writes "Error saving object: "
 // and the reason to the log, throws nothing and leaves the former value. The other
 // operations throw what KesSQL, KesSerializator and KesBitmap throw. An object is stored
@@ -39,7 +40,7 @@ class kes_keyvaluestore final : public KesClass {
   KesList _listkeys();
   void _deleteall();
 
-  Ref<KesSQL> _sql1;
+  Ref<KesSQL> _sql1 = platform::makeShared<KesSQL>();
   Text _tempfolder;
   Text _tempfile;
 

@@ -1,6 +1,7 @@
-// KesMemoryHandle: an array of bytes that is used like a file. It reads and overwrites
-// the very array it was made on and cannot grow: a write past its end changes nothing and
-// throws "Out of bounds. Index=%d Length=%d".
+// KesMemoryHandle: an array of bytes that is used like a file. It shares the very array it
+// was made on, reads and overwrites it and cannot grow: a write past its end changes
+// nothing and throws "Out of bounds. Index=%d Length=%d", as does a position below 0.
+// Owned by one KesRandomAccessFile, used by one thread at a time. Positions are bytes.
 #pragma once
 
 #include "runtime/core/array.h"

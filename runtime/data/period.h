@@ -1,5 +1,5 @@
 // Period: the record "_period" of calendar differences. A plain shared record, held by
-// Ref; its fields may be negative. Main thread.
+// Ref; each field counts its own unit and may be negative. Main thread; throws nothing.
 #pragma once
 
 #include "runtime/core/class_table.h"

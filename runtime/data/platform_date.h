@@ -1,5 +1,6 @@
 // PlatformDate: an instant as the platform holds it, in seconds since 1970-01-01 UTC.
-// Immutable; held by Ref. KesDateTime turns it into ticks and back.
+// Immutable; held by Ref, any thread; throws nothing. KesDateTime turns it into ticks and
+// back.
 #pragma once
 
 #include "runtime/core/object.h"

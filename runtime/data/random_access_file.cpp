@@ -9,9 +9,10 @@ namespace kes {
 
 void KesRandomAccessFile::Initialize2(std::string_view dir, std::string_view file, bool readOnly,
                                       bool littleEndian) {
-  const auto path = KesFile::Combine(dir, File().checkAssets(dir, file, false));
-  auto handle = openFileHandle(path.str(), readOnly);
-  if (!handle) throw KesException(formatText("File not found: %@", {path}));
+  const auto name = File().checkAssets(dir, file, false);
+  const auto path = KesFile::pathToOpen(dir, name, !readOnly);
+  auto handle = path.error.empty() ? openFileHandle(path.text, readOnly) : nullptr;
+  if (!handle) throw KesException(formatText("File not found: %@", {path.text}));
   wrap(Value(std::move(handle)));
   order_ = littleEndian ? ByteOrder::Little : ByteOrder::Big;
   CurrentPosition = 0;

@@ -1,6 +1,7 @@
 // RecursiveLock: a lock that its thread may take again, and that is waited for only so
-// long. It knows its owner, so giving back what one does not hold is an answer and no
-// accident. Any thread; throws nothing.
+// long. It knows the thread that holds it, so giving back what one does not hold is an
+// answer and no accident. Shared by all that it guards together; any thread; throws
+// nothing.
 #pragma once
 
 #include <chrono>

@@ -32,8 +32,10 @@ auto named(std::string_view name, Operation operation) {
   }
 }
 
-// Undoes what has failed already: a second failure would hide the first.
+// Undoes what has failed already: a second failure would hide the first. Who never got
+// the lock has nothing to undo, and is not to wait for it once more.
 void undo(KesSQL& sql) {
+  if (!sql.lock->isMine()) return;
   try {
     sql.Rollback();
   } catch (const std::exception&) {
@@ -59,15 +61,18 @@ void KesSQL::Initialize(std::string_view dir, std::string_view file, bool create
   if (!createIfNecessary && !files.Exists(dir, file))
     throw KesException("Database file not found.");
   Text folder(dir), name(file);
-  if (dir == files.DirAssets().view()) {
+  if (files.isAssets(dir)) {
     const Text shipped = files.checkAssets(dir, file, false);
     folder = files.DirDocuments();
     name = shipped;
     if (!files.Exists(folder, name) && files.Exists(dir, shipped))
       files.Copy(dir, shipped, folder, name);
   }
-  const auto path = KesFile::Combine(folder, name).str();
-  db = named("Initialize", [&] { return sqlite::Database::open(path, createIfNecessary); });
+  const auto path = KesFile::pathToOpen(folder, name, true);
+  db = named("Initialize", [&] {
+    if (!path.error.empty()) throw sqlite::Failure(path.error.str());
+    return sqlite::Database::open(path.text, createIfNecessary);
+  });
   nonQueryStatementsList = std::make_shared<std::vector<Pair>>();
   lock = std::make_shared<RecursiveLock>();
   queue = std::make_shared<platform::SerialQueue>("sql_queue");

@@ -1,14 +1,14 @@
 // KesSQL: one SQLite database with its own locking rules.
 //
-// Held by Ref. A statement takes the lock for its time and, unless a transaction is open,
-// is one by itself. BeginTransaction keeps the lock until TransactionSuccessful or
-// Rollback on the same thread; statements of other threads wait for it, at most 30
-// seconds. Batches and asynchronous queries run on "sql_queue" and report on the main
-// thread, with this as the sender. Arguments stand for "?" in order; a KesArray of bytes
-// is stored as a blob. What was committed survives the process and the power. Throws
-// KesException: "Database file not found.", "Initialize error: %@", "Error acquiring lock.
-// Make sure that all transactions are closed.", and for each operation its name and
-// " error: %@" with SQLite's message.
+// Held by Ref; made and closed on the main thread, statements run on any. A statement takes the
+// lock for its time and, unless a transaction is open, is one by itself. BeginTransaction keeps the
+// lock until TransactionSuccessful or Rollback on the same thread; statements of other threads wait
+// for it, at most 30 seconds. Batches and asynchronous queries run on "sql_queue" and report on the
+// main thread, with this as the sender. Arguments stand for "?" in order; a KesArray of bytes is
+// stored as a blob. What was committed survives the process and the power. Throws KesException:
+// "Database file not found.", "Initialize error: %@", "Error acquiring lock. Make sure that all
+// transactions are closed.", and for each operation its name and " error: %@" with SQLite's
+// message.
 #pragma once
 
 #include "platform/base/work_queue.h"

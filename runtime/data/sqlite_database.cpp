@@ -147,8 +147,10 @@ void Database::bind(sqlite3_stmt* statement, int index, const Value& v, Arrays a
   if (v.isNilOrNull()) {
     code = sqlite3_bind_null(statement, index);
   } else if (v.isNumber()) {
-    code = v.isFloating() ? sqlite3_bind_double(statement, index, v.asDouble())
-                          : sqlite3_bind_int64(statement, index, v.asInt64());
+    // Above 63 bits an unsigned number only fits as a fraction.
+    const bool large = v.numberType() == NumberType::UnsignedLongLong && v.asInt64() < 0;
+    code = v.isFloating() || large ? sqlite3_bind_double(statement, index, v.asDouble())
+                                   : sqlite3_bind_int64(statement, index, v.asInt64());
   } else if (v.isText()) {
     // A short text lives in the value itself, which stays where it is all the same.
     code = bindText(v.textView(), stays);

@@ -8,6 +8,7 @@
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
 #include "runtime/core/module.h"
+#include "runtime/core/string_builder.h"
 #include "runtime/data/serialized_format.h"
 #include "runtime/data/utf8_out.h"
 
@@ -158,6 +159,8 @@ void ValueWriter::writeObject(Shared& object) {
     *room(1) = kByteArray;
     writeCount(bytes.size());
     if (!bytes.empty()) std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
+  } else if (type == typeid(MutableText)) {
+    writeText(static_cast<const MutableText&>(object).utf8);
   } else if (type == typeid(KesList)) {
     writeValue(static_cast<const KesList&>(object).objectOrNull());
   } else if (auto* wrapper = dynamic_cast<KesObjectWrapper*>(&object)) {

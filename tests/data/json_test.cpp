@@ -7,6 +7,7 @@
 #include "data_fixture.h"
 #include "runtime/core/array.h"
 #include "runtime/core/common.h"
+#include "runtime/core/string_builder.h"
 #include "runtime/data/json_generator.h"
 #include "runtime/data/json_parser.h"
 #include "runtime/data/json_reader.h"
@@ -410,7 +411,14 @@ TEST_F(JsonTest, GeneratesContainersOfAllKinds) {
   map.Put("5", "text");  // two keys of one description
   EXPECT_EQ(nlohmann::json::parse(generated(map).view()).size(), 1u);
 
+  kes::KesStringBuilder built;
+  built.Initialize().Append("di");
+  kes::KesNativeObject holder;
+  holder.setObject(map);
   const std::pair<Value, const char*> values[] = {
+      {built, "[\"di\"]"},
+      {holder, "[{\"5\":\"text\"}]"},
+      {KesList(), "[null]"},
       {"a\"b\\/\n\x01è😀", "[\"a\\\"b\\\\/\\n\\u0001è😀\"]"},
       {true, "[true]"},
       {false, "[false]"},

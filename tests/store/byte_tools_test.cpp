@@ -250,6 +250,15 @@ TEST_F(ByteTools, RandomAccessFileSaysWhatItDidNotFind) {
   }
   EXPECT_EQ(thrownBy([&] { file.Initialize(folders.documents, "none", true); }),
             "File not found: " + folders.documents + "none");
+  // A name neither leads out of its folder nor stands for another one.
+  EXPECT_EQ(thrownBy([&] { file.Initialize(folders.documents, "../out", false); }),
+            "File not found: " + folders.documents + "../out");
+  EXPECT_FALSE(std::filesystem::exists(phone.root() / "out"));
+  EXPECT_EQ(thrownBy([&] {
+              file.Initialize(folders.documents, {"cut\0", 4}, false);
+            }),
+            "File not found: " + folders.documents + "cut");
+  EXPECT_EQ(kes::File().ListFiles(folders.documents).Size(), 0);
   phone.write(folders.assets + "/logo.bin", "\x01\x02");
   file.Initialize(folders.assets, "Logo.BIN", true);
   EXPECT_EQ(file.ReadShort(0), 258);

@@ -113,6 +113,17 @@ TEST_F(KeyValueStore, KeysComeAndGo) {
   EXPECT_EQ(store->_listkeys().Get(0), Value("'; DROP TABLE main; --"));
 }
 
+TEST_F(KeyValueStore, SaysSoWhenItWasNeverOpened) {
+  const auto fresh = kes::make<kes_keyvaluestore>();
+  fresh->_putsimple("k", "lost");
+  EXPECT_TRUE(phone.logged("Error saving object: Object was not initialized (KesSQL)"));
+  for (const auto& call : std::vector<std::function<void()>>{
+           [&] { fresh->_getsimple("k"); }, [&] { fresh->_getobject("k"); },
+           [&] { fresh->_remove("k"); }, [&] { fresh->_listkeys(); }, [&] { fresh->_deleteall(); }})
+    EXPECT_EQ(thrownBy(call), "Object was not initialized (KesSQL)");
+  fresh->_close();
+}
+
 TEST_F(KeyValueStore, ClosesAndOpensAgain) {
   store->_putsimple("k", "v");
   const auto first = store->_sql1->db;

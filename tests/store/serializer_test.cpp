@@ -1,5 +1,6 @@
 #include "runtime/data/serializer.h"
 
+#include "runtime/core/string_builder.h"
 #include "runtime/data/byte_converter.h"
 #include "runtime/data/compressed_streams.h"
 #include "store_support.h"
@@ -105,6 +106,8 @@ std::string plainHex(std::string_view hex) {
 
 TEST_F(Serializer, WritesEachTagAsTheFormatSays) {
   KesMap nothing;
+  kes::KesStringBuilder built;
+  built.Initialize().Append("b");
   const auto store = makeShared<kes::ArrayStore>(std::vector<Value>{1}, true);
   const struct {
     const char* what;
@@ -116,6 +119,7 @@ TEST_F(Serializer, WritesEachTagAsTheFormatSays) {
       {"a wrapper of nothing", KesList(), "00"},
       {"text, its length in bytes", "aè€", "01 06000000 61c3a8e282ac"},
       {"empty text", "", "01 00000000"},
+      {"a text that is being built", built, "01 01000000 62"},
       {"short", std::int16_t{-2}, "02 feff"},
       {"int", 258, "03 02010000"},
       {"long", std::int64_t{-2}, "04 feffffffffffffff"},

@@ -50,6 +50,8 @@ TEST_F(Sql, BindsEachKindOfValue) {
       {"a number", 42, "integer", "3432"},
       {"a large one", std::int64_t{1} << 40, "integer", "31303939353131363237373736"},
       {"a fraction", 0.5, "real", "302E35"},
+      {"beyond 63 bits", Value::number(kes::NumberType::UnsignedLongLong, INT64_MIN), "real",
+       "392E3232333337323033363835343738652B3138"},
       {"text", "è", "text", "C3A8"},
       {"text with a zero", std::string_view("a\0b", 3), "text", "610062"},
       {"half of a pair", Text("\xF0\x9F\x98\x80").SubString2(0, 1), "text", "EFBFBD"},
@@ -110,13 +112,19 @@ TEST_F(Sql, ReadsRowsByNameAndByIndex) {
 
 TEST_F(Sql, FailuresCarryTheGivenTexts) {
   const auto& documents = phone.folders().documents;
-  const auto opening = [&](const std::string& dir, const char* file, bool create) {
+  const auto opening = [&](const std::string& dir, std::string_view file, bool create) {
     return thrownBy([&] { makeShared<KesSQL>()->Initialize(dir, file, create); });
   };
   EXPECT_EQ(opening(documents, "none.db", false), "Database file not found.");
   EXPECT_FALSE(kes::File().Exists(documents, "none.db"));
   EXPECT_EQ(opening(documents + "no/such", "x.db", true),
             "Initialize error: unable to open database file");
+  EXPECT_EQ(opening(documents, "../out.db", true),
+            "Initialize error: documents/../out.db: The name leads out of its folder");
+  EXPECT_EQ(opening(documents, {"cut\0", 4}, true),
+            "Initialize error: documents/cut: The name holds a zero byte");
+  EXPECT_FALSE(std::filesystem::exists(phone.root() / "out.db"));
+  EXPECT_FALSE(kes::File().Exists(documents, "cut"));
   phone.write(documents + "broken.db", std::string(4096, 'x'));
   EXPECT_EQ(opening(documents, "broken.db", false), "");
   const auto broken = makeShared<KesSQL>();
@@ -319,7 +327,7 @@ TEST_F(Sql, ADatabaseAmongTheAssetsIsCopiedOnce) {
   kes::File().Copy(folders.documents, "test.db", folders.documents, "moved.db");
   std::filesystem::rename(folders.documents + "moved.db", folders.assets + "/shop.db");
   for (int run = 1; run <= 2; ++run) {
-    sql->Initialize(folders.assets, "Shop.db", false);
+    sql->Initialize(folders.assets + (run == 1 ? "/" : ""), "Shop.db", false);
     insert({run, "added"});
     EXPECT_EQ(single("SELECT count(*) FROM t"), Value(std::to_string(1 + run)));
     sql->Close();
