@@ -79,7 +79,12 @@ void kes_keyvaluestore::_complete(bool success) {
   KesCommon::Log("Error saving object: " + c().LastException().description());
   // Where not even the transaction could begin there is nothing to undo, and what
   // another thread has open is not ours to undo.
-  if (_sql1->lock && _sql1->lock->isMine()) _sql1->Rollback();
+  if (!_sql1->lock || !_sql1->lock->isMine()) return;
+  try {
+    _sql1->Rollback();
+  } catch (const std::exception& e) {
+    KesCommon::Log(e.what());
+  }
 }
 
 template <class MakeValue>
@@ -123,7 +128,7 @@ Value kes_keyvaluestore::_getobject(const Text& key) {
   if (!blob) return {};
   KesRandomAccessFile file;
   file.Initialize3(blob, false);
-  const Value object = file.ReadKexObject(file.CurrentPosition);
+  Value object = file.ReadKexObject(file.CurrentPosition);
   file.Close();
   return object;
 }

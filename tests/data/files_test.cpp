@@ -435,6 +435,27 @@ TEST_F(FilesTest, StreamsReadAndWriteParts) {
               StartsWith("Object was not initialized ("));
 }
 
+TEST_F(FilesTest, StreamsMayBeClosedTwiceAndOutliveTheirFile) {
+  put(documents(), "s", "12345");
+  auto in = File().OpenInput(documents(), "s");
+  auto out = File().OpenOutput(documents(), "s", true);
+  out.write(KesArray::initBytesWithData({'6'})->bytesData());
+  File().Delete(documents(), "s");
+  out.write(KesArray::initBytesWithData({'7'})->bytesData());
+  EXPECT_EQ(in.readAll(), (std::vector<std::uint8_t>{'1', '2', '3', '4', '5', '6', '7'}));
+  for (int i = 0; i < 2; ++i) {
+    in.Close();
+    out.Close();
+  }
+  EXPECT_FALSE(File().Exists(documents(), "s"));
+  // What copies from a closed stream says so, and writes nothing.
+  KesOutputStream memory;
+  memory.InitializeToBytesArray(0);
+  EXPECT_EQ(failureOf([&] { KesFile::Copy2(in, memory); }),
+            "Error reading from stream: The stream is closed");
+  EXPECT_EQ(memory.ToBytesArray()->Length(), 0);
+}
+
 TEST_F(FilesTest, StreamsInMemory) {
   KesOutputStream out;
   out.InitializeToBytesArray(-5);

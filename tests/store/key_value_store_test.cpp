@@ -16,6 +16,17 @@ namespace {
 const std::string kPng = "\x89PNG\r\n\x1a\nrest";
 const std::string kJpeg = "\xFF\xD8\xFF\xE0rest";
 
+// Ends the transaction that it is read in, then fails.
+struct Saboteur final : kes::InputStream {
+  explicit Saboteur(kes::sqlite::Database& database) : database(database) {}
+  std::ptrdiff_t read(std::span<std::uint8_t>) override {
+    database.rollback();
+    return fail("sabotage");
+  }
+  void close() override {}
+  kes::sqlite::Database& database;
+};
+
 class KeyValueStore : public StoreTest {
  protected:
   KeyValueStore() { store->_initialize(recorder->bi(), documents, "infovarlo.db"); }
@@ -192,6 +203,14 @@ TEST_F(KeyValueStore, APutThatFailsIsLoggedAndLeavesTheFormerValue) {
     EXPECT_EQ(store->_getsimple("other"), "fine") << c.what;
   }
   EXPECT_TRUE(store->_sql1->db->inTransaction()) << "it was not ours to end";
+}
+
+TEST_F(KeyValueStore, NotEvenAFailureToUndoReachesTheCaller) {
+  const auto stream = KesInputStream::over(makeShared<Saboteur>(*store->_sql1->db));
+  EXPECT_EQ(thrownBy([&] { store->_putinputstream("k", stream); }), "");
+  EXPECT_THAT(phone.lines(),
+              testing::ElementsAre("Error saving object: Error reading from stream: sabotage",
+                                   "Rollback error: cannot rollback - no transaction is active"));
 }
 
 TEST_F(KeyValueStore, BitmapsAreTheBytesOfTheirFiles) {

@@ -320,6 +320,20 @@ TEST_F(Sql, CloseEndsWhatIsOpen) {
   EXPECT_EQ(single("SELECT group_concat(a) FROM t"), Value("1"));
 }
 
+TEST_F(Sql, RowsOutliveTheObjectThatAsked) {
+  insert({1, "a"});
+  insert({2, "b"});
+  auto rows = sql->ExecQuery("SELECT b FROM t ORDER BY a");
+  ASSERT_TRUE(rows.NextRow());
+  const std::weak_ptr<kes::sqlite::Database> database = sql->db;
+  sql = nullptr;
+  ASSERT_TRUE(rows.NextRow());
+  EXPECT_EQ(rows.GetString2(0), Value("b"));
+  EXPECT_FALSE(rows.NextRow());
+  rows = KesResultSet();
+  EXPECT_TRUE(database.expired()) << "the last rows close it";
+}
+
 TEST_F(Sql, ADatabaseAmongTheAssetsIsCopiedOnce) {
   insert({1, "shipped"});
   sql->Close();
