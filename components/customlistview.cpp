@@ -49,12 +49,17 @@ void kes_customlistview::_class_globals() {
 
 void kes_customlistview::_initialize(Ref<Kes>, Value callback, Text eventName) {
   initializeClassModule();
-  _callback = std::move(callback);
+  callback_ = WeakRef<Shared>(callback.object());
   _eventname = std::move(eventName);
   _defaulttextcolor = KesColors::Black;
   _defaulttextbackgroundcolor = KesColors::White;
-  _monitorvisiblerange = c().SubExists(bi(), _callback, _eventname + "_VisibleRangeChanged", 2);
-  _firescrollchanged = c().SubExists(bi(), _callback, _eventname + "_ScrollChanged", 1);
+  _monitorvisiblerange = c().SubExists(bi(), callback, _eventname + "_VisibleRangeChanged", 2);
+  _firescrollchanged = c().SubExists(bi(), callback, _eventname + "_ScrollChanged", 1);
+}
+
+bool kes_customlistview::hears(const char* suffix, int parameters) const {
+  const Value owner = callback();
+  return !owner.isNil() && c().SubExists(bi(), owner, _eventname + suffix, parameters);
 }
 
 void kes_customlistview::_designercreateview(KesPanelWrapper base, KesLabelWrapper label,
@@ -331,26 +336,26 @@ void kes_customlistview::scrollHandler() {
   const auto now = DateTime().Now();
   if (position >= contentSize() - c().DipToCurrent(kReachEndDistance) &&
       now > _lastreachendevent + kReachEndPause) {
-    if (c().SubExists(bi(), _callback, _eventname + "_ReachEnd", 0)) {
+    if (hears("_ReachEnd", 0)) {
       _lastreachendevent = now;
-      c().CallSubDelayed(bi(), _callback, _eventname + "_ReachEnd");
+      c().CallSubDelayed(bi(), callback(), _eventname + "_ReachEnd");
     } else {
       // Nobody listens: ask again tomorrow at the earliest.
       _lastreachendevent = now + KesDateTime::TicksPerDay;
     }
   }
   updateVisibleRange();
-  if (_firescrollchanged)
-    c().CallSub2(bi(), _callback, _eventname + "_ScrollChanged", whole(scrollOffset()));
+  if (_firescrollchanged && hears("_ScrollChanged", 1))
+    c().CallSub2(bi(), callback(), _eventname + "_ScrollChanged", whole(scrollOffset()));
 }
 
 void kes_customlistview::updateVisibleRange() {
-  if (!_monitorvisiblerange || items_.empty()) return;
+  if (!_monitorvisiblerange || items_.empty() || !hears("_VisibleRangeChanged", 2)) return;
   const auto first = _getfirstvisibleindex(), last = _getlastvisibleindex();
   if (first == _firstvisibleindex && last == _lastvisibleindex) return;
   _firstvisibleindex = first;
   _lastvisibleindex = last;
-  c().CallSubDelayed3(bi(), _callback, _eventname + "_VisibleRangeChanged", first, last);
+  c().CallSubDelayed3(bi(), callback(), _eventname + "_VisibleRangeChanged", first, last);
 }
 
 void kes_customlistview::_panel_click() {
@@ -366,8 +371,8 @@ Resumable<> kes_customlistview::panelClickHandler(KexViewWrapper panel) {
   const Ref<clvitem> clicked = _getitem(index);
   const auto rest = clicked->Color;
   panel.SetColorAnimated(kPressMilliseconds, rest, _pressedcolor);
-  if (c().SubExists(bi(), _callback, _eventname + "_ItemClick", 2))
-    c().CallSub3(bi(), _callback, _eventname + "_ItemClick", panel.Tag(), clicked->value);
+  if (hears("_ItemClick", 2))
+    c().CallSub3(bi(), callback(), _eventname + "_ItemClick", panel.Tag(), clicked->value);
   co_await sleep(kHoldMilliseconds);
   panel.SetColorAnimated(kFadeMilliseconds, _pressedcolor, rest);
 }

@@ -74,7 +74,6 @@ class kes_customlistview final : public KesClass {
   KexViewWrapper _sv;
   double _dividersize = 0;
   Text _eventname;
-  Value _callback;
   std::int32_t _defaulttextcolor = 0;
   std::int32_t _defaulttextbackgroundcolor = 0;
   std::int32_t _animationduration = 300;  // milliseconds
@@ -88,6 +87,8 @@ class kes_customlistview final : public KesClass {
   bool _firescrollchanged = false;
 
  private:
+  Value callback() const { return callback_.lock(); }
+  bool hears(const char* suffix, int parameters) const;
   clvitem& item(std::int32_t index) const;
   // `former` is the size of the item that is replaced.
   void insertAtImpl(std::int32_t index, const KexViewWrapper& panel, std::int32_t itemSize,
@@ -104,6 +105,8 @@ class kes_customlistview final : public KesClass {
   double visibleSize() const;
   void place(const clvitem& item, std::int32_t duration, double offset, double size) const;
 
+  // Known weakly, since it holds the list as a rule.
+  WeakRef<Shared> callback_;
   std::vector<Ref<clvitem>> items_;
 };
 

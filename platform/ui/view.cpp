@@ -70,7 +70,7 @@ Application* app() { return Application::current(); }
 View::View() = default;
 
 View::~View() {
-  for (auto& child : children_) child->parent_ = nullptr;
+  orphan(children_);
   if (flag(Animated) && app()) app()->animator().forget(*this);
   if (flag(Modal) && app()) std::erase(app()->modals_, this);
 }
@@ -153,6 +153,7 @@ Insets View::safeAreaInsets() const {
 
 void View::adopt(Ref<View> child, std::size_t index) {
   if (!child || isDescendantOf(*child)) return;
+  const bool moves = child->parent_ != this;
   if (child->parent_ == this) {
     const auto it = std::find(children_.begin(), children_.end(), child);
     const auto at = static_cast<std::size_t>(it - children_.begin());
@@ -160,7 +161,7 @@ void View::adopt(Ref<View> child, std::size_t index) {
     if (at == index) return;
     children_.erase(it);
   } else {
-    child->removeFromParent();
+    child->leaveParent();
     index = std::min(index, children_.size());
   }
   View& c = *child;
@@ -171,6 +172,13 @@ void View::adopt(Ref<View> child, std::size_t index) {
   setNeedsLayout();
   if (c.flag(NeedsLayout) || c.flag(BelowNeedsLayout))
     flags_ = static_cast<std::uint16_t>(flags_ | BelowNeedsLayout);
+  if (moves) c.parentChanged();
+}
+
+void View::orphan(const std::vector<Ref<View>>& children) {
+  for (const auto& child : children) child->parent_ = nullptr;
+  for (const auto& child : children)
+    if (!child->parent_) child->parentChanged();
 }
 
 void View::addSubview(Ref<View> child) { adopt(std::move(child), children_.size()); }
@@ -178,7 +186,14 @@ void View::insertSubview(Ref<View> child, std::size_t index) { adopt(std::move(c
 
 void View::removeFromParent() {
   if (!parent_) return;
-  Ref<View> pin(this);
+  const Ref<View> pin(this);
+  leaveParent();
+  if (!parent_) parentChanged();
+}
+
+void View::leaveParent() {
+  if (!parent_) return;
+  const Ref<View> pin(this);
   if (auto* a = app())
     if (auto focused = a->focused_.lock(); focused && focused->isDescendantOf(*this))
       a->setFocus(nullptr);
@@ -198,10 +213,10 @@ void View::removeAllSubviews() {
       a->setFocus(nullptr);
   auto former = std::move(children_);
   children_.clear();
-  for (auto& child : former) child->parent_ = nullptr;
   index_.reset();
   markChanged(Change::Children);
   setNeedsLayout();
+  orphan(former);
 }
 
 void View::bringToFront() {

@@ -151,6 +151,8 @@ class View : public platform::Shared {
 
  protected:
   virtual void layoutSubviews() {}
+  // It has another parent now, or none; also when the former one is being destroyed.
+  virtual void parentChanged() {}
   virtual void focusChanged(bool /*focused*/) {}
   virtual Role defaultRole() const { return Role::None; }
   virtual std::string derivedName() const;  // where no accessible name was set
@@ -179,6 +181,8 @@ class View : public platform::Shared {
   Rare& rare();
   void geometryChanged(bool resized);
   void adopt(Ref<View> child, std::size_t index);
+  void leaveParent();
+  static void orphan(const std::vector<Ref<View>>& children);
   void runLayout();
 
   Size size_;

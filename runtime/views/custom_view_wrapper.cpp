@@ -56,8 +56,8 @@ void KesCustomViewWrapper::AfterDesignerScript() {
       break;
     }
   auto base = KesPanelWrapper::fromBoxed(object());
-  auto& attached = getMap(view());
-  attached.set("customviewclass", customObject_);
+  const bool ofRuntime = !customObject_.as<KesClass>();
+  static_cast<KesPanelView&>(view()).setCustomObject(customObject_, ofRuntime);
   const auto label = KesLabelWrapper::fromBoxed(base.GetView(0).object());
   base.RemoveViewAt(0);
   if (properties_) setTag(props::value(*properties_, "tag"));
@@ -72,7 +72,6 @@ void KesCustomViewWrapper::AfterDesignerScript() {
       base.innerInitialize(own, "base", true);
     }
   } else if (customObject_.isObject()) {
-    attached.set("customview", customObject_);
     Kes::runDynamicMethod(customObject_.object(), "DesignerCreateView:::", true, made);
   }
 }

@@ -17,6 +17,21 @@ void KesPanelView::layoutSubviews() {
   });
 }
 
+void KesPanelView::setCustomObject(const Value& object, bool ofRuntime) {
+  customObject_ = WeakRef<platform::Shared>(object.object());
+  ofRuntime_ = ofRuntime;
+  parentChanged();
+}
+
+void KesPanelView::parentChanged() {
+  const Value custom = customObject_.lock();
+  if (custom.isNil()) return;
+  const Value attached = parent() ? custom : Value();
+  auto& map = KesObjectWrapper::getMap(*this);
+  map.set("customviewclass", attached);
+  if (ofRuntime_) map.set("customview", attached);
+}
+
 void KesPanelView::resized() {
   const Value params[] = {currentSize_.width, currentSize_.height};
   const auto* attached = KesObjectWrapper::peekMap(*this);

@@ -1,9 +1,27 @@
 // What a list tells its owner, and when: clicks, the visible range, scrolling, the end.
+#include <algorithm>
+
 #include "list_fixture.h"
 #include "runtime/data/date_time.h"
+#include "tools/layout_bytes.h"
+#include "tools/layout_compiler.h"
 
 namespace kes {
 namespace {
+
+// Keeps the list of a layout in a variable.
+class Holder final : public KesClass {
+ public:
+  static void describe(ClassBuilder<Holder>& c) {
+    c.name("test_holder");
+    c.field<&Holder::_clv>("clv");
+    c.sub<&Holder::itemClick>("clv_itemclick");
+  }
+  void _initialize() { initializeClassModule(); }
+  void itemClick(int, Value) {}
+
+  Ref<kes_customlistview> _clv;
+};
 
 ui::Color seenColor(const ui::View& view) { return view.presented().background; }
 ui::Color argb(std::int32_t color) { return ui::Color{static_cast<std::uint32_t>(color)}; }
@@ -52,6 +70,59 @@ TEST_F(ListTest, AHandlerMayDropTheListItself) {
   phone.tap(view(0));
   phone.pump.advance(1000);
   EXPECT_TRUE(phone.test.logged("Class (kes_customlistview) instance released."));
+}
+
+// Pages come and go, and with them their lists: for a while each stayed, with all its rows.
+TEST_F(ListTest, AListOfALayoutGoesWithItsPage) {
+  phone.test.write(phone.test.folders().assets + "/t.kil", layouts::toBytes(layouts::compile(R"(
+variant 320x568
+custom clv
+  frame: left 0 right 0, top 0 bottom 0
+  customType: "kes_customlistview"
+  customProperties:
+    DividerColor: #E3E8EC
+    DividerHeight: 1
+    PressedColor: #E6F0F4
+)",
+                                                                                             "t")));
+  ClassRegistry::instance().add<Holder>();
+  const auto released = [this] {
+    const auto lines = phone.test.lines();
+    return std::ranges::count(lines, "Class (kes_customlistview) instance released.");
+  };
+  auto holder = owner<Holder>();
+  list = nullptr;
+  const auto before = released();
+  const auto load = [&] {
+    page.RootPanel().RemoveAllViews();
+    page.RootPanel().LoadLayout("t", holder->bi());
+    holder->_clv->_addtextitem("riga", 1);
+    phone.pump.drain();
+  };
+  load();
+  const auto base = holder->_clv->_getbase();
+  const auto view = page.RootPanel().GetView(0);
+  const auto attached = [&] {
+    return KesObjectWrapper::getMap(base.view()).get("customviewclass").object();
+  };
+  EXPECT_EQ(attached(), holder->_clv.get());
+  page.RootPanel().RemoveAllViews();
+  EXPECT_EQ(attached(), nullptr);
+  page.RootPanel().AddView(view, 0, 0, 320, 568);
+  EXPECT_EQ(attached(), holder->_clv.get()) << "back at its place";
+  load();
+  EXPECT_EQ(released(), before + 1) << "replaced by the one that was loaded last";
+  holder->_clv = nullptr;
+  EXPECT_EQ(released(), before + 1) << "held by its panel";
+  load();
+  EXPECT_EQ(released(), before + 2);
+  const WeakRef<Holder> former = holder;
+  holder = nullptr;
+  EXPECT_TRUE(former.expired()) << "its list does not hold it";
+  phone.tap(ui::Point{20, 30});
+  page.RootPanel().RemoveAllViews();
+  phone.pump.advance(1000);
+  EXPECT_EQ(released(), before + 3);
 }
 
 TEST_F(ListTest, AnOwnerWithoutAHandlerSeesTheFlashAlone) {
