@@ -9,9 +9,14 @@ namespace fuzz {
 
 struct FuzzPlatform : testing_support::TestPlatform {
   FuzzPlatform() {
+    only_ = this;
     kes::registerData();
     kes::registerNet();
   }
+  static FuzzPlatform& current() { return *only_; }
+
+ private:
+  static inline FuzzPlatform* only_ = nullptr;
 };
 
 }  // namespace fuzz

@@ -19,7 +19,9 @@ using Bytes = std::span<const std::uint8_t>;
 
 void compressed(Bytes input);
 void date(Bytes input);
+void framing(Bytes input);
 void json(Bytes input);
+void kil(Bytes input);
 void map_file(Bytes input);
 void multipart(Bytes input);
 void regex(Bytes input);
