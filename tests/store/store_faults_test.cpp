@@ -128,15 +128,18 @@ TEST_F(StoreFaults, WhatWasReportedStoredSurvivesAKill) {
 
 TEST_F(StoreFaults, AFullDiskCostsOnlyTheNewValue) {
   opened()->_putsimple("k", "former");
+  opened()->_putobject("o", "former object");
   Writer writer("full", folder);
   EXPECT_THAT(
       writer.allLines(),
       testing::ElementsAre("Error saving object: TransactionSuccessful error: disk I/O error",
-                           "k is former", testing::HasSubstr("instance released")));
+                           "k is former", testing::HasSubstr("key_value_temp.dat: File too large"),
+                           "o is former object", testing::HasSubstr("instance released")));
   EXPECT_EQ(writer.wait(), 0);
   EXPECT_EQ(integrity(), "ok\n");
   const auto store = opened();
   EXPECT_EQ(store->_getsimple("k"), "former");
+  EXPECT_EQ(store->_getobject("o"), Value("former object"));
   store->_putsimple("k", "room again");
   EXPECT_EQ(store->_getsimple("k"), "room again");
 }

@@ -3,7 +3,7 @@
 //
 //   store_writer puts FOLDER      puts 1, 2, 3, … under "n" and in an object under "o",
 //                                 says "stored N" after each, until it is killed
-//   store_writer full FOLDER      puts a large value where files may not grow
+//   store_writer full FOLDER      puts large values where files may not grow
 //   store_writer readonly FOLDER  puts as a user who may not write there
 //   store_writer absent FOLDER    opens a store that is not there, as that user
 #include <signal.h>
@@ -11,10 +11,13 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
+#include "runtime/core/array.h"
 #include "runtime/data/file.h"
 #include "runtime/data/key_value_store.h"
 #include "runtime/data/register_data.h"
@@ -63,6 +66,14 @@ int run(const std::string& mode, const std::string& folder) {
   if (mode == "full") limitFiles(folder);
   store->_putsimple("k", std::string(mode == "full" ? 1 << 20 : 10, 'x'));
   say("k is " + store->_getsimple("k").str());
+  if (mode == "full") {
+    // Here it is the file on the way to the store that may not grow.
+    std::vector<std::uint8_t> noise(1 << 20);
+    std::independent_bits_engine<std::minstd_rand, 8, unsigned> random;
+    for (auto& b : noise) b = static_cast<std::uint8_t>(random());
+    store->_putobject("o", kes::KesArray::initBytesWithData(std::move(noise)));
+    say("o is " + store->_getobject("o").description().str());
+  }
   return 0;
 }
 
