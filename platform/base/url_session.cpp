@@ -3,7 +3,6 @@
 #include <pthread.h>
 
 #include <algorithm>
-#include <atomic>
 #include <csignal>
 #include <deque>
 #include <map>
@@ -13,44 +12,50 @@
 #include <vector>
 
 #include "platform/base/clock.h"
-#include "platform/base/log.h"
+#include "platform/base/url_teller.h"
 #include "platform/base/url_transfer.h"
-#include "platform/base/work_queue.h"
 
 namespace platform {
 
 namespace {
 
-using TaskRef = std::shared_ptr<const UrlTask>;
+// A task and the host whose connections it takes part in.
+struct HostTask {
+  std::string host;
+  std::shared_ptr<const UrlTask> task;
+};
 
 // Tasks that wait for a connection, by host. Each host's come in the order of their
 // start, and so do those of different hosts when only the total is at its bound.
 class WaitingTasks {
  public:
-  void add(std::string host, TaskRef task) {
-    hosts_[std::move(host)].waiting.push_back({++order_, std::move(task)});
+  WaitingTasks(int perHost, int total) : perHost_(perHost), total_(total) {}
+
+  // Whether the task may have a connection at once.
+  bool add(HostTask t) {
+    auto& h = hosts_[std::move(t.host)];
+    h.waiting.push_back({++order_, std::move(t.task)});
+    return busy_ < total_ && h.busy < perHost_;
   }
-  // The next task that may have a connection; null when all have to wait.
-  TaskRef take(int perHost) {
-    auto best = hosts_.end();
-    for (auto i = hosts_.begin(); i != hosts_.end(); ++i) {
-      const auto& h = i->second;
-      if (h.waiting.empty() || h.busy >= perHost) continue;
-      if (best == hosts_.end() || h.waiting.front().first < best->second.waiting.front().first)
-        best = i;
-    }
-    if (best == hosts_.end()) return nullptr;
-    auto task = std::move(best->second.waiting.front().second);
-    best->second.waiting.pop_front();
-    ++best->second.busy;
-    return task;
+  bool hasNext() const { return next() != hosts_.end(); }
+  // The next task that may have a connection; none when all have to wait.
+  std::optional<HostTask> take() {
+    const auto found = next();
+    if (found == hosts_.end()) return std::nullopt;
+    auto& h = hosts_.at(found->first);
+    HostTask t{found->first, std::move(h.waiting.front().second)};
+    h.waiting.pop_front();
+    ++h.busy;
+    ++busy_;
+    return t;
   }
   void ended(const std::string& host) {
     auto i = hosts_.find(host);
+    --busy_;
     if (--i->second.busy == 0 && i->second.waiting.empty()) hosts_.erase(i);
   }
-  std::vector<TaskRef> takeAll() {
-    std::vector<TaskRef> all;
+  std::vector<std::shared_ptr<const UrlTask>> takeAll() {
+    std::vector<std::shared_ptr<const UrlTask>> all;
     for (auto& [name, h] : hosts_)
       for (auto& w : h.waiting) all.push_back(std::move(w.second));
     hosts_.clear();
@@ -60,9 +65,25 @@ class WaitingTasks {
  private:
   struct Host {
     int busy = 0;
-    std::deque<std::pair<std::uint64_t, TaskRef>> waiting;
+    std::deque<std::pair<std::uint64_t, std::shared_ptr<const UrlTask>>> waiting;
   };
-  std::map<std::string, Host> hosts_;
+  using Hosts = std::map<std::string, Host>;
+
+  Hosts::const_iterator next() const {
+    if (busy_ >= total_) return hosts_.end();
+    auto best = hosts_.end();
+    for (auto i = hosts_.begin(); i != hosts_.end(); ++i) {
+      const auto& h = i->second;
+      if (h.waiting.empty() || h.busy >= perHost_) continue;
+      if (best == hosts_.end() || h.waiting.front().first < best->second.waiting.front().first)
+        best = i;
+    }
+    return best;
+  }
+
+  const int perHost_, total_;
+  int busy_ = 0;
+  Hosts hosts_;
   std::uint64_t order_ = 0;
 };
 
@@ -70,47 +91,46 @@ class WaitingTasks {
 
 class UrlSession::Engine {
  public:
-  Engine(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate);
+  Engine(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate,
+         DelegateQueue delegateQueue);
   ~Engine();
 
-  void start(TaskRef task);
-  std::size_t underWay() const { return *underWay_; }
+  void start(std::shared_ptr<const UrlTask> task);
+  std::size_t underWay() const { return teller_->underWay(); }
 
  private:
   void loop();
-  void takeStarted();
-  void startWaiting();
+  bool startWaiting();
   void send(UrlTransfer& t);
   void collectEnded();
   void expireSilent();
   int untilNextDeadline() const;
   void finish(UrlTransfer& t);
-  void tell(UrlOutcome outcome);
+  bool sleep();
 
   const Configuration configuration_;
-  const std::shared_ptr<UrlSessionDelegate> delegate_;
-  const std::shared_ptr<std::atomic<std::size_t>> underWay_ =
-      std::make_shared<std::atomic<std::size_t>>(0);
-
-  std::mutex mutex_;
-  std::vector<TaskRef> started_;
-  bool ending_ = false;
+  const std::shared_ptr<UrlTeller> teller_;
+  UrlResources resources_;
   CURLM* multi_ = nullptr;
   std::thread thread_;
 
-  // On the session's thread only.
+  std::mutex mutex_;
   WaitingTasks waiting_;
-  std::unordered_map<CURL*, std::unique_ptr<UrlTransfer>> running_;
+  bool asleep_ = false;  // and has to be woken
+  bool ending_ = false;
 
-  SerialQueue delegateQueue_{"URL session"};
+  // On the session's thread only.
+  std::unordered_map<CURL*, std::unique_ptr<UrlTransfer>> running_;
 };
 
 UrlSession::Engine::Engine(Configuration configuration,
-                           std::shared_ptr<UrlSessionDelegate> delegate)
-    : configuration_(std::move(configuration)), delegate_(std::move(delegate)) {
-  static std::once_flag once;
-  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-  multi_ = curl_multi_init();
+                           std::shared_ptr<UrlSessionDelegate> delegate,
+                           DelegateQueue delegateQueue)
+    : configuration_(std::move(configuration)),
+      teller_(std::make_shared<UrlTeller>(std::move(delegate), std::move(delegateQueue))),
+      resources_(configuration_),
+      multi_(curl_multi_init()),
+      waiting_(configuration_.connectionsPerHost, configuration_.connections) {
   // Idle connections that are kept for the next request.
   curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, 16L);
 }
@@ -125,14 +145,23 @@ UrlSession::Engine::~Engine() {
     thread_.join();
   }
   curl_multi_cleanup(multi_);
+  teller_->end();
 }
 
-void UrlSession::Engine::start(TaskRef task) {
-  ++*underWay_;
+void UrlSession::Engine::start(std::shared_ptr<const UrlTask> task) {
+  teller_->added();
+  auto host = UrlTransfer::hostKey(task->originalRequest.url);
+  if (host.empty()) {
+    teller_->ended({std::move(task), std::nullopt, "unsupported URL", nullptr});
+    return;
+  }
   {
     std::lock_guard lock(mutex_);
-    started_.push_back(std::move(task));
+    // A thread that could do nothing with the task is better left asleep.
+    const bool wake = waiting_.add({std::move(host), std::move(task)}) && asleep_;
+    if (wake) asleep_ = false;
     if (!thread_.joinable()) thread_ = std::thread([this] { loop(); });
+    if (!wake) return;
   }
   curl_multi_wakeup(multi_);
 }
@@ -143,58 +172,59 @@ void UrlSession::Engine::loop() {
   sigfillset(&all);
   pthread_sigmask(SIG_BLOCK, &all, nullptr);
 
-  for (;;) {
-    {
-      std::lock_guard lock(mutex_);
-      if (ending_) break;
-    }
-    takeStarted();
-    startWaiting();
-    int active = 0;
-    curl_multi_perform(multi_, &active);
-    collectEnded();
-    expireSilent();
-    startWaiting();
-    curl_multi_poll(multi_, nullptr, 0, untilNextDeadline(), nullptr);
-  }
+  do {
+    // What has begun is sent on its way before anything is waited for.
+    do {
+      int active = 0;
+      curl_multi_perform(multi_, &active);
+      collectEnded();
+      expireSilent();
+    } while (startWaiting());
+  } while (sleep());
 
-  takeStarted();
-  for (auto& task : waiting_.takeAll()) tell({task, std::nullopt, "cancelled", nullptr});
+  for (auto& task : waiting_.takeAll())
+    teller_->ended({std::move(task), std::nullopt, "cancelled", nullptr});
   for (auto& [handle, t] : running_) {
     t->fail("cancelled");
     curl_multi_remove_handle(multi_, handle);
-    tell(t->takeOutcome());
+    teller_->ended(t->takeOutcome());
   }
   running_.clear();
 }
 
-void UrlSession::Engine::takeStarted() {
-  std::vector<TaskRef> tasks;
+// Waits until there is something to do; false when the session ends.
+bool UrlSession::Engine::sleep() {
   {
     std::lock_guard lock(mutex_);
-    tasks.swap(started_);
+    if (ending_) return false;
+    if (waiting_.hasNext()) return true;
+    asleep_ = true;
   }
-  for (auto& task : tasks) {
-    auto host = UrlTransfer::hostKey(task->originalRequest.url);
-    if (host.empty())
-      tell({task, std::nullopt, "unsupported URL", nullptr});
-    else
-      waiting_.add(std::move(host), std::move(task));
-  }
+  curl_multi_poll(multi_, nullptr, 0, untilNextDeadline(), nullptr);
+  std::lock_guard lock(mutex_);
+  asleep_ = false;
+  return !ending_;
 }
 
-void UrlSession::Engine::startWaiting() {
-  while (running_.size() < static_cast<std::size_t>(configuration_.connections)) {
-    auto task = waiting_.take(configuration_.connectionsPerHost);
-    if (!task) return;
-    auto t = std::make_unique<UrlTransfer>(task, configuration_);
+// True when a transfer was begun.
+bool UrlSession::Engine::startWaiting() {
+  bool begun = false;
+  for (;;) {
+    std::optional<HostTask> next;
+    {
+      std::lock_guard lock(mutex_);
+      if (!ending_) next = waiting_.take();
+    }
+    if (!next) return begun;
+    auto t = std::make_unique<UrlTransfer>(std::move(next->task), std::move(next->host), resources_);
     auto& transfer = *t;
-    if (!transfer.prepare(delegate_->credential(*task))) {
+    if (!transfer.prepare(teller_->delegate().credential(transfer.task()))) {
       finish(transfer);
       continue;
     }
     running_[transfer.handle()] = std::move(t);
     send(transfer);
+    begun = true;
   }
 }
 
@@ -212,7 +242,7 @@ void UrlSession::Engine::collectEnded() {
     auto& t = *running_.at(message->easy_handle);
     const auto code = message->data.result;
     curl_multi_remove_handle(multi_, t.handle());
-    if (t.ended(code) && t.prepare(delegate_->credential(t.task())))
+    if (t.ended(code) && t.prepare(teller_->delegate().credential(t.task())))
       send(t);
     else
       finish(t);
@@ -240,29 +270,18 @@ int UrlSession::Engine::untilNextDeadline() const {
 }
 
 void UrlSession::Engine::finish(UrlTransfer& t) {
-  waiting_.ended(UrlTransfer::hostKey(t.task().originalRequest.url));
-  tell(t.takeOutcome());
+  {
+    std::lock_guard lock(mutex_);
+    waiting_.ended(t.host());
+  }
+  teller_->ended(t.takeOutcome());
   running_.erase(t.handle());
 }
 
-void UrlSession::Engine::tell(UrlOutcome outcome) {
-  auto told = std::make_shared<UrlOutcome>(std::move(outcome));
-  delegateQueue_.post([told, delegate = delegate_, count = underWay_] {
-    auto& o = *told;
-    try {
-      if (o.body && o.response) delegate->finishedDownload(*o.task, *o.response, o.body->path());
-    } catch (const std::exception& e) {
-      log(std::string("URL session: ") + e.what());
-    }
-    o.body.reset();
-    --*count;
-    delegate->completed(*o.task, o.response ? &*o.response : nullptr,
-                        o.error ? &*o.error : nullptr);
-  });
-}
-
-UrlSession::UrlSession(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate)
-    : engine_(std::make_unique<Engine>(std::move(configuration), std::move(delegate))) {}
+UrlSession::UrlSession(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate,
+                       DelegateQueue delegateQueue)
+    : engine_(std::make_unique<Engine>(std::move(configuration), std::move(delegate),
+                                       std::move(delegateQueue))) {}
 
 UrlSession::~UrlSession() = default;
 

@@ -1,23 +1,27 @@
-// Sends HTTP requests and streams each answer's body to a temporary file.
+// Sends HTTP requests and brings each answer's body, in a temporary file or in memory.
 //
-// A session owns one thread for all its transfers, started with the first task, and
-// one delegate queue; the delegate is shared with whoever made it. start() is called
-// from any thread. Any number of tasks may be under way: those beyond the session's
-// connections wait their turn, and their time-outs count from when they get it.
-// Only http and https are spoken, redirects followed, nothing is cached. Nothing is
-// thrown: what goes wrong is told to the delegate, with a text for people.
+// A session owns one thread for all its transfers, started with the first task. It tells
+// its delegate, which is shared with whoever made it, on the delegate queue that the owner
+// names: one task at a time, in the order in which they ended, each as a turn of its own.
+// Transfers go on meanwhile; a task that waits for its turn keeps its body. start() is
+// called from any thread. Any number of tasks may be under way: those beyond the session's
+// connections wait for one, and their time-outs count from when they get it. Only http and
+// https are spoken, redirects followed, cookies kept as long as the session; nothing is
+// cached. Nothing is thrown: what goes wrong is told to the delegate, with a text for people.
 //
-// Destroying the session cancels what is under way: each such task still gets its
-// completed(), and after the destructor has returned nothing is called any more and
-// no file of the session's is left. It may be destroyed on its delegate queue too; the
-// task that is being told then is told to its end.
+// A session is destroyed on its delegate queue, inside a call of its delegate if need be.
+// That cancels what is under way: each such task gets its completed() at once, and after
+// the destructor has returned nothing more is begun and no file of the session's is left.
+// The task that is being told then is told to its end.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "platform/base/url_body.h"
 #include "platform/base/url_request.h"
 
 namespace platform {
@@ -31,10 +35,11 @@ class UrlSessionDelegate {
  public:
   virtual ~UrlSessionDelegate() = default;
 
-  // On the delegate queue: a whole body has come, whatever the status. The file is
-  // removed as soon as this returns.
+  // On the delegate queue: a whole body has come, whatever the status. The body is
+  // discarded as soon as this returns, even for those who kept it. What this throws goes
+  // to the delegate queue after the task's completed().
   virtual void finishedDownload(const UrlTask& task, const UrlResponse& response,
-                                const std::string& path) = 0;
+                                const std::shared_ptr<UrlBody>& body) = 0;
   // On the delegate queue, once for each task, and last: `error` is null when the
   // server's answer came whole, `response` is null when no answer came.
   virtual void completed(const UrlTask& task, const UrlResponse* response,
@@ -54,8 +59,12 @@ class UrlSession {
     int connectionsPerHost = 6;
     int connections = 64;
   };
+  // Posts a task to the queue on which the delegate is called. Called from any thread,
+  // and after the session's end no more.
+  using DelegateQueue = std::function<void(std::function<void()>)>;
 
-  UrlSession(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate);
+  UrlSession(Configuration configuration, std::shared_ptr<UrlSessionDelegate> delegate,
+             DelegateQueue delegateQueue);
   ~UrlSession();
   UrlSession(const UrlSession&) = delete;
   UrlSession& operator=(const UrlSession&) = delete;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -21,6 +22,8 @@ constexpr int kMaxRedirects = 20;
 constexpr int kMaxHeaderBlocks = 16;
 constexpr std::size_t kMaxHeaderBytes = 256 * 1024;
 constexpr std::size_t kMaxRedirectBody = 256 * 1024;
+// For all bodies of a session that are in memory at a time.
+constexpr std::size_t kBodyMemory = 64 * UrlBody::kInMemory;
 
 struct CurlUrl {
   CURLU* handle = curl_url();
@@ -50,8 +53,20 @@ bool isKnownCoding(const std::optional<UrlResponse>& response) {
   return false;
 }
 
-bool isLoopback(const std::string& host) {
-  return host == "localhost" || host.starts_with("127.") || host == "[::1]";
+// Of a host key.
+bool isLoopback(std::string_view host) {
+  host.remove_prefix(host.find("://") + 3);
+  return host.starts_with("localhost:") || host.starts_with("127.") || host.starts_with("[::1]:");
+}
+
+// A name in the URL is no credential: those come from the delegate alone.
+std::string withoutUser(const std::string& url) {
+  if (url.find('@') == std::string::npos) return url;
+  CurlUrl u;
+  u.set(url);
+  curl_url_set(u.handle, CURLUPART_USER, nullptr, 0);
+  curl_url_set(u.handle, CURLUPART_PASSWORD, nullptr, 0);
+  return u.part(CURLUPART_URL);
 }
 
 std::string systemText(int code) { return std::generic_category().message(code); }
@@ -66,12 +81,47 @@ std::string UrlTransfer::hostKey(const std::string& url) {
   return scheme + "://" + u.part(CURLUPART_HOST) + ":" + u.part(CURLUPART_PORT, CURLU_DEFAULT_PORT);
 }
 
-UrlTransfer::UrlTransfer(std::shared_ptr<const UrlTask> task,
-                         const UrlSession::Configuration& configuration)
-    : task_(std::move(task)), configuration_(configuration), request_(task_->originalRequest) {}
+UrlResources::UrlResources(const UrlSession::Configuration& configuration)
+    : configuration_(configuration), memory_(std::make_shared<UrlBodyMemory>(kBodyMemory)) {
+  static std::once_flag once;
+  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+  cookies_ = curl_share_init();
+  curl_share_setopt(cookies_, CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+}
+
+UrlResources::~UrlResources() {
+  for (auto* handle : idle_) curl_easy_cleanup(handle);
+  curl_share_cleanup(cookies_);
+}
+
+std::shared_ptr<UrlBody> UrlResources::makeBody() const {
+  return std::make_shared<UrlBody>(configuration_.temporaryFolder, memory_);
+}
+
+CURL* UrlResources::takeHandle() {
+  if (idle_.empty()) return curl_easy_init();
+  auto* handle = idle_.back();
+  idle_.pop_back();
+  return handle;
+}
+
+void UrlResources::giveHandle(CURL* handle) {
+  curl_easy_reset(handle);
+  idle_.push_back(handle);
+}
+
+UrlTransfer::UrlTransfer(std::shared_ptr<const UrlTask> task, std::string host,
+                         UrlResources& resources)
+    : task_(std::move(task)),
+      host_(std::move(host)),
+      resources_(resources),
+      request_(task_->originalRequest) {}
 
 UrlTransfer::~UrlTransfer() {
-  if (easy_) curl_easy_cleanup(easy_);
+  if (easy_ && !failed_)
+    resources_.giveHandle(easy_);
+  else if (easy_)
+    curl_easy_cleanup(easy_);
   curl_slist_free_all(headerList_);
   if (bodyFd_ >= 0) ::close(bodyFd_);
 }
@@ -82,6 +132,7 @@ void UrlTransfer::fail(std::string error) {
   // Don't make the session's thread wait for a resolver that gives no answer.
   if (easy_) curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
   error_ = std::move(error);
+  failed_ = true;
 }
 
 // Remembers our own reason; false, for a callback to pass on.
@@ -95,25 +146,37 @@ bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
   const double seconds = request_.timeout > 0 ? request_.timeout : UrlRequest::kDefaultTimeout;
   patience_ = static_cast<std::int64_t>(std::min(seconds, 1e9) * 1000);
 
-  CurlUrl url;
-  if (hostKey(request_.url).empty() || !url.set(request_.url)) {
-    fail("unsupported URL");
-    return false;
-  }
-  // A name in the URL is no credential: those come from the delegate alone.
-  curl_url_set(url.handle, CURLUPART_USER, nullptr, 0);
-  curl_url_set(url.handle, CURLUPART_PASSWORD, nullptr, 0);
-
-  if (!easy_) easy_ = curl_easy_init();
+  if (!easy_)
+    easy_ = resources_.takeHandle();
+  else
+    curl_easy_reset(easy_);
   if (!easy_) {
     fail("out of memory");
     return false;
   }
-  curl_easy_reset(easy_);
+  setOptions();
+  if (credential) {
+    curl_easy_setopt(easy_, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
+    curl_easy_setopt(easy_, CURLOPT_USERNAME, credential->user.c_str());
+    curl_easy_setopt(easy_, CURLOPT_PASSWORD, credential->password.c_str());
+  }
+  if (!openBodyFile() || !addHeaders()) return false;
+  addBody();
+
+  response_.reset();
+  body_.reset();
+  curlError_[0] = 0;
+  blocks_ = 0;
+  headerBytes_ = skipped_ = 0;
+  blockEnded_ = false;
+  return true;
+}
+
+void UrlTransfer::setOptions() {
   const auto set = [this](CURLoption option, auto value) {
     curl_easy_setopt(easy_, option, value);
   };
-  set(CURLOPT_URL, url.part(CURLUPART_URL).c_str());
+  set(CURLOPT_URL, withoutUser(request_.url).c_str());
   set(CURLOPT_PATH_AS_IS, 1L);
   set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_FOLLOWLOCATION, 0L);
@@ -131,26 +194,15 @@ bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
   set(CURLOPT_HEADERDATA, static_cast<void*>(this));
   set(CURLOPT_WRITEFUNCTION, &onBody);
   set(CURLOPT_WRITEDATA, static_cast<void*>(this));
-  if (isLoopback(url.part(CURLUPART_HOST))) set(CURLOPT_PROXY, "");
-  if (configuration_.trustAll) {
+  if (isLoopback(hops_ ? hostKey(request_.url) : host_)) set(CURLOPT_PROXY, "");
+  if (resources_.configuration().trustAll) {
     set(CURLOPT_SSL_VERIFYPEER, 0L);
     set(CURLOPT_SSL_VERIFYHOST, 0L);
   }
-  if (credential) {
-    set(CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC | CURLAUTH_DIGEST));
-    set(CURLOPT_USERNAME, credential->user.c_str());
-    set(CURLOPT_PASSWORD, credential->password.c_str());
-  }
-  if (!openBodyFile() || !addHeaders()) return false;
-  addBody();
-
-  response_.reset();
-  file_.reset();
-  curlError_[0] = 0;
-  blocks_ = 0;
-  headerBytes_ = skipped_ = 0;
-  blockEnded_ = false;
-  return true;
+  // Who writes a cookie by hand wants no other.
+  const bool byHand = request_.headers.find("Cookie");
+  set(CURLOPT_SHARE, byHand ? nullptr : resources_.cookies());
+  if (!byHand) set(CURLOPT_COOKIEFILE, "");  // no file: keeps them in memory
 }
 
 bool UrlTransfer::openBodyFile() {
@@ -184,8 +236,8 @@ bool UrlTransfer::addHeaders() {
   if (!request_.headers.find("Expect")) add("Expect:");
   // A form's type is what a posted body has until something else is said.
   if (request_.method != "POST" && !request_.headers.find("Content-Type")) add("Content-Type:");
-  if (!request_.headers.find("User-Agent") && !configuration_.userAgent.empty())
-    add("User-Agent: " + configuration_.userAgent);
+  if (!request_.headers.find("User-Agent") && !resources_.configuration().userAgent.empty())
+    add("User-Agent: " + resources_.configuration().userAgent);
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerList_);
   return true;
 }
@@ -231,7 +283,7 @@ bool UrlTransfer::headerLine(std::string_view line) {
   if (line.starts_with("HTTP/") && (blockEnded_ || blocks_ == 0)) {
     if (++blocks_ > kMaxHeaderBlocks) return stop("The server gives no final answer.");
     // What came before was a challenge or an interim answer.
-    if (file_ && !file_->truncate()) return stop(file_->error());
+    if (body_ && !body_->clear()) return stop(body_->error());
     long status = 0;
     curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
     response_.emplace();
@@ -265,10 +317,8 @@ bool UrlTransfer::bodyBytes(std::string_view bytes) {
     skipped_ += bytes.size();
     return skipped_ <= kMaxRedirectBody;
   }
-  if (!file_) file_ = std::make_unique<TemporaryFile>();
-  if (!file_->created() && !file_->create(configuration_.temporaryFolder))
-    return stop("The body can't be stored: " + file_->error());
-  return file_->write(bytes) || stop("The body can't be stored: " + file_->error());
+  if (!body_) body_ = resources_.makeBody();
+  return body_->write(bytes) || stop("The body can't be stored: " + body_->error());
 }
 
 std::size_t UrlTransfer::onRead(char* into, std::size_t size, std::size_t n, void* self) {
@@ -325,9 +375,8 @@ bool UrlTransfer::ended(CURLcode code) {
     fail("The server's answer has no headers.");
     return false;
   }
-  if (!file_) file_ = std::make_unique<TemporaryFile>();
-  if ((!file_->created() && !file_->create(configuration_.temporaryFolder)) || !file_->close())
-    fail("The body can't be stored: " + file_->error());
+  if (!body_) body_ = resources_.makeBody();
+  if (!body_->close()) fail("The body can't be stored: " + body_->error());
   return false;
 }
 
@@ -374,8 +423,8 @@ bool UrlTransfer::follow() {
 UrlOutcome UrlTransfer::takeOutcome() {
   UrlOutcome o;
   o.task = task_;
-  if (error_.empty()) {
-    o.body = std::move(file_);
+  if (!failed_) {
+    o.body = std::move(body_);
   } else {
     o.error = std::move(error_);
     // Only a final answer whose headers came whole is worth telling.

@@ -1,8 +1,9 @@
 // One task of a URL session on its way through libcurl: the request that goes out,
 // redirects included, and the answer that gathers. Internal to UrlSession.
 //
-// Owned by the session's engine and used on its thread only. Failures are kept as the
-// outcome's text; the callbacks that libcurl runs let nothing out.
+// Owned by the session's engine and used on its thread only, as is what the transfers of
+// a session share. Failures are kept as the outcome's text; the callbacks that libcurl
+// runs let nothing out.
 #pragma once
 
 #include <curl/curl.h>
@@ -10,24 +11,38 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "platform/base/temporary_file.h"
 #include "platform/base/url_session.h"
+#include "platform/base/url_teller.h"
 
 namespace platform {
 
-// What the delegate is told: a body when it came whole, a response when its headers
-// did, an error unless all went well.
-struct UrlOutcome {
-  std::shared_ptr<const UrlTask> task;
-  std::optional<UrlResponse> response;
-  std::optional<std::string> error;
-  std::unique_ptr<TemporaryFile> body;
+// What the transfers of one session share: its settings, its cookies, the memory for
+// bodies, and the handles that are free for the next transfer.
+class UrlResources {
+ public:
+  explicit UrlResources(const UrlSession::Configuration& configuration);
+  ~UrlResources();
+  UrlResources(const UrlResources&) = delete;
+  UrlResources& operator=(const UrlResources&) = delete;
+
+  const UrlSession::Configuration& configuration() const { return configuration_; }
+  CURLSH* cookies() const { return cookies_; }
+  std::shared_ptr<UrlBody> makeBody() const;
+  CURL* takeHandle();  // null when there is no memory for one
+  void giveHandle(CURL* handle);
+
+ private:
+  const UrlSession::Configuration& configuration_;
+  const std::shared_ptr<UrlBodyMemory> memory_;
+  CURLSH* cookies_ = nullptr;
+  std::vector<CURL*> idle_;
 };
 
 class UrlTransfer {
  public:
-  UrlTransfer(std::shared_ptr<const UrlTask> task, const UrlSession::Configuration& configuration);
+  UrlTransfer(std::shared_ptr<const UrlTask> task, std::string host, UrlResources& resources);
   ~UrlTransfer();
   UrlTransfer(const UrlTransfer&) = delete;
   UrlTransfer& operator=(const UrlTransfer&) = delete;
@@ -37,6 +52,8 @@ class UrlTransfer {
 
   CURL* handle() const { return easy_; }
   const UrlTask& task() const { return *task_; }
+  // The host of the original request.
+  const std::string& host() const { return host_; }
 
   // Readies the handle for the next request of the task; false when there is nothing
   // to send (the outcome then says why).
@@ -59,6 +76,7 @@ class UrlTransfer {
 
   bool headerLine(std::string_view line);
   bool bodyBytes(std::string_view bytes);
+  void setOptions();
   bool openBodyFile();
   bool addHeaders();
   void addBody();
@@ -68,7 +86,8 @@ class UrlTransfer {
   bool stop(std::string why);
 
   std::shared_ptr<const UrlTask> task_;
-  const UrlSession::Configuration& configuration_;
+  const std::string host_;
+  UrlResources& resources_;
   UrlRequest request_;  // of the present hop
   CURL* easy_ = nullptr;
   curl_slist* headerList_ = nullptr;
@@ -84,8 +103,9 @@ class UrlTransfer {
   bool blockEnded_ = false;
   std::optional<UrlResponse> response_;
   std::string why_;  // our own reason for having stopped libcurl
+  bool failed_ = false;
   std::string error_;
-  std::unique_ptr<TemporaryFile> file_;
+  std::shared_ptr<UrlBody> body_;
   int bodyFd_ = -1;
   std::int64_t bodyLeft_ = 0;
 };

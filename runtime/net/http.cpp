@@ -1,12 +1,9 @@
 #include "runtime/net/http.h"
 
-#include <atomic>
 #include <charconv>
-#include <filesystem>
 #include <mutex>
 #include <unordered_map>
 
-#include "platform/base/main_hop.h"
 #include "platform/base/platform.h"
 
 namespace kes {
@@ -24,38 +21,23 @@ std::int32_t taskIdOf(const platform::UrlTask& task) {
   return id;
 }
 
-// The body goes with the event, not a moment later on the session's thread: code that
-// reads it too late must fail every time.
-struct FileRemover {
-  const std::string& path;
-  ~FileRemover() {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-  }
-};
-
 }  // namespace
 
-// Turns what the session tells on its own threads into events on the main thread.
+// Turns what the session tells into events. Its delegate queue is the main queue.
 class KesHttp::Delegate final : public platform::UrlSessionDelegate {
  public:
   Delegate(const KesHttp& engine, Ref<Kes> bi, const Text& prefix)
       : engine_(&engine),
         bi_(std::move(bi)),
-        prefix_(prefix),
-        hop_(platform::current().mainQueue()) {}
+        success_(prefix + Text("_responsesuccess::")),
+        error_(prefix + Text("_responseerror::::")) {}
 
   void finishedDownload(const platform::UrlTask& task, const platform::UrlResponse& response,
-                        const std::string& path) override {
-    if (!isSuccess(&response)) return;
-    std::vector<Value> params = {platform::makeShared<KesHttpResponse>(&response, path),
-                                 taskIdOf(task)};
-    // By value: the engine may end inside the event.
-    hop_.run([engine = engine_, bi = bi_, event = prefix_ + Text("_responsesuccess::"),
-              params = std::move(params), path] {
-      const FileRemover atTheEnd{path};
-      if (const auto sender = engine.lock()) bi->raiseEvent(sender, event, params);
-    });
+                        const std::shared_ptr<platform::UrlBody>& body) override {
+    const auto sender = ended_ ? nullptr : engine_.lock();
+    if (!sender || !isSuccess(&response)) return;
+    const Value params[] = {platform::makeShared<KesHttpResponse>(&response, body), taskIdOf(task)};
+    bi_->raiseEvent(sender, success_, params);
   }
 
   void completed(const platform::UrlTask& task, const platform::UrlResponse* response,
@@ -64,8 +46,8 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
     auto sender = engine_.lock();
     if (!sender) return;
     bi_->raiseEventFromDifferentThread(
-        std::move(sender), prefix_ + Text("_responseerror::::"),
-        {platform::makeShared<KesHttpResponse>(response, std::nullopt),
+        std::move(sender), error_,
+        {platform::makeShared<KesHttpResponse>(response, nullptr),
          error ? Text(*error) : Text("unknown error"), response ? response->status : 0,
          taskIdOf(task)});
   }
@@ -81,18 +63,14 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
     std::lock_guard lock(mutex_);
     credentials_[url] = std::move(credential);
   }
-  // Tells nothing more, and lets the session's thread go if it waits for the main thread.
-  void end() {
-    ended_ = true;
-    hop_.cancel();
-  }
+  // Tells nothing more.
+  void end() { ended_ = true; }
 
  private:
   const WeakRef<KesHttp> engine_;
   const Ref<Kes> bi_;
-  const Text prefix_;
-  platform::MainHop hop_;
-  std::atomic<bool> ended_{false};
+  const Text success_, error_;
+  bool ended_ = false;
   std::mutex mutex_;
   std::unordered_map<std::string, platform::UrlCredential> credentials_;
 };
@@ -100,7 +78,6 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
 KesHttp::~KesHttp() { end(); }
 
 void KesHttp::end() {
-  // First, as the session's thread may be waiting for this one.
   if (delegate_) delegate_->end();
   session_.reset();
   delegate_.reset();
@@ -114,7 +91,9 @@ void KesHttp::start(const Ref<Kes>& bi, const Text& eventPrefix, bool trustAll) 
   configuration.userAgent = "Runtime/" + platform.bundleVersion;
   configuration.trustAll = trustAll;
   delegate_ = std::make_shared<Delegate>(*this, bi, eventPrefix.ToLowerCase());
-  session_ = std::make_unique<platform::UrlSession>(std::move(configuration), delegate_);
+  session_ = std::make_unique<platform::UrlSession>(
+      std::move(configuration), delegate_,
+      [&queue = platform.mainQueue()](auto turn) { queue.post(std::move(turn)); });
 }
 
 void KesHttp::Initialize(const Ref<Kes>& bi, const Text& eventPrefix) {

@@ -19,17 +19,22 @@ Text headerText(const std::string& bytes) {
 }  // namespace
 
 KesHttpResponse::KesHttpResponse(const platform::UrlResponse* res,
-                                 std::optional<std::string> location)
+                                 std::shared_ptr<platform::UrlBody> location)
     : location_(std::move(location)) {
   if (res) res_ = *res;
 }
 
 KesInputStream KesHttpResponse::GetInputStream() const {
-  return location_ ? KesInputStream::over(fileInput(*location_)) : KesInputStream();
+  if (!location_) return {};
+  const auto bytes = location_->bytes();
+  return KesInputStream::over(bytes ? memoryInput({bytes->begin(), bytes->end()})
+                                    : fileInput(location_->path()));
 }
 
 Text KesHttpResponse::GetString2(std::string_view charset) const {
   if (!location_) return {};
+  if (const auto bytes = location_->bytes())
+    return KesCommon::BytesToString({reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()}, 0, static_cast<int>(bytes->size()), charset);
   auto stream = GetInputStream();
   const auto bytes = stream.readAll();
   stream.Close();

@@ -7,8 +7,10 @@
 // has gone throws "Error reading from stream: %@". Sizes are bytes.
 #pragma once
 
+#include <memory>
 #include <optional>
 
+#include "platform/base/url_body.h"
 #include "platform/base/url_request.h"
 #include "runtime/core/map.h"
 #include "runtime/data/input_stream.h"
@@ -18,7 +20,7 @@ namespace kes {
 class KesHttpResponse final : public Object {
  public:
   KesHttpResponse() = default;
-  KesHttpResponse(const platform::UrlResponse* res, std::optional<std::string> location);
+  KesHttpResponse(const platform::UrlResponse* res, std::shared_ptr<platform::UrlBody> location);
   std::string_view className() const override { return "KesHttpResponse"; }
 
   std::int32_t StatusCode() const { return res_ ? res_->status : 0; }
@@ -34,7 +36,7 @@ class KesHttpResponse final : public Object {
   Text header(std::string_view name) const;
 
   std::optional<platform::UrlResponse> res_;
-  std::optional<std::string> location_;
+  std::shared_ptr<platform::UrlBody> location_;
 };
 
 }  // namespace kes

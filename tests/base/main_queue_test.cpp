@@ -5,7 +5,6 @@
 #include <thread>
 #include <vector>
 
-#include "platform/base/main_hop.h"
 #include "platform/base/main_queue.h"
 #include "tests/support/test_platform.h"
 
@@ -134,52 +133,4 @@ TEST(MainQueueOnTheRealClock, WaitsNoLongerThanTheNextDelayedTask) {
   EXPECT_TRUE(queue.waitForTask(60000));
   EXPECT_LT(clock.monotonic() - start, 30000);
   EXPECT_GE(clock.monotonic() - start, 5);
-}
-
-TEST_F(MainQueueTest, AHopEndsWhenItIsCalledOffOrTheQueueCloses) {
-  struct {
-    const char* name;
-    std::function<void(MainHop&)> act;
-    bool ran;
-    Order order;
-  } cases[] = {
-      {"served", [&](MainHop&) { queue.drain(); }, true, {"hop"}},
-      {"called off before its turn",
-       [&](MainHop& hop) {
-         hop.cancel();
-         queue.drain();
-       },
-       false,
-       {}},
-      {"closed", [&](MainHop&) { queue.close(); }, false, {}},
-  };
-  for (auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    order.clear();
-    MainHop hop(queue);
-    bool ran = !c.ran;
-    std::thread other([&] { ran = hop.run(say("hop")); });
-    ASSERT_TRUE(queue.waitForTask(10000));
-    c.act(hop);
-    other.join();
-    EXPECT_EQ(ran, c.ran);
-    EXPECT_EQ(order, c.order);
-  }
-}
-
-TEST_F(MainQueueTest, AHopCalledOffFromWithinLetsItsThreadGoWhileTheTaskRuns) {
-  MainHop hop(queue);
-  std::thread other;
-  bool ran = true;
-  other = std::thread([&] {
-    ran = hop.run([&] {
-      hop.cancel();
-      other.join();  // would never return if the hop still waited
-      order.push_back("joined inside");
-    });
-  });
-  ASSERT_TRUE(queue.waitForTask(10000));
-  queue.drain();
-  EXPECT_EQ(order, Order{"joined inside"});
-  EXPECT_FALSE(ran);
 }

@@ -5,9 +5,11 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <deque>
 #include <future>
 
 #include "platform/base/clock.h"
+#include "platform/base/url_teller.h"
 #include "tests/support/raw_server.h"
 #include "tests/support/recording_session.h"
 #include "tests/support/test_platform.h"
@@ -414,6 +416,34 @@ TEST_F(UrlSessionTest, KeepsABodyInAPrivateFileForTheCallOnly) {
   EXPECT_THAT(session.run(town.url() + "/_gzip").body, HasSubstr("Varlo"));
 }
 
+TEST_F(UrlSessionTest, KeepsSmallBodiesInMemoryWithinABound) {
+  const auto memory = std::make_shared<UrlBodyMemory>(100'000);
+  const std::string full(UrlBody::kInMemory, 'a');
+  UrlBody first(folder(), memory), second(folder(), memory), third(folder(), memory);
+  EXPECT_TRUE(first.write(full.substr(1)) && first.write("b"));
+  ASSERT_TRUE(first.bytes());
+  EXPECT_EQ(*first.bytes(), full.substr(1) + "b");
+  EXPECT_TRUE(second.write("c") && second.write(full) && second.write("d") && second.close());
+  EXPECT_FALSE(second.bytes()) << "too large";
+  EXPECT_EQ(TestPlatform::read(second.path()), "c" + full + "d");
+  EXPECT_TRUE(third.write(full));
+  EXPECT_FALSE(third.bytes()) << "the others have used the memory up";
+  EXPECT_TRUE(third.clear() && third.write("e") && third.close());
+  EXPECT_EQ(TestPlatform::read(third.path()), "e");
+
+  const auto kept = first.bytes();
+  const auto path = first.path();
+  EXPECT_EQ(TestPlatform::read(path), *kept) << "a file on demand";
+  EXPECT_TRUE(UrlBody(folder(), memory).write(full));
+  for (auto* body : {&first, &second, &third}) {
+    body->discard();
+    EXPECT_FALSE(body->bytes());
+    EXPECT_FALSE(std::filesystem::exists(body->path()));
+  }
+  EXPECT_EQ(path, first.path());
+  EXPECT_TRUE(memory->take(100'000)) << "all was given back";
+}
+
 TEST_F(UrlSessionTest, TellsWhenTheBodyCannotBeStored) {
   town::TownHost town;
   {
@@ -432,11 +462,13 @@ TEST_F(UrlSessionTest, TellsWhenTheBodyCannotBeStored) {
     EXPECT_EQ(told.downloads, 0);
   }
   RecordingSession homeless((place.root() / "missing").string());
-  for (const char* path : {"/_bytes/5", "/_bytes/0"}) {
-    const auto told = homeless.run(town.url() + path);
-    EXPECT_THAT(told.error, HasSubstr("can't be stored: No such file")) << path;
-    EXPECT_EQ(told.downloads, 0);
-  }
+  const auto large = homeless.run(town.url() + "/_bytes/70000");
+  EXPECT_THAT(large.error, HasSubstr("can't be stored: No such file"));
+  EXPECT_EQ(large.downloads, 0);
+  const auto small = homeless.run(town.url() + "/_bytes/5");
+  EXPECT_EQ(small.error, "") << "a small body needs no file";
+  EXPECT_EQ(small.body.size(), 5u);
+  EXPECT_EQ(small.path, "");
 }
 
 TEST_F(UrlSessionTest, TellsWhenABodyFileIsNotWhatWasAnnounced) {
@@ -525,4 +557,83 @@ TEST_F(UrlSessionTest, UsesAFreshConnectionWhenTheServerClosedTheKeptOne) {
     peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
   });
   for (int i = 0; i < 20; ++i) EXPECT_EQ(session.run(server.url()).body, "ok");
+}
+
+// A delegate queue that a test turns by hand, and a delegate that writes down what it is
+// told and posts something of its own each time.
+TEST(UrlTellerTurns, TellOneTaskEachAndThenWhatItsDelegatePosted) {
+  struct Recorder final : UrlSessionDelegate {
+    void finishedDownload(const UrlTask& task, const UrlResponse&,
+                          const std::shared_ptr<UrlBody>& body) override {
+      order.push_back("body of " + task.description);
+      kept = body;
+      queue.push_back([this, name = task.description] { order.push_back("after " + name); });
+      if (task.description == "b") throw std::runtime_error("in the delegate");
+    }
+    void completed(const UrlTask& task, const UrlResponse*, const std::string* error) override {
+      EXPECT_FALSE(kept && kept->bytes()) << "the body goes before completed()";
+      order.push_back("end of " + task.description + (error ? ": " + *error : ""));
+    }
+    std::optional<UrlCredential> credential(const UrlTask&) override { return {}; }
+    void turn() {
+      auto task = std::move(queue.front());
+      queue.pop_front();
+      task();
+    }
+    std::deque<std::function<void()>> queue;
+    std::vector<std::string> order;
+    std::shared_ptr<UrlBody> kept;
+  };
+  TestPlatform place;
+  auto delegate = std::make_shared<Recorder>();
+  auto teller = std::make_shared<UrlTeller>(
+      delegate, [&](auto task) { delegate->queue.push_back(std::move(task)); });
+  const auto memory = std::make_shared<UrlBodyMemory>(1000);
+  const auto end = [&](const char* name, std::optional<std::string> error = {}) {
+    teller->added();
+    teller->ended({std::make_shared<UrlTask>(UrlTask{{}, name}), UrlResponse{}, error,
+                   error ? nullptr : std::make_shared<UrlBody>(place.folders().temporary, memory)});
+  };
+  end("a");
+  end("b");
+  end("c", "no connection");
+  EXPECT_EQ(delegate->queue.size(), 1u) << "one turn at a time";
+  delegate->turn();
+  delegate->turn();
+  EXPECT_THROW(delegate->turn(), std::runtime_error);
+  end("d");
+  while (!delegate->queue.empty()) delegate->turn();
+  EXPECT_EQ(teller->underWay(), 0u);
+  end("e");
+  teller->end();
+  delegate->turn();
+  EXPECT_THAT(delegate->order,
+              testing::ElementsAre("body of a", "end of a", "after a", "body of b", "end of b",
+                                   "after b", "end of c: no connection", "body of d", "end of d",
+                                   "after d", "end of e: cancelled"));
+  EXPECT_EQ(teller->underWay(), 0u);
+}
+
+// Symptom: a page that sets a cookie and redirects until it sees it went round for ever.
+TEST_F(UrlSessionTest, KeepsCookiesForTheHostThatSetThem) {
+  std::vector<std::string> heads;
+  RawServer server([&](RawServer::Peer& peer) {
+    const auto head = peer.readRequest();
+    heads.push_back(head);
+    const bool known = head.find("visit=1") != std::string::npos;
+    peer.send(known ? "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"
+                    : "HTTP/1.1 302 Found\r\nSet-Cookie: visit=1; Path=/\r\nLocation: "
+                      "/again\r\nContent-Length: 0\r\n\r\n");
+  });
+  EXPECT_EQ(session.run(server.url()).body, "ok");
+  EXPECT_EQ(session.run(server.url()).body, "ok");
+  EXPECT_EQ(heads.size(), 3u) << "asked to come back once";
+  auto byHand = request(server.url("/"));
+  byHand.headers.set("Cookie", "visit=1; mine=2");
+  EXPECT_EQ(session.run(byHand).body, "ok");
+  EXPECT_THAT(heads.back(), HasSubstr("Cookie: visit=1; mine=2\r\n"));
+  EXPECT_EQ(heads.back().find("Cookie:"), heads.back().rfind("Cookie:"));
+  RecordingSession other(folder());
+  EXPECT_EQ(other.run(server.url()).body, "ok");
+  EXPECT_EQ(heads.size(), 6u) << "another session begins without any";
 }

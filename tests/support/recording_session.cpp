@@ -1,6 +1,7 @@
 #include "tests/support/recording_session.h"
 
 #include <chrono>
+#include <future>
 #include <stdexcept>
 
 #include "tests/support/test_platform.h"
@@ -12,8 +13,10 @@ using namespace platform;
 class RecordingSession::Delegate final : public UrlSessionDelegate {
  public:
   void finishedDownload(const UrlTask& task, const UrlResponse& response,
-                        const std::string& path) override {
-    auto body = TestPlatform::read(path);
+                        const std::shared_ptr<UrlBody>& download) override {
+    const auto bytes = download->bytes();
+    const auto path = download->path();
+    auto body = bytes ? *bytes : TestPlatform::read(path);
     {
       std::lock_guard lock(mutex);
       auto& t = told[task.description];
@@ -51,9 +54,24 @@ class RecordingSession::Delegate final : public UrlSessionDelegate {
 
 RecordingSession::RecordingSession(UrlSession::Configuration configuration)
     : delegate_(std::make_shared<Delegate>()),
-      session_(std::make_unique<UrlSession>(std::move(configuration), delegate_)) {}
+      session_(std::make_unique<UrlSession>(
+          std::move(configuration), delegate_,
+          [this](auto turn) { delegateQueue_.post(std::move(turn)); })) {}
 
-RecordingSession::~RecordingSession() = default;
+RecordingSession::~RecordingSession() { end(); }
+
+void RecordingSession::end() {
+  if (delegateQueue_.isOwnThread()) {
+    session_.reset();
+    return;
+  }
+  std::promise<void> ended;
+  delegateQueue_.post([&] {
+    session_.reset();
+    ended.set_value();
+  });
+  ended.get_future().wait();
+}
 
 void RecordingSession::start(UrlRequest request, const std::string& name) {
   session_->start(std::move(request), name);

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "platform/base/url_session.h"
+#include "platform/base/work_queue.h"
 
 namespace testing_support {
 
@@ -46,7 +47,7 @@ class RecordingSession {
   Told run(const std::string& url) { return run(platform::UrlRequest(url)); }
 
   platform::UrlSession& session() { return *session_; }
-  void end() { session_.reset(); }
+  void end();
   std::map<std::string, Told> told() const;
 
   // Set before the first task: answers challenges, and called in finishedDownload().
@@ -57,6 +58,7 @@ class RecordingSession {
  private:
   class Delegate;
   std::shared_ptr<Delegate> delegate_;
+  platform::SerialQueue delegateQueue_{"delegate"};
   std::unique_ptr<platform::UrlSession> session_;
   int next_ = 0;
 };
