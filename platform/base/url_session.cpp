@@ -99,6 +99,7 @@ class UrlSession::Engine {
   std::size_t underWay() const { return teller_->underWay(); }
 
  private:
+  std::string hostOf(const std::string& url);
   void loop();
   bool startWaiting();
   void send(UrlTransfer& t);
@@ -116,11 +117,13 @@ class UrlSession::Engine {
 
   std::mutex mutex_;
   WaitingTasks waiting_;
+  std::string lastSite_, lastHost_;
   bool asleep_ = false;  // and has to be woken
   bool ending_ = false;
 
   // On the session's thread only.
   std::unordered_map<CURL*, std::unique_ptr<UrlTransfer>> running_;
+  std::vector<UrlOutcome> outcomes_;  // told together, when what they made room for is under way
 };
 
 UrlSession::Engine::Engine(Configuration configuration,
@@ -150,9 +153,11 @@ UrlSession::Engine::~Engine() {
 
 void UrlSession::Engine::start(std::shared_ptr<const UrlTask> task) {
   teller_->added();
-  auto host = UrlTransfer::hostKey(task->originalRequest.url);
-  if (host.empty()) {
-    teller_->ended({std::move(task), std::nullopt, "unsupported URL", nullptr});
+  auto host = hostOf(task->originalRequest.url);
+  if (host.empty() || !multi_) {
+    const auto* why = host.empty() ? "unsupported URL" : "The system has no sockets left.";
+    std::vector<UrlOutcome> outcome{{std::move(task), nullptr, why, nullptr}};
+    teller_->ended(outcome);
     return;
   }
   {
@@ -166,6 +171,19 @@ void UrlSession::Engine::start(std::shared_ptr<const UrlTask> task) {
   curl_multi_wakeup(multi_);
 }
 
+// Most requests go where the former one went.
+std::string UrlSession::Engine::hostOf(const std::string& url) {
+  if (!UrlRequest::isUrl(url)) return {};
+  const auto scheme = url.find("://");
+  const auto site = url.substr(0, scheme == url.npos ? 0 : url.find_first_of("/?#", scheme + 3));
+  std::lock_guard lock(mutex_);
+  if (site.empty() || site != lastSite_) {
+    lastHost_ = UrlTransfer::hostKey(url);
+    lastSite_ = site;
+  }
+  return lastHost_;
+}
+
 void UrlSession::Engine::loop() {
   // A peer that hangs up must not raise a signal, whatever the TLS library does.
   sigset_t all;
@@ -175,21 +193,24 @@ void UrlSession::Engine::loop() {
   do {
     // What has begun is sent on its way before anything is waited for.
     do {
+      resources_.now = SystemClock().monotonic();
       int active = 0;
       curl_multi_perform(multi_, &active);
       collectEnded();
       expireSilent();
     } while (startWaiting());
+    teller_->ended(outcomes_);
   } while (sleep());
 
   for (auto& task : waiting_.takeAll())
-    teller_->ended({std::move(task), std::nullopt, "cancelled", nullptr});
+    outcomes_.push_back({std::move(task), nullptr, "cancelled", nullptr});
   for (auto& [handle, t] : running_) {
     t->fail("cancelled");
     curl_multi_remove_handle(multi_, handle);
-    teller_->ended(t->takeOutcome());
+    outcomes_.push_back(t->takeOutcome());
   }
   running_.clear();
+  teller_->ended(outcomes_);
 }
 
 // Waits until there is something to do; false when the session ends.
@@ -216,7 +237,8 @@ bool UrlSession::Engine::startWaiting() {
       if (!ending_) next = waiting_.take();
     }
     if (!next) return begun;
-    auto t = std::make_unique<UrlTransfer>(std::move(next->task), std::move(next->host), resources_);
+    auto t =
+        std::make_unique<UrlTransfer>(std::move(next->task), std::move(next->host), resources_);
     auto& transfer = *t;
     if (!transfer.prepare(teller_->delegate().credential(transfer.task()))) {
       finish(transfer);
@@ -250,10 +272,9 @@ void UrlSession::Engine::collectEnded() {
 }
 
 void UrlSession::Engine::expireSilent() {
-  const auto now = SystemClock().monotonic();
   std::vector<UrlTransfer*> silent;
   for (auto& [handle, t] : running_)
-    if (t->deadline() <= now) silent.push_back(t.get());
+    if (t->deadline() <= resources_.now) silent.push_back(t.get());
   for (auto* t : silent) {
     t->fail("The request timed out.");
     curl_multi_remove_handle(multi_, t->handle());
@@ -264,8 +285,7 @@ void UrlSession::Engine::expireSilent() {
 int UrlSession::Engine::untilNextDeadline() const {
   constexpr std::int64_t kLongest = 60'000;
   auto left = kLongest;
-  const auto now = SystemClock().monotonic();
-  for (auto& [handle, t] : running_) left = std::min(left, t->deadline() - now);
+  for (auto& [handle, t] : running_) left = std::min(left, t->deadline() - resources_.now);
   return static_cast<int>(std::max<std::int64_t>(left, 0));
 }
 
@@ -274,7 +294,7 @@ void UrlSession::Engine::finish(UrlTransfer& t) {
     std::lock_guard lock(mutex_);
     waiting_.ended(t.host());
   }
-  teller_->ended(t.takeOutcome());
+  outcomes_.push_back(t.takeOutcome());
   running_.erase(t.handle());
 }
 

@@ -38,11 +38,12 @@ class UrlSessionDelegate {
   // On the delegate queue: a whole body has come, whatever the status. The body is
   // discarded as soon as this returns, even for those who kept it. What this throws goes
   // to the delegate queue after the task's completed().
-  virtual void finishedDownload(const UrlTask& task, const UrlResponse& response,
+  virtual void finishedDownload(const UrlTask& task,
+                                const std::shared_ptr<const UrlResponse>& response,
                                 const std::shared_ptr<UrlBody>& body) = 0;
   // On the delegate queue, once for each task, and last: `error` is null when the
   // server's answer came whole, `response` is null when no answer came.
-  virtual void completed(const UrlTask& task, const UrlResponse* response,
+  virtual void completed(const UrlTask& task, const std::shared_ptr<const UrlResponse>& response,
                          const std::string* error) = 0;
   // On the session's thread, before a request goes out: what to answer if the server
   // asks for a name and a password (basic or digest). It is tried once for each
@@ -56,7 +57,7 @@ class UrlSession {
     std::string temporaryFolder;
     std::string userAgent;  // for requests that name none
     bool trustAll = false;  // takes any TLS certificate
-    int connectionsPerHost = 6;
+    int connectionsPerHost = 16;
     int connections = 64;
   };
   // Posts a task to the queue on which the delegate is called. Called from any thread,

@@ -1,5 +1,7 @@
 #include "platform/base/url_teller.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace platform {
@@ -7,10 +9,12 @@ namespace platform {
 UrlTeller::UrlTeller(std::shared_ptr<UrlSessionDelegate> delegate, UrlSession::DelegateQueue queue)
     : delegate_(std::move(delegate)), queue_(std::move(queue)) {}
 
-void UrlTeller::ended(UrlOutcome outcome) {
+void UrlTeller::ended(std::vector<UrlOutcome>& outcomes) {
+  if (outcomes.empty()) return;
   {
     std::lock_guard lock(mutex_);
-    ended_.push_back(std::move(outcome));
+    std::move(outcomes.begin(), outcomes.end(), std::back_inserter(ended_));
+    outcomes.clear();
     if (std::exchange(posted_, true)) return;
   }
   post();
@@ -42,14 +46,14 @@ std::exception_ptr UrlTeller::tell(UrlOutcome& o) {
   std::exception_ptr fault;
   if (o.body && o.response) {
     try {
-      delegate_->finishedDownload(*o.task, *o.response, o.body);
+      delegate_->finishedDownload(*o.task, o.response, o.body);
     } catch (...) {
       fault = std::current_exception();
     }
   }
   if (o.body) o.body->discard();
   --underWay_;
-  delegate_->completed(*o.task, o.response ? &*o.response : nullptr, o.error ? &*o.error : nullptr);
+  delegate_->completed(*o.task, o.response, o.error ? &*o.error : nullptr);
   return fault;
 }
 

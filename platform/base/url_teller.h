@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/base/url_session.h"
 
@@ -22,7 +23,7 @@ namespace platform {
 // did, an error unless all went well.
 struct UrlOutcome {
   std::shared_ptr<const UrlTask> task;
-  std::optional<UrlResponse> response;
+  std::shared_ptr<const UrlResponse> response;
   std::optional<std::string> error;
   std::shared_ptr<UrlBody> body;
 };
@@ -34,7 +35,8 @@ class UrlTeller : public std::enable_shared_from_this<UrlTeller> {
   UrlSessionDelegate& delegate() const { return *delegate_; }
 
   void added() { ++underWay_; }
-  void ended(UrlOutcome outcome);
+  // Takes the outcomes over.
+  void ended(std::vector<UrlOutcome>& outcomes);
   std::size_t underWay() const { return underWay_; }
   // Tells at once what waits for its turn, as cancelled.
   void end();

@@ -11,8 +11,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/base/clock.h"
-
 namespace platform {
 
 namespace {
@@ -45,7 +43,7 @@ bool isRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-bool isKnownCoding(const std::optional<UrlResponse>& response) {
+bool isKnownCoding(const UrlResponse* response) {
   const auto* coding = response ? response->headers.find("Content-Encoding") : nullptr;
   if (!coding) return true;
   for (auto known : {"gzip", "x-gzip", "deflate", "br", "zstd", "identity"})
@@ -126,7 +124,7 @@ UrlTransfer::~UrlTransfer() {
   if (bodyFd_ >= 0) ::close(bodyFd_);
 }
 
-void UrlTransfer::sign() { lastSign_ = SystemClock().monotonic(); }
+void UrlTransfer::sign() { lastSign_ = resources_.now; }
 
 void UrlTransfer::fail(std::string error) {
   // Don't make the session's thread wait for a resolver that gives no answer.
@@ -188,7 +186,6 @@ void UrlTransfer::setOptions() {
   set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(CURLOPT_CONNECTTIMEOUT_MS, 2'000'000'000L);  // deadline() is the one time-out
-  set(CURLOPT_BUFFERSIZE, 64L * 1024);
   set(CURLOPT_SOCKOPTFUNCTION, &onSocket);
   set(CURLOPT_HEADERFUNCTION, &onHeader);
   set(CURLOPT_HEADERDATA, static_cast<void*>(this));
@@ -233,13 +230,21 @@ bool UrlTransfer::addHeaders() {
       continue;
     add(value.empty() ? name + ";" : name + ": " + value);
   }
-  if (!request_.headers.find("Expect")) add("Expect:");
-  // A form's type is what a posted body has until something else is said.
-  if (request_.method != "POST" && !request_.headers.find("Content-Type")) add("Content-Type:");
-  if (!request_.headers.find("User-Agent") && !resources_.configuration().userAgent.empty())
-    add("User-Agent: " + resources_.configuration().userAgent);
+  if (hasBody()) {
+    if (!request_.headers.find("Expect")) add("Expect:");
+    // A form's type is what a posted body has until something else is said.
+    if (request_.method != "POST" && !request_.headers.find("Content-Type")) add("Content-Type:");
+  }
+  const auto& userAgent = resources_.configuration().userAgent;
+  if (!userAgent.empty()) curl_easy_setopt(easy_, CURLOPT_USERAGENT, userAgent.c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerList_);
   return true;
+}
+
+bool UrlTransfer::hasBody() const {
+  const auto& method = request_.method;
+  return request_.bodyFile || request_.body || method == "POST" || method == "PUT" ||
+         method == "PATCH";
 }
 
 void UrlTransfer::addBody() {
@@ -255,7 +260,7 @@ void UrlTransfer::addBody() {
     set(CURLOPT_SEEKFUNCTION, &onSeek);
     set(CURLOPT_SEEKDATA, static_cast<void*>(this));
     onSeek(this, 0, SEEK_SET);
-  } else if (request_.body || method == "POST" || method == "PUT" || method == "PATCH") {
+  } else if (hasBody()) {
     set(CURLOPT_POST, 1L);
     set(CURLOPT_POSTFIELDSIZE_LARGE,
         static_cast<curl_off_t>(request_.body ? request_.body->size() : 0));
@@ -286,7 +291,7 @@ bool UrlTransfer::headerLine(std::string_view line) {
     if (body_ && !body_->clear()) return stop(body_->error());
     long status = 0;
     curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
-    response_.emplace();
+    response_ = std::make_shared<UrlResponse>();
     response_->status = static_cast<int>(status);
     blockEnded_ = false;
   } else if (line.empty()) {
@@ -361,7 +366,7 @@ bool UrlTransfer::ended(CURLcode code) {
   const bool lastWord =
       why_.empty() && response_ && response_->status > 103 && response_->status < 200;
   if (code == CURLE_BAD_CONTENT_ENCODING && !rawBody_ && request_.method == "GET" &&
-      !isKnownCoding(response_)) {
+      !isKnownCoding(response_.get())) {
     // A coding that doesn't exist ("utf-8" is a favourite) is no reason to do without the
     // body; it is asked for again to be taken as it comes.
     rawBody_ = true;

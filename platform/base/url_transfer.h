@@ -33,6 +33,8 @@ class UrlResources {
   CURL* takeHandle();  // null when there is no memory for one
   void giveHandle(CURL* handle);
 
+  std::int64_t now = 0;  // milliseconds of the monotonic clock, when the session last looked
+
  private:
   const UrlSession::Configuration& configuration_;
   const std::shared_ptr<UrlBodyMemory> memory_;
@@ -79,6 +81,7 @@ class UrlTransfer {
   void setOptions();
   bool openBodyFile();
   bool addHeaders();
+  bool hasBody() const;
   void addBody();
   bool redirects() const;
   bool follow();
@@ -101,7 +104,7 @@ class UrlTransfer {
   std::size_t headerBytes_ = 0;  // of all blocks of the hop
   std::size_t skipped_ = 0;      // body bytes of a redirect
   bool blockEnded_ = false;
-  std::optional<UrlResponse> response_;
+  std::shared_ptr<UrlResponse> response_;
   std::string why_;  // our own reason for having stopped libcurl
   bool failed_ = false;
   std::string error_;

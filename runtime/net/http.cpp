@@ -32,24 +32,25 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
         success_(prefix + Text("_responsesuccess::")),
         error_(prefix + Text("_responseerror::::")) {}
 
-  void finishedDownload(const platform::UrlTask& task, const platform::UrlResponse& response,
+  void finishedDownload(const platform::UrlTask& task,
+                        const std::shared_ptr<const platform::UrlResponse>& response,
                         const std::shared_ptr<platform::UrlBody>& body) override {
     const auto sender = ended_ ? nullptr : engine_.lock();
-    if (!sender || !isSuccess(&response)) return;
-    const Value params[] = {platform::makeShared<KesHttpResponse>(&response, body), taskIdOf(task)};
+    if (!sender || !isSuccess(response.get())) return;
+    const Value params[] = {platform::makeShared<KesHttpResponse>(response, body), taskIdOf(task)};
     bi_->raiseEvent(sender, success_, params);
   }
 
-  void completed(const platform::UrlTask& task, const platform::UrlResponse* response,
+  void completed(const platform::UrlTask& task,
+                 const std::shared_ptr<const platform::UrlResponse>& response,
                  const std::string* error) override {
-    if (ended_ || (!error && isSuccess(response))) return;
+    if (ended_ || (!error && isSuccess(response.get()))) return;
     auto sender = engine_.lock();
     if (!sender) return;
-    bi_->raiseEventFromDifferentThread(
-        std::move(sender), error_,
-        {platform::makeShared<KesHttpResponse>(response, nullptr),
-         error ? Text(*error) : Text("unknown error"), response ? response->status : 0,
-         taskIdOf(task)});
+    bi_->raiseEventFromDifferentThread(std::move(sender), error_,
+                                       {platform::makeShared<KesHttpResponse>(response, nullptr),
+                                        error ? Text(*error) : Text("unknown error"),
+                                        response ? response->status : 0, taskIdOf(task)});
   }
 
   std::optional<platform::UrlCredential> credential(const platform::UrlTask& task) override {

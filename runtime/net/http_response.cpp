@@ -18,11 +18,9 @@ Text headerText(const std::string& bytes) {
 
 }  // namespace
 
-KesHttpResponse::KesHttpResponse(const platform::UrlResponse* res,
+KesHttpResponse::KesHttpResponse(std::shared_ptr<const platform::UrlResponse> res,
                                  std::shared_ptr<platform::UrlBody> location)
-    : location_(std::move(location)) {
-  if (res) res_ = *res;
-}
+    : res_(std::move(res)), location_(std::move(location)) {}
 
 KesInputStream KesHttpResponse::GetInputStream() const {
   if (!location_) return {};
@@ -34,7 +32,9 @@ KesInputStream KesHttpResponse::GetInputStream() const {
 Text KesHttpResponse::GetString2(std::string_view charset) const {
   if (!location_) return {};
   if (const auto bytes = location_->bytes())
-    return KesCommon::BytesToString({reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()}, 0, static_cast<int>(bytes->size()), charset);
+    return KesCommon::BytesToString(
+        {reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()}, 0,
+        static_cast<int>(bytes->size()), charset);
   auto stream = GetInputStream();
   const auto bytes = stream.readAll();
   stream.Close();

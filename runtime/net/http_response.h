@@ -8,7 +8,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
 #include "platform/base/url_body.h"
 #include "platform/base/url_request.h"
@@ -20,7 +19,8 @@ namespace kes {
 class KesHttpResponse final : public Object {
  public:
   KesHttpResponse() = default;
-  KesHttpResponse(const platform::UrlResponse* res, std::shared_ptr<platform::UrlBody> location);
+  KesHttpResponse(std::shared_ptr<const platform::UrlResponse> res,
+                  std::shared_ptr<platform::UrlBody> location);
   std::string_view className() const override { return "KesHttpResponse"; }
 
   std::int32_t StatusCode() const { return res_ ? res_->status : 0; }
@@ -35,7 +35,7 @@ class KesHttpResponse final : public Object {
  private:
   Text header(std::string_view name) const;
 
-  std::optional<platform::UrlResponse> res_;
+  std::shared_ptr<const platform::UrlResponse> res_;
   std::shared_ptr<platform::UrlBody> location_;
 };
 

@@ -563,14 +563,15 @@ TEST_F(UrlSessionTest, UsesAFreshConnectionWhenTheServerClosedTheKeptOne) {
 // told and posts something of its own each time.
 TEST(UrlTellerTurns, TellOneTaskEachAndThenWhatItsDelegatePosted) {
   struct Recorder final : UrlSessionDelegate {
-    void finishedDownload(const UrlTask& task, const UrlResponse&,
+    void finishedDownload(const UrlTask& task, const std::shared_ptr<const UrlResponse>&,
                           const std::shared_ptr<UrlBody>& body) override {
       order.push_back("body of " + task.description);
       kept = body;
       queue.push_back([this, name = task.description] { order.push_back("after " + name); });
       if (task.description == "b") throw std::runtime_error("in the delegate");
     }
-    void completed(const UrlTask& task, const UrlResponse*, const std::string* error) override {
+    void completed(const UrlTask& task, const std::shared_ptr<const UrlResponse>&,
+                   const std::string* error) override {
       EXPECT_FALSE(kept && kept->bytes()) << "the body goes before completed()";
       order.push_back("end of " + task.description + (error ? ": " + *error : ""));
     }
@@ -591,8 +592,10 @@ TEST(UrlTellerTurns, TellOneTaskEachAndThenWhatItsDelegatePosted) {
   const auto memory = std::make_shared<UrlBodyMemory>(1000);
   const auto end = [&](const char* name, std::optional<std::string> error = {}) {
     teller->added();
-    teller->ended({std::make_shared<UrlTask>(UrlTask{{}, name}), UrlResponse{}, error,
-                   error ? nullptr : std::make_shared<UrlBody>(place.folders().temporary, memory)});
+    std::vector<UrlOutcome> outcome{
+        {std::make_shared<UrlTask>(UrlTask{{}, name}), std::make_shared<UrlResponse>(), error,
+         error ? nullptr : std::make_shared<UrlBody>(place.folders().temporary, memory)}};
+    teller->ended(outcome);
   };
   end("a");
   end("b");

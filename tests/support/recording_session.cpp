@@ -12,7 +12,7 @@ using namespace platform;
 
 class RecordingSession::Delegate final : public UrlSessionDelegate {
  public:
-  void finishedDownload(const UrlTask& task, const UrlResponse& response,
+  void finishedDownload(const UrlTask& task, const std::shared_ptr<const UrlResponse>& response,
                         const std::shared_ptr<UrlBody>& download) override {
     const auto bytes = download->bytes();
     const auto path = download->path();
@@ -23,11 +23,11 @@ class RecordingSession::Delegate final : public UrlSessionDelegate {
       ++t.downloads;
       t.body = std::move(body);
       t.path = path;
-      t.status = response.status;
+      t.status = response->status;
     }
     if (onDownload) onDownload(task);
   }
-  void completed(const UrlTask& task, const UrlResponse* response,
+  void completed(const UrlTask& task, const std::shared_ptr<const UrlResponse>& response,
                  const std::string* error) override {
     std::lock_guard lock(mutex);
     auto& t = told[task.description];
@@ -54,9 +54,9 @@ class RecordingSession::Delegate final : public UrlSessionDelegate {
 
 RecordingSession::RecordingSession(UrlSession::Configuration configuration)
     : delegate_(std::make_shared<Delegate>()),
-      session_(std::make_unique<UrlSession>(
-          std::move(configuration), delegate_,
-          [this](auto turn) { delegateQueue_.post(std::move(turn)); })) {}
+      session_(std::make_unique<UrlSession>(std::move(configuration), delegate_, [this](auto turn) {
+        delegateQueue_.post(std::move(turn));
+      })) {}
 
 RecordingSession::~RecordingSession() { end(); }
 
