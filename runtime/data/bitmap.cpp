@@ -63,4 +63,11 @@ void KesBitmap::WriteToStream(KesOutputStream stream, std::int32_t quality,
   stream.write(*encoded);
 }
 
+KesBitmap KesBitmap::Resize(double width, double height, bool keepRatio) const {
+  const auto image = native();
+  auto drawn = resizer ? resizer(*image, width, height, keepRatio) : std::nullopt;
+  if (!drawn) throw KesException("Cannot resize image");
+  return over(std::move(*drawn));
+}
+
 }  // namespace kes

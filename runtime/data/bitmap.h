@@ -49,12 +49,20 @@ class KesBitmap final : public TypedWrapper<KesBitmap, EncodedImage> {
   // "PNG" or "JPEG"; an image of that format is written as it is. Quality is 0 to 100.
   void WriteToStream(KesOutputStream stream, std::int32_t quality, std::string_view format) const;
 
+  // The picture drawn anew in that many points; with `keepRatio` as large as fits into them.
+  // Throws "Cannot resize image" where nobody can draw it.
+  KesBitmap Resize(double width, double height, bool keepRatio) const;
+
   // What lies above this folder lends these at the start of the process: the pixels for
-  // one point of the main screen, and a way to write an image in another format.
+  // one point of the main screen, and ways to write an image in another format and to draw
+  // it in another size.
   static inline std::function<double()> screenScale;
   static inline std::function<std::optional<EncodedImage::Bytes>(
       const EncodedImage& image, std::string_view format, std::int32_t quality)>
       encoder;
+  static inline std::function<std::optional<EncodedImage::Bytes>(
+      const EncodedImage& image, double width, double height, bool keepRatio)>
+      resizer;
 };
 
 }  // namespace kes

@@ -33,6 +33,7 @@ void kes_httpjob::describe(ClassBuilder<kes_httpjob>& c) {
   c.sub<&J::_getstring2>("getstring2");
   c.sub<&J::_getinputstream>("getinputstream");
   c.sub<&J::_getbitmap>("getbitmap");
+  c.sub<&J::_getbitmapresize>("getbitmapresize");
   c.sub<&J::_getrequest>("getrequest");
   c.sub<&J::_release>("release");
   c.sub<&J::_escapelink>("escapelink");
@@ -118,7 +119,10 @@ Text kes_httpjob::_postmultipart(const Text& link, const KesMap& namesAndValues,
     for (const auto& [name, value] : namesAndValues.table()->entries())
       body.addField(Kes::ObjectToString(name), Kes::ObjectToString(value));
   if (files.IsInitialized())
-    for (const auto& item : files) body.addFile(*fromValue<Ref<_multipartfiledata>>(item));
+    for (const auto& item : files) {
+      const auto file = fromValue<Ref<_multipartfiledata>>(item);
+      body.addFile(file ? *file : _multipartfiledata());
+    }
   _postbytes(link, body.finish());
   _req.SetContentType("multipart/form-data; boundary=" + std::string(MultipartBody::kBoundary));
   _req.SetContentEncoding("UTF8");
@@ -159,6 +163,10 @@ KesBitmap kes_httpjob::_getbitmap() {
   KesBitmap bitmap;
   bitmap.InitializeFromStream(_getinputstream());
   return bitmap;
+}
+
+KesBitmap kes_httpjob::_getbitmapresize(double width, double height, bool keepRatio) {
+  return _getbitmap().Resize(width, height, keepRatio);
 }
 
 Text kes_httpjob::_escapelink(const Text& link, const Ref<KesArray>& pairs) {

@@ -50,6 +50,7 @@ class kes_httpjob final : public KesClass {
   Text _getstring2(const Text& charset);
   KesInputStream _getinputstream();
   KesBitmap _getbitmap();  // throws "Error loading image." for a body that is none
+  KesBitmap _getbitmapresize(double width, double height, bool keepRatio);
   KesHttpRequest _getrequest() { return _req; }
   Text _release() { return {}; }
 

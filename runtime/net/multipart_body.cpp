@@ -11,7 +11,7 @@ const std::string kDelimiter = "--" + std::string(MultipartBody::kBoundary);
 
 MultipartBody::MultipartBody() { stream_.InitializeToBytesArray(0); }
 
-void MultipartBody::startSection() {
+void MultipartBody::_multipartstartsection() {
   constexpr std::uint8_t lineEnd[] = {13, 10};
   if (!first_) stream_.write(lineEnd);
   first_ = false;
@@ -23,13 +23,13 @@ void MultipartBody::write(const std::string& text) {
 }
 
 void MultipartBody::addField(const Text& name, const Text& value) {
-  startSection();
+  _multipartstartsection();
   write(kDelimiter + "\nContent-Disposition: form-data; name=\"" + name.str() + "\"\n\n" +
         value.str());
 }
 
 void MultipartBody::addFile(const _multipartfiledata& file) {
-  startSection();
+  _multipartstartsection();
   write(kDelimiter + "\nContent-Disposition: form-data; name=\"" + file.KeyName.str() +
         "\"; filename=\"" + file.FileName.str() + "\"\nContent-Type: " + file.ContentType.str() +
         "\n\n");
@@ -37,7 +37,7 @@ void MultipartBody::addFile(const _multipartfiledata& file) {
 }
 
 Ref<KesArray> MultipartBody::finish() {
-  startSection();
+  _multipartstartsection();
   write(kDelimiter + "--\n");
   return stream_.ToBytesArray();
 }

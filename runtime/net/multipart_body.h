@@ -20,7 +20,7 @@ class MultipartBody {
   Ref<KesArray> finish();
 
  private:
-  void startSection();
+  void _multipartstartsection();
   void write(const std::string& text);
 
   KesOutputStream stream_;

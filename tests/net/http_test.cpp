@@ -1,5 +1,6 @@
 #include "runtime/net/http.h"
 
+#include "lighttpd.h"
 #include "net_fixture.h"
 #include "nginx.h"
 #include "runtime/data/file.h"
@@ -137,6 +138,43 @@ TEST_F(HttpTest, TellsTransportFailuresWithTheirTextAndTheStatusSoFar) {
   EXPECT_EQ(owner->error, "unsupported URL");
   EXPECT_EQ(KesHttpResponse().StatusCode(), 0);
   EXPECT_EQ(KesHttpResponse().GetString(), "");
+}
+
+TEST_F(HttpTest, ReadsABodyInTheCharsetThatIsAskedFor) {
+  const std::string small = "citt\xe0 \x80";
+  const struct {
+    const char* charset;
+    const char* text;   // null: no text in it
+    const char* error;  // null: none
+  } cases[] = {{"ISO-8859-1", "citt\u00e0 \u0080", nullptr},
+               {"windows-1252", "citt\u00e0 \u20ac", nullptr},
+               {"UTF8", nullptr, "Error decoding data as string."},
+               {"no-such-charset", nullptr, "Invalid CharSet no-such-charset"}};
+  for (const std::size_t padding : {0, 100000}) {  // in memory, in a file
+    const auto body = small + std::string(padding, ' ');
+    RawServer server([&](RawServer::Peer& peer) {
+      peer.readRequest();
+      peer.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" +
+                body);
+    });
+    owner->onSuccess = [&] {
+      for (const auto& c : cases) {
+        SCOPED_TRACE(c.charset);
+        try {
+          const auto text = owner->last->GetString2(c.charset).str();
+          EXPECT_EQ(text, std::string(c.text ? c.text : "nothing") + std::string(padding, ' '));
+        } catch (const KesException& e) {
+          EXPECT_STREQ(e.what(), c.error ? c.error : "no error");
+        }
+      }
+      auto stream = owner->last->GetInputStream();
+      EXPECT_EQ(stream.readAll().size(), body.size());
+      stream.Close();
+    };
+    get(server.url());
+    EXPECT_EQ(owner->events, Trace{"success 200 #1"});
+    EXPECT_THROW(owner->last->GetInputStream().readAll(), KesException) << "the body has gone";
+  }
 }
 
 TEST_F(HttpTest, BringsEveryTaskIdBackUnchanged) {
@@ -340,4 +378,30 @@ TEST_F(HttpTest, AgreesWithAServerThatOthersWrote) {
   }
   get(nginx.url() + "/away?port=" + nginx.tlsUrl().substr(18));
   EXPECT_EQ(owner->events, Trace{"success 200 #1"}) << "from plain to TLS";
+}
+
+TEST_F(HttpTest, AnswersTheDigestChallengeOfAServerThatOthersWrote) {
+  Lighttpd lighttpd(phone.root() / "lighttpd");
+  TestPlatform::write(lighttpd.root() / "private/file.txt", "per pochi");
+  const struct {
+    const char* query;  // credentials stay with the link
+    const char* password;
+    const char* event;
+    const char* body;
+  } cases[] = {{"?right", "segreta", "success 200 #1", "per pochi"},
+               {"?wrong", "sbagliata", "error 401 #1", ""},
+               {"?right", "segreta", "success 200 #1", "per pochi"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.query);
+    owner->events.clear();
+    KesHttpRequest request;
+    request.InitializeGet(lighttpd.url() + "/private/file.txt" + c.query);
+    http->ExecuteCredentials(request, 1, "varlo", c.password);
+    await();
+    EXPECT_EQ(owner->events, Trace{c.event});
+    EXPECT_EQ(owner->body, c.body);
+  }
+  get(lighttpd.url() + "/private/file.txt");
+  EXPECT_EQ(owner->events, Trace{"error 401 #1"});
+  EXPECT_EQ(owner->error, "unknown error");
 }

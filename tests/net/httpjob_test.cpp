@@ -36,6 +36,7 @@ class Feature : public KesClass {
     if (done->_tag.isText()) {
       try {
         bitmap = done->_getbitmap();
+        resized = done->_getbitmapresize(40, 30, true);
       } catch (const KesException& e) {
         trace.push_back(e.what());
       }
@@ -62,7 +63,7 @@ class Feature : public KesClass {
 
   Trace trace;
   std::string body;
-  KesBitmap bitmap;
+  KesBitmap bitmap, resized;
   int waiting = 0;
 };
 
@@ -232,6 +233,11 @@ TEST_F(JobTest, SendsEachVerbWithItsBody) {
 }
 
 TEST_F(JobTest, GivesABodyAsABitmap) {
+  KesBitmap::resizer = [](const EncodedImage& image, double width, double height, bool keepRatio) {
+    EXPECT_EQ(image.format(), "PNG");
+    EXPECT_TRUE(width == 40 && height == 30 && keepRatio);
+    return EncodedImage::Bytes{'B', 'M'};
+  };
   const std::string png = "\x89PNG\r\n\x1a\nrest";
   town.documents().addFixed("/logo.png", "image/png", png);
   for (const auto& [path, isImage] : {std::pair{"/logo.png", true}, {"/_bytes/20", false}}) {
@@ -244,7 +250,12 @@ TEST_F(JobTest, GivesABodyAsABitmap) {
     EXPECT_TRUE(job->_success);
     EXPECT_EQ(feature->bitmap.IsInitialized(), isImage);
     EXPECT_EQ(feature->trace, isImage ? Trace{} : Trace{"Error loading image."});
+    if (isImage) {
+      EXPECT_EQ(feature->resized.native()->format(), "BMP");
+    }
   }
+  KesBitmap::resizer = nullptr;
+  EXPECT_THROW(feature->resized.Resize(1, 1, false), KesException) << "nobody can draw it";
 }
 
 TEST_F(JobTest, UsesCredentialsOnlyWhenBothPartsAreGiven) {

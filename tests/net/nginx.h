@@ -5,30 +5,25 @@
 // The constructor throws std::runtime_error with nginx's own words when it can't start.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <string>
+
+#include "server_process.h"
 
 class Nginx {
  public:
   // `locations`: what stands inside the server block. Files are served from root().
   Nginx(const std::filesystem::path& folder, const std::string& locations);
-  ~Nginx();
-  Nginx(const Nginx&) = delete;
-  Nginx& operator=(const Nginx&) = delete;
 
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port_); }
   std::string tlsUrl() const { return "https://127.0.0.1:" + std::to_string(tlsPort_); }
   std::filesystem::path root() const { return folder_ / "root"; }
 
  private:
-  bool start(const std::string& locations, std::string& said);
-  void stop();
+  bool start(const std::string& locations);
 
   std::filesystem::path folder_;
   int port_ = 0;
   int tlsPort_ = 0;
-  pid_t process_ = -1;
-  int log_ = -1;  // what it says, kept open so that it can go on saying it
+  ServerProcess process_;
 };
