@@ -74,6 +74,7 @@ QVariant entitiesForQt() {
 // Numbers alone, where a text's bytes hide nothing.
 Value numbers() {
   std::vector<Value> items;
+  items.reserve(100000);
   for (int i = 0; i < 100000; ++i) items.emplace_back(i);
   return KesList::of(std::move(items));
 }

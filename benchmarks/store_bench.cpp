@@ -22,6 +22,7 @@ constexpr int kKeys = 1000;
 const std::string& key(int n) {
   static const auto keys = [] {
     std::vector<std::string> all;
+    all.reserve(kKeys);
     for (int i = 0; i < kKeys; ++i) all.push_back("ZONARIFIUTI" + std::to_string(i));
     return all;
   }();

@@ -103,12 +103,14 @@ void AccessibleTree::ensureBuilt() {
 void AccessibleTree::rebuild() {
   auto* app = ui::Application::current();
   std::vector<Node> nodes;
+  std::vector<ui::Ref<ui::View>> views;  // of the nodes
   std::unordered_map<const ui::View*, int> at;
   if (app)
     for (const auto& window : app->windows())
       for (const auto& e : ui::accessibilityTree(*window)) {
         at[e.view.get()] = static_cast<int>(nodes.size());
         nodes.push_back({ui::WeakRef<ui::View>(e.view), e.role, QString::fromStdString(e.name)});
+        views.push_back(e.view);
       }
   // What is gone, or another view at the same address.
   for (auto it = made_.begin(); it != made_.end();) {
@@ -126,7 +128,7 @@ void AccessibleTree::rebuild() {
   std::vector<int> top;
   for (int i = 0; i < static_cast<int>(nodes.size()); ++i) {
     Node& node = nodes[static_cast<std::size_t>(i)];
-    const auto view = node.view.lock();
+    const auto& view = views[static_cast<std::size_t>(i)];
     auto& made = made_[view.get()];
     if (!made) {
       made = new ElementAccessible(*this, *view);
