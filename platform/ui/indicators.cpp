@@ -1,6 +1,7 @@
 #include "platform/ui/indicators.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ui {
 
@@ -12,7 +13,7 @@ void ProgressView::setProgress(double progress) {
 }
 
 std::string ProgressView::accessibleValue() const {
-  return std::to_string(static_cast<int>(progress_ * 100 + 0.5)) + "%";
+  return std::to_string(std::lround(progress_ * 100)) + "%";
 }
 
 void ActivityIndicator::setSpinning(bool spinning) {

@@ -48,6 +48,7 @@ void TableView::rebuild() {
     row->setFrame({0, static_cast<double>(i) * rowHeight_, builtWidth_, rowHeight_});
     row->setRole(Role::ListItem);
     const int index = static_cast<int>(i);
+    if (index == selected_) row->setBackground(style::kSelection);
     row->setOnTap([this, index](View&) {
       Ref<View> pin(this);
       setSelectedRow(index);
@@ -60,8 +61,6 @@ void TableView::rebuild() {
     row->addSubview(label);
     content().addSubview(row);
   }
-  if (selected_ >= 0)
-    content().children()[static_cast<std::size_t>(selected_)]->setBackground(style::kSelection);
   setContentSize({builtWidth_, static_cast<double>(rows_.size()) * rowHeight_});
   setOffset(offset());
 }
