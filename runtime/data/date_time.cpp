@@ -229,7 +229,8 @@ double KesDateTime::GetTimeZoneOffsetAt(std::int64_t ticks) const {
   std::int32_t raw = 0;
   std::int32_t daylight = 0;
   engine_->timeZone->getOffset(toUDate(ticks), false, raw, daylight, status);
-  return (raw + daylight) / 1000 / 3600.0;
+  const auto seconds = (raw + daylight) / 1000;
+  return seconds / 3600.0;
 }
 
 void KesDateTime::SetTimeZone(double hours) {
