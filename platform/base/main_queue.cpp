@@ -47,7 +47,7 @@ struct Ticket {
 
 }  // namespace
 
-MainQueue::MainQueue(const Clock& clock) : clock_(clock), fault_(logFault) {}
+MainQueue::MainQueue(const Clock& clock) : clock_(clock), fault_(logFault) { ownsQueue_ = true; }
 
 MainQueue::~MainQueue() { close(); }
 
@@ -170,7 +170,7 @@ void MainQueue::setWaker(std::function<void()> waker) {
 }
 
 void MainQueue::setFaultHandler(std::function<void(std::exception_ptr)> handler) {
-  fault_ = std::move(handler);
+  fault_ = handler ? std::move(handler) : logFault;
 }
 
 bool MainQueue::isClosed() const {

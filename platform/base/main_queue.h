@@ -6,7 +6,8 @@
 // thread through the waker it sets. Due delayed tasks join the end of the queue in
 // the order of their due times. A task that throws is reported to the fault
 // handler (default: one log line) and the queue goes on. Delays are milliseconds of
-// the clock given at construction.
+// the clock given at construction. The thread that constructs the queue is the main
+// thread; it also sets the fault handler and ends the queue.
 #pragma once
 
 #include <condition_variable>
@@ -54,14 +55,15 @@ class MainQueue {
 
   // Called (from any thread, outside the lock) when a task was posted.
   void setWaker(std::function<void()> waker);
+  // An empty one restores the default.
   void setFaultHandler(std::function<void(std::exception_ptr)> handler);
   // Drops what waits and refuses what comes; waiting postAndWait() calls return false.
   void close();
   bool isClosed() const;
 
   bool isMainThread() const { return std::this_thread::get_id() == mainThread_; }
-  // The thread that constructs the queue is the main thread, unless it moves here.
-  void adoptCurrentThread() { mainThread_ = std::this_thread::get_id(); }
+  // Whether this is the main thread of any queue: a check that costs next to nothing.
+  static bool onMainThread() noexcept { return ownsQueue_; }
 
  private:
   struct Delayed {
@@ -82,7 +84,8 @@ class MainQueue {
   bool closed_ = false;
   std::shared_ptr<const std::function<void()>> waker_;
   std::function<void(std::exception_ptr)> fault_;
-  std::thread::id mainThread_ = std::this_thread::get_id();
+  const std::thread::id mainThread_ = std::this_thread::get_id();
+  inline static constinit thread_local bool ownsQueue_ = false;
 };
 
 }  // namespace platform

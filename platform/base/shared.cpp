@@ -30,7 +30,8 @@ const Shared* lockWeak(WeakBlock* b) noexcept {
   if (!object) return nullptr;
   auto& refs = object->refs_;
   auto n = refs.load(std::memory_order_relaxed);
-  while (n != 0)
+  // Without a reference it is about to end, unless a scope of this very thread keeps it.
+  while (n != 0 || Keep::of(object))
     if (refs.compare_exchange_weak(n, n + 1, std::memory_order_acq_rel)) return object;
   return nullptr;
 }
@@ -56,21 +57,31 @@ WeakBlock* weakBlockOf(const Shared& s) noexcept {
 
 constinit thread_local Keep* Keep::innermost_ = nullptr;
 
-void Keep::finish() noexcept { object_->dispose(); }
+Keep* Keep::of(const Shared* object) noexcept {
+  Keep* outermost = nullptr;
+  for (Keep* k = innermost_; k; k = k->outer_)
+    if (k->object_ == object) outermost = k;
+  return outermost;
+}
+
+void Keep::finish() noexcept {
+  // Taken up again meanwhile: it ends with that reference.
+  if (object_->refs_.load(std::memory_order_acquire) == 0) object_->end();
+}
 
 void Shared::lastReleased() const noexcept {
+  if (auto* keep = Keep::of(this))
+    keep->ended_ = true;
+  else
+    end();
+}
+
+void Shared::end() const noexcept {
   if (auto* block = weak_.load(std::memory_order_acquire)) {
     std::lock_guard lock(block->mutex_);
     block->object_ = nullptr;
   }
-  // The outermost scope that keeps it ends it; a second release inside changes nothing.
-  Keep* outermost = nullptr;
-  for (Keep* k = Keep::innermost_; k; k = k->outer_)
-    if (k->object_ == this) outermost = k;
-  if (outermost)
-    outermost->ended_ = true;
-  else
-    dispose();
+  dispose();
 }
 
 Shared::~Shared() {

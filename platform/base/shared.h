@@ -67,6 +67,7 @@ class Shared {
   friend const Shared* detail::lockWeak(detail::WeakBlock*) noexcept;
   friend detail::WeakBlock* detail::weakBlockOf(const Shared&) noexcept;
   void lastReleased() const noexcept;
+  void end() const noexcept;  // for weak references first, then altogether
 
   mutable std::atomic<std::uint32_t> refs_{0};
   mutable std::atomic<detail::WeakBlock*> weak_{nullptr};
@@ -74,8 +75,10 @@ class Shared {
 };
 
 // Keeps an object alive for a scope of this thread without touching its count: when the
-// last Ref goes meanwhile, the object ends with the scope instead. For what dispatches to
-// an object many times a second. The last Ref must not go on another thread meanwhile.
+// last Ref goes meanwhile, the object ends with the scope instead, or later if somebody in
+// the scope took it up again. Inside the scope weak references still find it. For what
+// dispatches to an object many times a second. The last Ref must not go on another thread
+// meanwhile.
 class Keep {
  public:
   explicit Keep(const Shared* object) noexcept : object_(object), outer_(innermost_) {
@@ -90,6 +93,9 @@ class Keep {
 
  private:
   friend class Shared;
+  friend const Shared* detail::lockWeak(detail::WeakBlock*) noexcept;
+  // The outermost scope of this thread that keeps the object, or null.
+  static Keep* of(const Shared* object) noexcept;
   void finish() noexcept;
 
   const Shared* object_;

@@ -1,5 +1,6 @@
 #include "runtime/core/array.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "runtime/core/kes.h"
@@ -14,13 +15,16 @@ namespace {
 }
 
 std::size_t product(const std::vector<std::int32_t>& dimensions) {
+  // Without the empty dimensions, so that the strides of the others are sound too.
   std::int64_t n = 1;
+  bool empty = false;
   for (const auto d : dimensions) {
     if (d < 0) throw KesException("An array cannot have a negative dimension");
-    n *= d;
+    empty = empty || d == 0;
+    n *= std::max(d, 1);
     if (n > std::numeric_limits<std::int32_t>::max()) throw KesException("Array too large");
   }
-  return static_cast<std::size_t>(n);
+  return empty ? 0 : static_cast<std::size_t>(n);
 }
 
 }  // namespace

@@ -3,8 +3,9 @@
 //
 // Held by Ref; sharing it shares its elements. The Fast accessors test the index and
 // throw "Out of bounds. Index=%d Length=%d"; the plain ones take one index for each
-// dimension and throw the same for a position outside the array. Main thread, but a
-// finished array may be handed to another one.
+// dimension and throw the same for a position outside the array. Negative dimensions and
+// more elements than 32 bits count throw as well. Main thread, but a finished array may be
+// handed to another one.
 #pragma once
 
 #include <initializer_list>

@@ -23,6 +23,13 @@ const FieldInfo* ClassInfo::field(std::string_view storedName) const {
   return nullptr;
 }
 
+const FieldInfo* ClassInfo::property(std::string_view name) const {
+  if (const auto* f = field(name)) return f;
+  const std::string stored = "_" + std::string(name);
+  const auto* f = field(stored);
+  return f ? f : field(Text(stored).ToLowerCase());
+}
+
 void ClassInfo::index() {
   if (base_) {
     for (const auto& inherited : base_->subs_) {

@@ -13,7 +13,8 @@
 //   }
 //
 // A sub answers to its dispatch name: underscore, lower-case name, one colon for each
-// parameter of the C++ signature. A method answers to its platform name as it stands.
+// parameter of the C++ signature. A method answers to its platform name as it stands. What
+// a table does not know is answered with null; calls pass on what the method throws.
 #pragma once
 
 #include <bit>
@@ -104,6 +105,9 @@ class ClassInfo {
   // Fields in declared order, those of the base first.
   const std::vector<FieldInfo>& fields() const { return fields_; }
   const FieldInfo* field(std::string_view storedName) const;
+  // The same by the name that the application uses: as stored, or in any case without the
+  // underscore.
+  const FieldInfo* property(std::string_view name) const;
 
   // A new object of the class, not initialised; null for a class that has no maker.
   Ref<Shared> make() const { return make_ ? make_() : nullptr; }

@@ -123,12 +123,7 @@ KesMap KesCommon::createMap(std::initializer_list<Value> keysAndValues) {
 
 bool KesCommon::IsDevTool(std::string_view name) { return Text(name).EqualsIgnoreCase("kes"); }
 
-Text KesCommon::GetType(const Value& v) {
-  if (v.isObject()) return v.object()->className();
-  if (v.isNumber()) return "NSNumber";
-  if (v.isText()) return "NSString";
-  return v.isNull() ? "NSNull" : "";
-}
+Text KesCommon::GetType(const Value& v) { return v.className(); }
 
 Text KesCommon::TypeToString(const Object& object, bool) {
   const detail::PrintScope scope(&object);

@@ -22,15 +22,12 @@ std::string readable(const char* typeName) {
 
 void failNumber(const Value& v) {
   throw KesException("Invalid object type",
-                     "Expected: NSNumber, object type: " + v.description().str());
+                     formatText("Expected: NSNumber, object type: %@", {v.description()}));
 }
 
 void failObject(const char* expected, const Value& v) {
-  const std::string actual = v.isObject()   ? std::string(v.object()->className())
-                             : v.isNumber() ? "NSNumber"
-                                            : "NSString";
-  throw KesException("Invalid object type",
-                     "Expected: " + readable(expected) + ", object type: " + actual);
+  throw KesException("Invalid object type", formatText("Expected: %@, object type: %@",
+                                                       {readable(expected), v.className()}));
 }
 
 void failType(const char* typeCode) {

@@ -1,9 +1,14 @@
-// Between C++ types and Values: what a call by name does to each parameter and result.
+// Between C++ types and Values, for calls by name, fields and the results of waits.
 //
-// fromValue<T>() converts as the declared type of a parameter asks: the null object
-// becomes nil for anything held as an object; numbers are cut to the parameter's width;
-// text given for a number is read as one. It throws KesException when the value cannot
-// become a T. toValue() boxes a result with the type it was declared with.
+// fromValue<T>() converts as the declared type asks: the null object becomes nil for
+// anything held as an object; numbers are cut to the type's width; text given for a number
+// is read as one. It throws KesException when the value cannot become a T. toValue() boxes
+// a value with the type it was declared with.
+//
+// Calls differ in the types by which the platform passes truth: a signed char is a Boolean
+// (parameter<T>, boxed). They give unsigned results as signed numbers of the same width.
+//
+// Any thread, as far as the objects allow it.
 #pragma once
 
 #include <cstring>
@@ -91,6 +96,28 @@ inline const Value& argument(Args args, std::size_t i) {
   return i < args.size() ? args[i] : nil;
 }
 
+template <class T>
+concept PlatformBool = std::same_as<T, signed char> || std::same_as<T, char>;
+
+// A parameter and a result of a call by name.
+template <class T>
+T parameter(const Value& v) {
+  if constexpr (PlatformBool<T>)
+    return static_cast<T>(fromValue<bool>(v));
+  else
+    return fromValue<T>(v);
+}
+template <class T>
+Value boxed(T&& result) {
+  using R = std::remove_cvref_t<T>;
+  if constexpr (PlatformBool<R>)
+    return result != 0;
+  else if constexpr (std::unsigned_integral<R> && !std::same_as<R, bool> && sizeof(R) >= 4)
+    return static_cast<std::make_signed_t<R>>(result);
+  else
+    return toValue(std::forward<T>(result));
+}
+
 template <class Class, class Result, class... Params>
 struct MethodShape {
   static constexpr int arity = sizeof...(Params);
@@ -99,10 +126,10 @@ struct MethodShape {
   static Value invoke(Shared& target, Args args, std::index_sequence<I...>) {
     auto& self = static_cast<T&>(target);
     if constexpr (std::is_void_v<Result>) {
-      (self.*Method)(fromValue<std::remove_cvref_t<Params>>(argument(args, I))...);
+      (self.*Method)(parameter<std::remove_cvref_t<Params>>(argument(args, I))...);
       return {};
     } else {
-      return toValue((self.*Method)(fromValue<std::remove_cvref_t<Params>>(argument(args, I))...));
+      return boxed((self.*Method)(parameter<std::remove_cvref_t<Params>>(argument(args, I))...));
     }
   }
 };

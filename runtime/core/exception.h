@@ -1,5 +1,5 @@
 // The one exception of the runtime: a name, often empty, and the text that the
-// application reads through LastException.
+// application reads through LastException. Thrown by value, on any thread.
 #pragma once
 
 #include <exception>

@@ -5,6 +5,7 @@
 
 #include "platform/base/platform.h"
 #include "runtime/core/class_table.h"
+#include "runtime/core/error.h"
 #include "runtime/core/resumable.h"
 
 namespace kes {
@@ -13,19 +14,10 @@ namespace {
 
 // Kept alive by the raise that set it, or by heldSender.
 constinit thread_local Shared* currentSender = nullptr;
-// What setSender was given, and the sender of an event whose handler threw.
+// What setSender was given, and the sender of an event whose handler threw, until the next
+// event. The flag spares each raise a look at a variable with a destructor.
 thread_local Ref<Shared> heldSender;
-
-// What the last caught exception becomes.
-class CaughtError final : public Object {
- public:
-  explicit CaughtError(Text reason) : reason_(std::move(reason)) {}
-  std::string_view className() const override { return "NSError"; }
-  Text description() const override { return reason_; }
-
- private:
-  Text reason_;
-};
+constinit thread_local bool senderHeld = false;
 
 std::mutex lastErrorMutex;
 Value& lastErrorSlot() {
@@ -60,7 +52,8 @@ void Kes::errorIfMissingEvent(std::string_view prefix, std::string_view suffix) 
 
 void Kes::setSender(Ref<Shared> sender) {
   currentSender = sender.get();
-  heldSender = std::move(sender);
+  senderHeld = currentSender != nullptr;
+  const Ref<Shared> former = std::exchange(heldSender, std::move(sender));
 }
 
 Value Kes::sender() { return currentSender ? Value(Ref<Shared>(currentSender)) : Value::null(); }
@@ -71,9 +64,7 @@ inline Kes::Waits* Kes::findWaits(std::string_view event, std::uint64_t hash) {
   return nullptr;
 }
 
-Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
-  const platform::Keep keepSender(sender.get());
-  currentSender = sender.get();
+inline Value Kes::dispatch(const Ref<Shared>& sender, std::string_view event, Args params) {
   if (event.ends_with("_resize::") && dynamic_cast<PageSized*>(sender.get()))
     shared().mainView = sender;
   const auto hash = hashName(event);
@@ -85,17 +76,25 @@ Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args pa
     throw KesException("null object",
                        formatText("Target is null. Method called: %@", {"_" + std::string(event)}));
   const SubInfo* sub = targetClass_ ? targetClass_->sub(event, hash) : nullptr;
-  if (!sub) {
-    currentSender = nullptr;
-    return {};
-  }
+  if (!sub) return {};
   const platform::Keep keepTarget(target);
+  return sub->call(*target, params);
+}
+
+Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args params) {
+  if (!platform::MainQueue::onMainThread())
+    throw KesException(formatText("%@ was raised off the main thread", {event}));
+  // The reference may be one that the handler lets go.
+  Shared* const who = sender.get();
+  const platform::Keep keepSender(who);
+  if (senderHeld) setSender(nullptr);
+  currentSender = who;
   try {
-    Value result = sub->call(*target, params);
+    Value result = dispatch(sender, event, params);
     currentSender = nullptr;
     return result;
   } catch (...) {
-    setSender(sender);  // stays set
+    setSender(Ref<Shared>(who));  // stays set
     throw;
   }
 }
@@ -104,7 +103,7 @@ void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params
   platform::current().mainQueue().post([me = Ref<Kes>(this), sender = std::move(sender),
                                         event = std::move(event), params = std::move(params)] {
     // The module may have gone while the event was under way: then so has the event.
-    if (me->eventsTarget() || me->parked_) me->raiseEvent(sender, event, params);
+    if (me->hears()) me->raiseEvent(sender, event, params);
   });
 }
 
@@ -159,7 +158,7 @@ Value Kes::runDynamicMethod(Shared* target, std::string_view methodName, bool th
 }
 
 void Kes::SetException(const std::exception& e) {
-  shared().setLastError(platform::makeShared<CaughtError>(Text(e.what())));
+  shared().setLastError(platform::makeShared<KesError>("caught_exception", 0, Text(e.what())));
 }
 
 Value Kes::lastError() const {

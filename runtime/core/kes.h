@@ -4,9 +4,9 @@
 // Events reach application code by name: raiseEvent finds the sub of that name on the
 // events target and calls it with converted parameters, or wakes a resumable sub that
 // waits for it. A missing handler is no error. raiseEvent runs in place and belongs to
-// the main thread; raiseUIEvent and raiseEventFromDifferentThread may be called on any
-// thread and always post to the main queue. A Kes belongs to its module or instance and
-// holds its target weakly. Exceptions of a handler pass through to the raiser.
+// the main thread (elsewhere it throws); raiseUIEvent and raiseEventFromDifferentThread may
+// be called on any thread and always post to the main queue. A Kes belongs to its module or
+// instance and holds its target weakly. Exceptions of a handler pass through to the raiser.
 #pragma once
 
 #include <functional>
@@ -53,13 +53,16 @@ class Kes final : public Object {
   bool hasMethod(std::string_view eventName) const;
   void errorIfMissingEvent(std::string_view prefix, std::string_view suffix) const;
 
+  // The handler's result, or nil. Throws "Target is null. Method called: %@" when the target
+  // has gone; a posted event, or one of an object with properties, is then dropped in silence.
   Value raiseEvent(const Ref<Shared>& sender, std::string_view event, Args params);
   void raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params);
   void raiseEventFromDifferentThread(Ref<Shared> sender, Text event, std::vector<Value> params) {
     raiseUIEvent(std::move(sender), std::move(event), std::move(params));
   }
 
-  // The current sender of this thread; the null object outside an event.
+  // The current sender of this thread; the null object outside an event. An event whose
+  // handler threw leaves its sender set until the next one.
   static Value sender();
   static void setSender(Ref<Shared> sender);
 
@@ -71,12 +74,15 @@ class Kes final : public Object {
   // alive through it: whoever ends such a component before its time calls this.
   void cancelWaits();
   void noteParked(std::ptrdiff_t change) { parked_ += change; }
+  // Whether there is anybody left to hear an event.
+  bool hears() const { return parked_ || target_.peek(); }
 
-  bool isShellBI() const { return false; }
+  static bool isShellBI() { return false; }  // only a class "KesShellBI" would be one
 
   static Value runDynamicMethod(Shared* target, std::string_view methodName,
                                 bool throwErrorIfMissing, Args args);
 
+  // Keeps the exception's text as lastError: a KesError of the domain "caught_exception".
   static void SetException(const std::exception& e);
 
   // Process-wide state, meaningful on shared().
@@ -105,6 +111,7 @@ class Kes final : public Object {
     Text event;
     std::vector<KesWaitForEvent> list;
   };
+  Value dispatch(const Ref<Shared>& sender, std::string_view event, Args params);
   Waits* findWaits(std::string_view event, std::uint64_t hash);
   bool wake(Waits& waits, const Ref<Shared>& sender, Args params);
 

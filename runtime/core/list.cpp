@@ -73,8 +73,8 @@ std::int32_t KesList::IndexOf(const Value& v) const {
 }
 
 void KesList::sort(bool ascending, bool caseInsensitive) {
+  if (Size() == 0) return;
   auto& mine = items();
-  if (mine.empty()) return;
   const SortKind kind = mine.front().isNumber() ? SortKind::Numbers
                         : caseInsensitive       ? SortKind::FoldedTexts
                                                 : SortKind::Texts;
@@ -82,17 +82,14 @@ void KesList::sort(bool ascending, bool caseInsensitive) {
 }
 
 void KesList::sortList(std::string_view field, bool ascending, bool caseInsensitive) {
+  if (Size() == 0) return;
   auto& mine = items();
-  if (mine.empty()) return;
-  const std::string stored = "_" + std::string(field);
   std::vector<Value> keys;
   keys.reserve(mine.size());
   for (const Value& record : mine) {
     const auto* object = dynamic_cast<const Object*>(record.object());
     const ClassInfo* info = object ? object->classInfo() : nullptr;
-    const FieldInfo* f = info ? info->field(field) : nullptr;
-    if (!f && info) f = info->field(stored);
-    if (!f && info) f = info->field(Text(stored).ToLowerCase());
+    const FieldInfo* f = info ? info->property(field) : nullptr;
     if (!f)
       throw KesException("NSUnknownKeyException",
                          formatText("No field %@ in %@", {field, record.description()}));

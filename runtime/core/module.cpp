@@ -4,9 +4,15 @@
 
 namespace kes {
 
+Kes& Component::events() const {
+  if (!bi_) throw KesException(formatText("Object was not initialized (%@)", {className()}));
+  return *bi_;
+}
+
 void KesClass::initializeClassModule() {
   if (!bi_) {
-    bi_ = platform::makeShared<Kes>(*this);
+    bi_ = createBI();
+    bi_->init(*this);
     releasedName_ = Text(className());
   }
   _class_globals();

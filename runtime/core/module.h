@@ -4,7 +4,9 @@
 // A module is reached by M::instance(), which makes it on first use with its Kes but
 // does not run its globals; initializeModule() does that. A class instance is made by
 // make<C>(…), which runs its _initialize. A class instance that was initialised writes
-// "Class (name) instance released." to the log when it ends. Main thread.
+// "Class (name) instance released." to the log when it ends. A module is never released, an
+// instance is held by Ref and by its own subs while they are parked. Main thread. Waiting on
+// an instance that was not initialised throws "Object was not initialized (%@)".
 #pragma once
 
 #include "runtime/core/class_table.h"
@@ -31,21 +33,25 @@ class Component : public Object {
   // The result is the event's parameters as the types asked for.
   template <class... R>
   detail::WaitAwaiter<R...> waitFor(std::string_view event, Value senderFilter = {}) {
-    return {*bi_, event, nullptr, std::move(senderFilter)};
+    return {events(), event, nullptr, std::move(senderFilter)};
   }
   template <class... R, class T>
   requires(std::derived_from<T, KesClass>) detail::WaitAwaiter<R...> waitFor(std::string_view event,
                                                                              const Ref<T>& sender) {
-    return {*bi_, event, sender.get(), {}};
+    return {events(), event, sender.get(), {}};
   }
   template <class... R, class T>
   detail::WaitAwaiter<R...> waitFor(std::string_view event, Resumable<T>&& sub) {
-    return {*bi_, event, nullptr, sub.intoValue()};
+    static_assert(!std::is_void_v<T>, "a sub that gives no value cannot be waited for");
+    return {events(), event, nullptr, sub.intoValue()};
   }
-  detail::SleepAwaiter sleep(std::int64_t milliseconds) { return {*bi_, milliseconds}; }
+  detail::SleepAwaiter sleep(std::int64_t milliseconds) { return {events(), milliseconds}; }
 
  protected:
   Ref<Kes> bi_;
+
+ private:
+  Kes& events() const;
 };
 
 class KesStaticModule : public Component {
@@ -83,6 +89,8 @@ class KesClass : public Component {
   // First statement of every _initialize: gives the instance its Kes once, then runs
   // its globals, on each call.
   void initializeClassModule();
+  // A Kes not yet bound to anything.
+  virtual Ref<Kes> createBI() const { return platform::makeShared<Kes>(); }
   virtual void _class_globals() {}
   bool IsInitialized() const { return static_cast<bool>(bi_); }
   Text description() const override;

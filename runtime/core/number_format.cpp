@@ -24,12 +24,13 @@ class SharedFormatter {
   }
 
   Text format(double number, int minInteger, int maxFraction, int minFraction, bool grouping) {
-    const Settings wanted{minInteger, maxFraction, minFraction, grouping};
+    const Settings wanted{clamp(minInteger), clamp(maxFraction),
+                          std::min(clamp(minFraction), clamp(maxFraction)), grouping};
     if (!(wanted == settings_)) {
-      format_->setMinimumIntegerDigits(clamp(minInteger));
-      format_->setMaximumFractionDigits(clamp(maxFraction));
-      format_->setMinimumFractionDigits(std::min(clamp(minFraction), clamp(maxFraction)));
-      format_->setGroupingUsed(grouping);
+      format_->setMinimumIntegerDigits(wanted.minInteger);
+      format_->setMaximumFractionDigits(wanted.maxFraction);
+      format_->setMinimumFractionDigits(wanted.minFraction);
+      format_->setGroupingUsed(wanted.grouping);
       settings_ = wanted;
     }
     icu::UnicodeString out;

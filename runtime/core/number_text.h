@@ -1,5 +1,5 @@
 // Numbers as text and text as numbers, by the fixed rules of the language: "." for the
-// fraction, no grouping, whatever the phone's locale. Any thread.
+// fraction, no grouping, whatever the phone's locale. Any thread; nothing here throws.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,8 @@
 // Object: base of everything that the runtime itself makes and the application sees.
 //
 // Adds to Shared what values need: a text form, equality, a hash, and the class table
-// entry that answers by name. Main thread, unless a class says otherwise.
+// entry that answers by name. Held by Ref, unless a class is used as a plain member. Main
+// thread, unless a class says otherwise. Nothing here throws.
 #pragma once
 
 #include "runtime/core/exception.h"

@@ -51,7 +51,8 @@ void Sleep(Kes& bi, Ref<KesResumableSub> rs, std::int64_t milliseconds) {
 void ReturnFromResumableSub(Ref<KesResumableSub> rs, Value value) {
   platform::current().mainQueue().post([rs = std::move(rs), value = nilToNull(std::move(value))] {
     rs->completed = true;
-    if (const auto waiting = std::exchange(rs->waitForKes, nullptr))
+    // Whoever waited may have gone meanwhile.
+    if (const auto waiting = std::exchange(rs->waitForKes, nullptr); waiting && waiting->hears())
       waiting->raiseEvent(rs, "complete:", std::span<const Value>(&value, 1));
   });
 }
@@ -65,7 +66,8 @@ void ResumableFrame::reportStartError() noexcept {
 }
 
 void ResumableFrame::resume(Kes* kes, Args params) {
-  if (state == -1) return;
+  if (!suspended_) return;
+  suspended_ = false;
   const platform::Keep keep(this);
   if (!bi.refersTo(kes)) bi = WeakRef<Kes>(kes);
   params_ = params;

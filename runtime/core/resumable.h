@@ -43,8 +43,10 @@ class KesResumableSubWrapper final : public TypedWrapper<KesResumableSubWrapper,
 void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Value& senderFilter);
 // The same for a sender known to be neither a wrapper nor a sub; null waits for any.
 void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender);
-// Resumes rs in a later task, after the time.
+// Resumes rs in a later task, after the time in milliseconds.
 void Sleep(Kes& bi, Ref<KesResumableSub> rs, std::int64_t milliseconds);
+// The form without a sub does nothing at all.
+inline void Sleep(std::int64_t) {}
 // Declares rs finished: posts the task that completes it and raises "complete:".
 void ReturnFromResumableSub(Ref<KesResumableSub> rs, Value value);
 
@@ -52,8 +54,20 @@ namespace detail {
 
 class ResumableFrame : public KesResumableSub {
  public:
+  // Does nothing for a sub that is running or over: only one that is parked can be woken.
   void resume(Kes* bi, Args params) override;
   Args params() const { return params_; }
+  // Runs what parks the sub. A sub that could not be parked goes on with the exception.
+  template <class Park>
+  void suspend(Park park) {
+    suspended_ = true;
+    try {
+      park();
+    } catch (...) {
+      suspended_ = false;
+      throw;
+    }
+  }
   void rethrowStartError() {
     if (error_) std::rethrow_exception(std::exchange(error_, nullptr));
   }
@@ -73,6 +87,7 @@ class ResumableFrame : public KesResumableSub {
 
  private:
   Args params_;
+  bool suspended_ = false;
   std::exception_ptr error_;
 };
 
@@ -99,10 +114,13 @@ struct WaitAwaiter {
   template <class P>
   void await_suspend(std::coroutine_handle<P> h) {
     frame = &h.promise();
-    if (filter.isNil())
-      parkFor(event, bi, Ref<KesResumableSub>(frame), sender);
-    else
-      WaitFor(event, bi, Ref<KesResumableSub>(frame), std::exchange(filter, Value()));
+    frame->suspend([&] {
+      Ref<KesResumableSub> sub(frame);
+      if (filter.isNil())
+        parkFor(event, bi, std::move(sub), sender);
+      else
+        WaitFor(event, bi, std::move(sub), std::exchange(filter, Value()));
+    });
   }
   auto await_resume() const {
     if constexpr (sizeof...(R) == 1) {
@@ -134,7 +152,8 @@ struct SleepAwaiter {
   bool await_ready() const noexcept { return false; }
   template <class P>
   void await_suspend(std::coroutine_handle<P> h) {
-    Sleep(bi, Ref<KesResumableSub>(&h.promise()), milliseconds);
+    ResumableFrame& frame = h.promise();
+    frame.suspend([&] { Sleep(bi, Ref<KesResumableSub>(&frame), milliseconds); });
   }
   void await_resume() const noexcept {}
 };

@@ -1,5 +1,6 @@
 // KesResumableSub: a sub that can park at a wait, as the waiting table and the queue see
 // it. Owned by whatever it waits for; runtime/core/resumable.h tells how one is written.
+// Main thread. resume() passes on what the sub throws.
 #pragma once
 
 #include "runtime/core/object.h"

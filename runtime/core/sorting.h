@@ -1,6 +1,6 @@
 // Orders values by keys of one kind. A key of another kind than asked is read as 0 or by
 // its text form, so that a mixed list comes out in some order but never fails. Equal
-// keys keep no order. Any thread, each call on values of its own.
+// keys keep no order. Any thread, each call on values of its own; throws nothing.
 #pragma once
 
 #include <vector>

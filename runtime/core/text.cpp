@@ -229,6 +229,7 @@ std::size_t Text::byteOf(std::int32_t unit, bool& inPair) const {
 
 std::int32_t Text::IndexOf2(std::string_view s, std::int32_t start) const {
   const std::int32_t length = Length();
+  if (length == 0) return -1;
   if (start < 0 || start > length) failRange(start, length, length);
   if (s.empty()) return -1;
   if (hasHalf(s)) return position(utf16().find(toUtf16(s), static_cast<std::size_t>(start)));

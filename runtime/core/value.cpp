@@ -26,6 +26,13 @@ double Value::asDouble() const noexcept {
   return static_cast<double>(c_.get<std::int64_t>());
 }
 
+std::string_view Value::className() const {
+  if (isObject()) return object()->className();
+  if (isNumber()) return "NSNumber";
+  if (isText()) return "NSString";
+  return isNull() ? "NSNull" : "";
+}
+
 Text Value::description() const {
   if (isText()) return asText();
   if (isNumber()) return Kes::NumberToString(*this);

@@ -170,6 +170,8 @@ class Value {
       return Ref<T>(dynamic_cast<T*>(held));
   }
 
+  // The class as messages print it ("NSNumber", "NSString", "NSNull"); empty for nil.
+  std::string_view className() const;
   // The text form that logs and messages use; "null" for nil.
   Text description() const;
   // Equality as the collections see it: numbers by value whatever their type, texts

@@ -7,12 +7,19 @@
 namespace kes {
 
 Value AttachedProperties::get(std::string_view key) const {
+  if (key == "bi") return Value(bi.lock());
+  if (key == "eventName") return bi.unset() ? Value() : Value(eventName);
+  if (key == "tag") return tag;
   for (const auto& [k, v] : others_)
     if (k == key) return v;
   return {};
 }
 
 void AttachedProperties::set(std::string_view key, Value v) {
+  if (key == "tag") {
+    tag = std::move(v);
+    return;
+  }
   for (auto i = others_.begin(); i != others_.end(); ++i) {
     if (i->first != key) continue;
     if (v.isNil())
@@ -31,17 +38,9 @@ const Value& KesObjectWrapper::object() const {
 }
 
 void KesObjectWrapper::setObject(Value v) {
-  if (v.isNilOrNull()) {
-    object_ = Value();
-    return;
-  }
-  if (!accepts(v)) {
-    const std::string actual = v.isObject()   ? std::string(v.object()->className())
-                               : v.isNumber() ? "NSNumber"
-                                              : "NSString";
+  if (!v.isNil() && !accepts(v))
     throw KesException("Invalid object type",
-                       formatText("Expected: %@, object type: %@", {getClass(), actual}));
-  }
+                       formatText("Expected: %@, object type: %@", {getClass(), v.className()}));
   object_ = std::move(v);
 }
 

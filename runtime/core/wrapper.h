@@ -15,8 +15,9 @@ namespace kes {
 class Kes;
 class KesCommon;
 
-// The dictionary attached to an object (getMap). The four properties in use on nearly
-// every view are fields; whatever else is attached goes to `others`.
+// The dictionary attached to an object (getMap), which lives as long as the object does.
+// The properties in use on nearly every view are fields, which get() knows by their keys;
+// whatever else is attached ("delegate", "launchoptions") goes to `others`.
 class AttachedProperties final : public platform::Attachment {
  public:
   WeakRef<Kes> bi;
@@ -24,7 +25,7 @@ class AttachedProperties final : public platform::Attachment {
   Value tag;
 
   Value get(std::string_view key) const;
-  void set(std::string_view key, Value v);  // nil removes
+  void set(std::string_view key, Value v);  // nil removes; not for "bi" and "eventName"
 
  private:
   std::vector<std::pair<Text, Value>> others_;
@@ -42,7 +43,8 @@ class KesObjectWrapper : public Object, public ByValue {
   // The wrapped object. Throws "Object was not initialized (%@)" when there is none.
   const Value& object() const;
   const Value& objectOrNull() const { return object_; }
-  // Nil clears. Throws "Invalid object type" for an object of another class.
+  // Nil clears. Throws "Invalid object type" for an object of another class, which the null
+  // object is to every typed wrapper.
   void setObject(Value v);
 
   bool IsInitialized() const { return !object_.isNil(); }
@@ -109,19 +111,22 @@ class TypedWrapper : public Base {
   }
 };
 
-// Holds anything: the application's door to calls by platform name.
+// Holds anything: the application's door to calls by platform name. What the held object
+// does not have throws "Method not found: %@, target: %@"; results come wrapped alike.
 class KesNativeObject final : public KesObjectWrapper {
  public:
   std::string_view className() const override { return "KesNativeObject"; }
   static KesNativeObject fromBoxed(const Value& v);
 
-  // Holds the class of that name; its class-level methods are called on it.
+  // Holds the class of that name, or nothing when there is none: it answers to "new" and to
+  // its class-level methods.
   KesNativeObject& Initialize(std::string_view className);
   // Calls by full platform name; the parameters come from a KesArray, or none for nil.
   KesNativeObject RunMethod(std::string_view methodName, const Value& args);
   KesNativeObject RunMethodWithBlocks(std::string_view methodName, const Value& args) {
     return RunMethod(methodName, args);
   }
+  // A property by its stored name, or in any case without the leading underscore.
   KesNativeObject GetField(std::string_view name) const;
   void SetField(std::string_view name, const Value& v);
 };

@@ -74,6 +74,13 @@ TEST_F(MainQueueTest, GoesOnAfterATaskThatThrows) {
   queue.drain();
   EXPECT_EQ(faults, (Order{"broken", "unknown"}));
   EXPECT_EQ(order, Order{"after"});
+  testing_support::TestPlatform platform;
+  queue.setFaultHandler({});
+  queue.post([] { throw std::runtime_error("rotto"); });
+  queue.post([] { throw 1; });
+  queue.drain();
+  EXPECT_EQ(platform.lines(),
+            (Order{"Unhandled error: rotto", "Unhandled error of an unknown kind"}));
 }
 
 TEST_F(MainQueueTest, PostAndWaitReturnsWhenTheTaskHasRun) {

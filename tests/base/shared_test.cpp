@@ -51,6 +51,45 @@ TEST(WeakRefs, ReadAsNullWhileTheObjectIsBeingDestroyed) {
   EXPECT_FALSE(seen);
 }
 
+// Symptom: what was taken up again in the scope that kept it was freed all the same.
+TEST(Keeps, HoldTheirObjectForTheScopeAndLetItLiveOnWhereTakenUpAgain) {
+  std::atomic<int> alive{0};
+  struct {
+    const char* name;
+    bool raw, weak;  // how it is taken up again
+    bool past;       // and whether beyond the scope
+  } cases[] = {{"left", false, false, false},
+               {"raw", true, false, false},
+               {"weak", false, true, false},
+               {"raw, for longer", true, false, true},
+               {"weak, for longer", false, true, true}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Ref<Counted> later;
+    auto strong = makeShared<Counted>(alive);
+    const WeakRef<Counted> weak(strong);
+    {
+      const Keep outer(strong.get());
+      const Keep inner(strong.get());
+      auto* raw = strong.get();
+      strong = nullptr;
+      EXPECT_EQ(alive, 1);
+      std::thread([&] { EXPECT_FALSE(weak.lock()) << "only this thread keeps it"; }).join();
+      Ref<Counted> again;
+      if (c.raw) again = Ref<Counted>(raw);
+      if (c.weak) again = weak.lock();
+      if (c.past) later = again;
+      again = nullptr;
+      EXPECT_EQ(alive, 1);
+    }
+    EXPECT_EQ(alive, c.past ? 1 : 0);
+    EXPECT_EQ(weak.lock(), later);
+    later = nullptr;
+    EXPECT_EQ(alive, 0);
+    EXPECT_TRUE(weak.expired());
+  }
+}
+
 TEST(WeakRefs, LockOnOneThreadWhileTheLastReferenceGoesOnAnother) {
   std::atomic<int> alive{0};
   for (int round = 0; round < 500; ++round) {

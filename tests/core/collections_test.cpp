@@ -81,6 +81,10 @@ TEST(List, WrongUseFailsWithItsText) {
   EXPECT_EQ(failureOf([&] { fixed.Add(1); }), "NSInvalidArgumentException");
   EXPECT_EQ(failureOf([&] { fixed.Sort(true); }), "NSInvalidArgumentException");
   EXPECT_EQ(failureOf([&] { fixed.Clear(); }), "NSInvalidArgumentException");
+  KesList empty;
+  empty.setObject(platform::makeShared<ArrayStore>(std::vector<Value>(), true));
+  EXPECT_EQ(failureOf([&] { empty.Sort(false); }), "none") << "an empty list stays as it is";
+  EXPECT_EQ(failureOf([&] { empty.SortType("KEY", true); }), "none");
   EXPECT_EQ(textOf(fixed), "3 1");
   EXPECT_EQ(textOf(l), "1 2");
 }
@@ -355,6 +359,8 @@ TEST(Array, OfSeveralDimensions) {
   EXPECT_EQ(failureOf([&] { grid->getObject2FastN(0, 2); }), "Out of bounds. Index=2 Length=2");
   EXPECT_NE(failureOf([] { KesArray::initObjects({-1}); }), "none");
   EXPECT_NE(failureOf([] { KesArray::initBytes({1 << 20, 1 << 20}); }), "none");
+  EXPECT_NE(failureOf([] { KesArray::initBytes({0, 1 << 20, 1 << 20}); }), "none");
+  EXPECT_EQ(KesArray::initBytes({3, 0})->Length(), 0);
 }
 
 TEST(Array, FastAccessIsTested) {

@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "component_fixture.h"
 #include "runtime/core/array.h"
 #include "runtime/core/list.h"
@@ -23,6 +25,20 @@ class Listener : public KesClass {
     c.sub<&Listener::_shape>("shape");
     c.sub<&Listener::_fails>("fails");
     c.sub<&Listener::_list>("list");
+    c.sub<&Listener::_ends>("ends");
+    c.sub<&Listener::_parks>("parks");
+    c.sub<&Listener::_who>("who");
+    c.sub<&Listener::returns<bool>>("bool");
+    c.sub<&Listener::returns<signed char>>("signed_char");
+    c.sub<&Listener::returns<unsigned char>>("unsigned_char");
+    c.sub<&Listener::returns<short>>("short");
+    c.sub<&Listener::returns<unsigned short>>("unsigned_short");
+    c.sub<&Listener::returns<int>>("int");
+    c.sub<&Listener::returns<unsigned>>("unsigned");
+    c.sub<&Listener::returns<std::int64_t>>("int64");
+    c.sub<&Listener::returns<std::uint64_t>>("uint64");
+    c.sub<&Listener::returns<float>>("float");
+    c.sub<&Listener::returns<double>>("double");
     c.field<&Listener::_name>("name");
     c.field<&Listener::_count>("count");
     c.field<&Listener::_open>("open");
@@ -46,10 +62,30 @@ class Listener : public KesClass {
     return {};
   }
   Point2 _shape(Point2 p) { return {p.y, p.x}; }
-  void _fails() { throw KesException("broken"); }
+  void _fails() {
+    if (senderRef) *senderRef = nullptr;
+    throw KesException("broken");
+  }
   KesList _list(KesList l) { return l; }
+  template <class T>
+  T returns() {
+    return static_cast<T>(200.5);
+  }
+  // Lets the last reference to its own instance go and still asks for a call.
+  void _ends() {
+    *ownRef = nullptr;
+    c().CallSubDelayed(bi(), self(), "application_active");
+    trace.push_back("ended");
+  }
+  Resumable<> _parks() {
+    co_await waitFor("wake");
+    throw KesException("broken after the wait");
+  }
+  void _who() { trace.push_back("by " + Kes::sender().description().str()); }
 
   Trace trace;
+  Ref<Shared>* senderRef = nullptr;  // let go by _fails
+  Ref<Listener>* ownRef = nullptr;   // let go by _ends
   Text _name = "n";
   std::int32_t _count = 7;
   bool _open = true;
@@ -88,19 +124,46 @@ TEST_F(EventsTest, NamesSelectSubsByColonsAndMissingOnesAreNoError) {
   EXPECT_EQ(listener->trace, (Trace{"menu 3 x", "active"}));
   EXPECT_TRUE(listener->bi()->hasMethod("menu_itemclick::"));
   EXPECT_FALSE(listener->bi()->hasMethod("menu_itemclick"));
+  EXPECT_TRUE(log.empty() && faults.empty()) << "nobody is told of what is missing";
   EXPECT_EQ(reasonOf([&] { listener->bi()->errorIfMissingEvent("st", "_newdata:"); }),
             "|st_newdata: event not found.");
 }
 
 TEST_F(EventsTest, ParametersAreCutToTheDeclaredTypes) {
   raise("numbers:::::::::", {2, 300, 200, 70000, 70000, std::int64_t{1} << 33, 5.9, 7, 0.5});
-  EXPECT_EQ(listener->trace, (Trace{"true 44 200 4464 4464 0 5 7 0.5"}));
+  EXPECT_EQ(listener->trace, (Trace{"true 1 200 4464 4464 0 5 7 0.5"}))
+      << "a signed char is the platform's Boolean";
   EXPECT_EQ(reasonOf([&] {
               raise("menu_itemclick::", {Value::null(), 1});
             }),
             "Invalid object type|Expected: NSNumber, object type: <null>");
   raise("menu_itemclick::", {1, Value::null()});
   EXPECT_EQ(listener->trace.back(), "menu 1 null") << "the null object arrives as nil";
+}
+
+TEST_F(EventsTest, ResultsAreBoxedByTheDeclaredType) {
+  struct {
+    const char* sub;
+    NumberType type;
+    double value;
+  } cases[] = {
+      {"bool", NumberType::Bool, 1},
+      {"signed_char", NumberType::Bool, 1},
+      {"unsigned_char", NumberType::UnsignedChar, 200},
+      {"short", NumberType::Short, 200},
+      {"unsigned_short", NumberType::UnsignedShort, 200},
+      {"int", NumberType::Int, 200},
+      {"unsigned", NumberType::Int, 200},
+      {"int64", NumberType::LongLong, 200},
+      {"uint64", NumberType::LongLong, 200},
+      {"float", NumberType::Float, 200.5},
+      {"double", NumberType::Double, 200.5},
+  };
+  for (const auto& [sub, type, value] : cases) {
+    const Value result = raise(sub);
+    EXPECT_EQ(static_cast<char>(result.numberType()), static_cast<char>(type)) << sub;
+    EXPECT_EQ(result.asDouble(), value) << sub;
+  }
 }
 
 TEST_F(EventsTest, StructuresTravelAsByteBuffers) {
@@ -117,6 +180,77 @@ TEST_F(EventsTest, SenderIsThatOfTheInnermostEventAndNullAfterIt) {
   EXPECT_EQ(listener->trace,
             (Trace{"outer by [name=n, count=7, open=1]", "active", "then by <null>"}));
   EXPECT_TRUE(Kes::sender().isNull());
+}
+
+// Symptom: the sender was read after it had ended when what it had raised threw.
+TEST_F(EventsTest, AnEventThatThrowsLeavesItsSenderSetUntilTheNextOne) {
+  const Ref<Kes> orphan = platform::makeShared<Kes>();
+  listener->_parks();
+  struct {
+    const char* event;
+    Kes& bi;
+    const char* error;
+  } cases[] = {
+      {"fails", *listener->bi(), "|broken"},
+      {"wake", *listener->bi(), "|broken after the wait"},
+      {"who", *orphan, "null object|Target is null. Method called: _who"},
+  };
+  for (const auto& [event, bi, error] : cases) {
+    SCOPED_TRACE(event);
+    Ref<Shared> sender = KesArray::initObjectsWithData({event});
+    const WeakRef<Shared> watched(sender);
+    if (event == std::string_view("fails")) listener->senderRef = &sender;  // goes in the handler
+    EXPECT_EQ(reasonOf([&, &bi = bi, &event = event] { bi.raiseEvent(sender, event, {}); }), error);
+    sender = nullptr;
+    EXPECT_EQ(Kes::sender().description(), "[" + std::string(event) + "]");
+    raise("who");
+    EXPECT_EQ(listener->trace.back(), "by <null>");
+    EXPECT_TRUE(watched.expired()) << "kept for nothing";
+  }
+}
+
+TEST_F(EventsTest, AnInstanceMayEndItselfInItsOwnHandlerAndStillFinish) {
+  auto* raw = listener.get();
+  raw->ownRef = &listener;
+  Trace* trace = &raw->trace;
+  Trace seen;
+  const Ref<Kes> bi = raw->bi();
+  bi->raiseEvent(nullptr, "ends", {});
+  EXPECT_FALSE(listener);
+  EXPECT_TRUE(log.empty()) << "the call that it asked for keeps it";
+  platform.mainQueue().post([&] { seen = log; });
+  EXPECT_EQ(*trace, (Trace{"ended"}));
+  drain();
+  EXPECT_EQ(seen, (Trace{"Class (kes_listener) instance released."}));
+  EXPECT_FALSE(bi->eventsTarget());
+  EXPECT_TRUE(faults.empty());
+}
+
+TEST_F(EventsTest, OnlyTheQueueBringsEventsFromOtherThreads) {
+  std::string error;
+  std::thread([&] {
+    error = reasonOf([&] { raise("application_active"); });
+    listener->bi()->raiseUIEvent(nullptr, "application_active", {});
+  }).join();
+  EXPECT_EQ(error, "|application_active was raised off the main thread");
+  EXPECT_TRUE(listener->trace.empty());
+  drain();
+  EXPECT_EQ(listener->trace, (Trace{"active"}));
+}
+
+TEST_F(EventsTest, SizesFollowThePanelThatWasLaidOutLast) {
+  struct Panel : Object, PageSized {
+    double pageWidth() const override { return 320; }
+    double pageHeight() const override { return 500; }
+  };
+  const auto panel = platform::makeShared<Panel>();
+  Kes& bi = *listener->bi();
+  bi.raiseEvent(panel, "home_appear", {});
+  bi.raiseEvent(listener, "home_resize::", {});
+  EXPECT_FALSE(Kes::shared().mainView.lock());
+  bi.raiseEvent(panel, "home_resize::", {});
+  EXPECT_EQ(Kes::shared().mainView.lock(), panel);
+  Kes::shared().mainView = {};
 }
 
 TEST_F(EventsTest, QueuedEventsRunLaterInOrderEvenFromTheMainThread) {
@@ -147,6 +281,13 @@ TEST_F(EventsTest, CallSubReachesComponentsOnly) {
   EXPECT_FALSE(c.SubExists(listener->bi(), listener, "menu_itemclick", 1));
   EXPECT_EQ(reasonOf([&] { c.CallSub(listener->bi(), KesMap(), "x"); }).substr(0, 19),
             "|Invalid component:");
+  EXPECT_EQ(c.CallSub2(listener->bi(), listener, "list", KesList::of({1})).as<ArrayStore>()->size(),
+            1u)
+      << "what a wrapper holds comes back, not the wrapper";
+  EXPECT_TRUE(c.CallSub(listener->bi(), make<Listener>(), "who").isNil()) << "not initialised";
+  c.CallSub(listener->bi(), listener, "Who");
+  EXPECT_EQ(listener->trace.back(), "by " + listener->description().str());
+  listener->trace.pop_back();
   c.CallSubDelayed2(listener->bi(), listener, "application_active", 1);
   c.CallSubDelayed(listener->bi(), listener, "application_active");
   EXPECT_EQ(listener->trace.size(), 1u);
@@ -176,8 +317,12 @@ TEST_F(EventsTest, WrappersShareTheirObjectItsTagAndItsEquality) {
   EXPECT_TRUE(Value(a).isEqual(Value(b)));
   EXPECT_EQ(reasonOf([&] { a.setObject(listener); }),
             "Invalid object type|Expected: NSArray, object type: kes_listener");
+  EXPECT_EQ(reasonOf([&] { a.setObject(Value::null()); }),
+            "Invalid object type|Expected: NSArray, object type: NSNull");
+  EXPECT_TRUE(a.IsInitialized()) << "what was refused changes nothing";
   a.setObject(nullptr);
   EXPECT_FALSE(a.IsInitialized());
+  EXPECT_EQ(reasonOf([&] { a.setTag(1); }), "|Object was not initialized (NSArray)");
 
   KesList sent;
   sent.Initialize();
@@ -194,8 +339,30 @@ TEST_F(EventsTest, NativeObjectsReadAndWriteFieldsByName) {
   EXPECT_EQ(native.GetField("_name").object(), Value("n"));
   EXPECT_EQ(native.RunMethod("_menu_itemclick::", KesArray::initObjectsWithData({5, "z"})).object(),
             Value(10));
-  EXPECT_EQ(reasonOf([&] { native.RunMethod("fly:", nullptr); }).substr(0, 17),
-            "method not found|");
+  native.SetField("Open", false);
+  EXPECT_FALSE(listener->_open) << "by the application's name";
+  struct {
+    const char* name;
+    std::function<void()> act;
+    const char* error;
+  } cases[] = {
+      {"method", [&] { native.RunMethod("fly:", nullptr); },
+       "method not found|Method not found: fly:, target: [name=n, count=9, open=0]"},
+      {"read", [&] { native.GetField("wings"); },
+       "method not found|Method not found: wings, target: [name=n, count=9, open=0]"},
+      {"write", [&] { native.SetField("wings", 2); },
+       "method not found|Method not found: wings, target: [name=n, count=9, open=0]"},
+      {"text", [&] { native.GetField("_name").RunMethod("fly:", nullptr); },
+       "method not found|Method not found: fly:, target: n"},
+      {"no class", [&] { native.Initialize("Nobody").RunMethod("new", nullptr); },
+       "|Object was not initialized (NSObject)"},
+  };
+  for (const auto& [name, act, error] : cases) EXPECT_EQ(reasonOf(act), error) << name;
+  native.Initialize("kes_listener");
+  EXPECT_EQ(native.object().description(), "kes_listener");
+  const auto one = native.RunMethod("new", nullptr), two = native.RunMethod("new", nullptr);
+  EXPECT_TRUE(one.object().as<Listener>());
+  EXPECT_NE(one.object(), two.object());
 }
 
 TEST_F(EventsTest, AttachedEventsOfObjectsWhoseKesHasGoneAreSilent) {
@@ -204,9 +371,17 @@ TEST_F(EventsTest, AttachedEventsOfObjectsWhoseKesHasGoneAreSilent) {
   Shared& object = *owner.object().object();
   KesObjectWrapper::setBIAndEventName(object, listener->bi(), "MENU");
   EXPECT_TRUE(KesObjectWrapper::hasMethod(object, "_itemclick::"));
+  owner.setTag(7);
+  auto& map = KesObjectWrapper::getMap(object);
+  map.set("delegate", "d");
+  EXPECT_EQ(map.get("bi"), Value(listener->bi()));
+  EXPECT_EQ(map.get("eventName"), Value("menu"));
+  EXPECT_EQ(map.get("tag"), Value(7));
+  EXPECT_EQ(map.get("delegate"), Value("d"));
   const Value params[] = {1, "v"};
   EXPECT_EQ(KesObjectWrapper::raiseEvent(object, "_itemclick::", params), Value(2));
   listener = nullptr;
+  EXPECT_TRUE(map.get("bi").isNil());
   EXPECT_TRUE(KesObjectWrapper::raiseEvent(object, "_itemclick::", params).isNil());
   KesObjectWrapper::raiseUIEvent(object, "_itemclick::", {1, "v"});
   drain();

@@ -3,6 +3,7 @@
 
 #include "component_fixture.h"
 #include "runtime/core/array.h"
+#include "runtime/core/error.h"
 #include "runtime/core/list.h"
 
 using namespace kes;
@@ -362,6 +363,10 @@ TEST_F(LanguageTest, SmallServices) {
   Kes::SetException(fault);
   EXPECT_TRUE(c().LastException().IsInitialized());
   EXPECT_EQ(c().LastException().Message(), "guasto");
+  const auto error = Kes::shared().lastError().as<KesError>();
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->domain(), "caught_exception");
+  EXPECT_EQ(error->code(), 0);
 }
 
 }  // namespace

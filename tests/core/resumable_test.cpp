@@ -77,6 +77,39 @@ class Worker : public KesClass {
     auto [page, ok] = co_await waitFor<Text, bool>("page::");
     trace.push_back(page.str() + (ok ? " yes" : " no"));
   }
+  // Raises an event of its own while it unwinds.
+  Resumable<> alarmed() {
+    struct Alarm {
+      Worker& worker;
+      ~Alarm() {
+        worker.trace.push_back("unwound");
+        worker.bi()->raiseEvent(nullptr, "number:", std::vector<Value>{7});
+      }
+    } alarm{*this};
+    co_await waitFor<int>("number:");
+  }
+  Resumable<> number() {
+    trace.push_back("number " + std::to_string(co_await waitFor<int>("number:")));
+  }
+  Resumable<> selfish() {
+    co_await waitFor("first");
+    trace.push_back("in");
+    bi()->raiseEvent(nullptr, "second", {});
+    trace.push_back("out");
+  }
+  Resumable<> insistent(Value completed) {
+    try {
+      co_await waitFor("complete:", completed);
+    } catch (const KesException& e) {
+      trace.push_back(e.reason().str());
+    }
+    co_await sleep(0);
+    trace.push_back("went on");
+  }
+  Resumable<> ordered() {
+    co_await sleep(0);
+    trace.push_back("slept");
+  }
   Resumable<> clicks(std::string name) {
     co_await waitFor("msg_click:");
     trace.push_back(name);
@@ -221,6 +254,68 @@ TEST_F(ResumableTest, OneEventWakesOneSub) {
   EXPECT_EQ(worker->trace, (Trace{"b"}));
   raise(nullptr, "msg_click:", {"OK"});
   EXPECT_EQ(worker->trace, (Trace{"b", "b again"}));
+}
+
+// Symptom: a sub was entered again while it ran.
+TEST_F(ResumableTest, OnlyAParkedSubIsWoken) {
+  const auto sub = worker->selfish().sub();
+  WaitFor("second", *worker->bi(), sub, Value());
+  WaitFor("third", *worker->bi(), sub, Value());
+  raise(nullptr, "first", {});
+  raise(nullptr, "third", {});
+  EXPECT_EQ(worker->trace, (Trace{"in", "out"}));
+  EXPECT_EQ(sub->state, -1);
+  EXPECT_EQ(worker->bi()->parkedCount(), 0u);
+}
+
+TEST_F(ResumableTest, AReplacedSubMayWakeItsSuccessorWhileItUnwinds) {
+  worker->alarmed();
+  worker->number();
+  EXPECT_EQ(worker->trace, (Trace{"unwound", "number 7"}));
+  EXPECT_EQ(worker->bi()->parkedCount(), 0u);
+}
+
+TEST_F(ResumableTest, ASubThatCouldNotBeParkedGoesOnWithTheError) {
+  auto completed = worker->answer("x", -1).intoValue();
+  drain();
+  worker->insistent(completed);
+  drain();
+  EXPECT_EQ(worker->trace, (Trace{"answered", "Resumable sub already completed", "went on"}));
+  const auto blank = make<Worker>();
+  try {
+    blank->number().orThrow();
+    FAIL();
+  } catch (const KesException& e) {
+    EXPECT_EQ(e.reason(), "Object was not initialized (kes_worker)");
+  }
+}
+
+// Everything that is to happen later stands in one line.
+TEST_F(ResumableTest, PostedCallsSleepsAndCompletionsKeepTheirOrder) {
+  worker->ordered();
+  worker->c().CallSubDelayed2(worker->bi(), worker, "jobdone", 1);
+  worker->ask("second", -1);
+  worker->bi()->raiseUIEvent(nullptr, "jobdone:", {2});
+  worker->ordered();
+  EXPECT_EQ(worker->trace, (Trace{"answered"}));
+  drain();
+  EXPECT_EQ(worker->trace,
+            (Trace{"answered", "slept", "unclaimed", "heard second", "unclaimed", "slept"}));
+}
+
+TEST_F(ResumableTest, WhatCompletesAfterItsWaiterHasGoneIsHeardByNobody) {
+  const Ref<Worker> other = std::exchange(worker, nullptr);
+  auto asker = make<Worker>();
+  asker->_initialize();
+  auto call = other->answer("late", 5).intoValue();
+  asker->insistent(call);
+  asker->bi()->cancelWaits();
+  asker = nullptr;
+  EXPECT_EQ(log, (Trace{"Class (kes_worker) instance released."}));
+  call = Value();
+  pass(5);
+  EXPECT_EQ(other->trace, (Trace{"answered"}));
+  EXPECT_TRUE(faults.empty());
 }
 
 TEST_F(ResumableTest, CancelsAcrossEverySuspension) {

@@ -31,6 +31,7 @@ TEST(Text, CountsAndFindsIn16BitUnits) {
     EXPECT_EQ(kMixed.LastIndexOf2(c.needle, c.start), c.backward);
   }
   EXPECT_EQ(Text("").IndexOf("a"), -1);
+  EXPECT_EQ(Text("").IndexOf2("a", 5), -1);
   EXPECT_EQ(Text("abcabc").LastIndexOf("bc"), 4);
   EXPECT_TRUE(kMixed.Contains("z€"));
   EXPECT_FALSE(kMixed.Contains("zz"));
