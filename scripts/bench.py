@@ -164,7 +164,8 @@ ROWS = [
 HEADER = """# Performance
 
 Made by `./bench --update` on two shared cores. Each pair runs in one program (or alternately,
-for launches) and is compared by medians of CPU time, launches and the pharmacy by wall time.
+for launches) and is compared by medians of CPU time; launches, the pharmacy and the GETs by wall
+time.
 
 """
 
