@@ -105,6 +105,10 @@ TEST_F(DatesTest, ParsingIsStrict) {
       {"dd/MM/yyyy", "28/02", nullptr},
       {"dd/MM/yyyy", "", nullptr},
       {"dd/MM/yyyy", "città", nullptr},
+      // Two letters of a day want two digits; one takes either.
+      {"dd/MM/yyyy", "1/02/2017", nullptr},
+      {"d/M/yyyy", "1/2/2017", "2017-02-01 00:00:00"},
+      {"d/M/yyyy", "01/02/2017", "2017-02-01 00:00:00"},
       {"yyyy-MM-dd HH:mm", "2017-06-01 23:59", "2017-06-01 23:59:00"},
       {"yyyy-MM-dd HH:mm", "2017-06-01 24:00", nullptr},
       {"yyyy-MM-dd'T'HH:mm:ssZ", "2017-06-01T10:00:00+0000", "2017-06-01 12:00:00"},

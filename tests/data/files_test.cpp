@@ -339,6 +339,13 @@ TEST_F(FilesTest, MapFilesKeepKeysAndValuesButNotLineBreaks) {
   for (const auto& [key, value] : expected) EXPECT_EQ(back.Get(key).asText(), value) << key;
   EXPECT_THAT(get(documents(), "m"), HasSubstr("a\\=b=c=d\n"));
 
+  // Only line feeds are seen to: other line ends split the line.
+  map.Initialize().Put("a\nb", "c\rd=e");
+  File().WriteMap(documents(), "m", map);
+  EXPECT_EQ(File().ReadMap(documents(), "m").Size(), 2);
+  EXPECT_EQ(File().ReadMap(documents(), "m").Get("b").asText(), "c");
+  EXPECT_EQ(File().ReadMap(documents(), "m").Get("d").asText(), "e");
+
   EXPECT_EQ(failureOf([&] { File().WriteMap(documents(), "m2", KesMap()); }),
             "Object not initialized (Map)");
 }

@@ -6,7 +6,6 @@
 #include "store_support.h"
 
 using namespace store_test;
-using kes::Dictionary;
 using kes::KesSerializator;
 
 namespace {
