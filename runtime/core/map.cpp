@@ -100,8 +100,7 @@ std::int32_t KesMap::Size() const {
 
 Ref<Dictionary> KesMap::ToDictionary() const {
   if (dict_) return dict_;
-  return platform::makeShared<Dictionary>(map_ ? map_->entries()
-                                               : Dictionary::Entries());
+  return platform::makeShared<Dictionary>(map_ ? map_->entries() : Dictionary::Entries());
 }
 
 KesMap KesMap::convertToMap(const Dictionary& dict) {

@@ -97,7 +97,6 @@ std::string_view viewOf(const Cell& c) {
   return {r->data(), r->bytes};
 }
 
-
 std::size_t keyHash(std::string_view s) {
   std::uint64_t first, last;
   std::memcpy(&first, s.data(), 8);

@@ -260,8 +260,7 @@ TEST(Map, HoldsWhatAPlainTableWould) {
 
 TEST(Map, ConvertsNestedDictionaries) {
   const auto inner = platform::makeShared<Dictionary>(Dictionary::Entries{{"x", 1}});
-  const auto middle =
-      platform::makeShared<Dictionary>(Dictionary::Entries{{"i", inner}});
+  const auto middle = platform::makeShared<Dictionary>(Dictionary::Entries{{"i", inner}});
   const auto array = platform::makeShared<ArrayStore>(std::vector<Value>{inner});
   const Dictionary top({{"m", middle}, {"l", array}, {"t", "text"}});
   const KesMap m = KesMap::convertToMap(top);
@@ -312,8 +311,7 @@ TEST(Containers, DeepNestingIsFreedComparedAndPrinted) {
 
   auto dictionary = platform::makeShared<Dictionary>();
   for (int i = 0; i < 100'000; ++i)
-    dictionary =
-        platform::makeShared<Dictionary>(Dictionary::Entries{{"k", dictionary}});
+    dictionary = platform::makeShared<Dictionary>(Dictionary::Entries{{"k", dictionary}});
   EXPECT_EQ(KesMap::convertToMap(*dictionary).Size(), 1);
 }
 
