@@ -1,5 +1,7 @@
 #include "runtime/core/container_walk.h"
 
+#include <set>
+
 #include "runtime/core/array.h"
 #include "runtime/core/map.h"
 #include "runtime/core/wrapper.h"
@@ -87,11 +89,19 @@ bool matchEntries(const Dictionary& a, const Dictionary& b, Pairs& later) {
 }  // namespace
 
 bool deepEqual(const Value& first, const Value& second) {
+  // Containers that hold themselves would be compared for ever: after so many pairs each
+  // is looked at once.
+  constexpr std::size_t kPlain = 10'000;
+  std::size_t compared = 0;
+  std::set<std::pair<const void*, const void*>> seen;
   Pairs pairs{{first, second}};
   while (!pairs.empty()) {
     const Value a = core(pairs.back().first), b = core(pairs.back().second);
     pairs.pop_back();
     if (a.object() && a.object() == b.object()) continue;
+    if (++compared > kPlain && a.object() && b.object() &&
+        !seen.emplace(a.object(), b.object()).second)
+      continue;
     if (const auto x = a.as<ArrayStore>()) {
       const auto y = b.as<ArrayStore>();
       if (!y || !matchItems(x->items(), y->items(), pairs)) return false;

@@ -41,9 +41,14 @@ void KesMap::Put(Value key, Value value) {
   if (map_) map_->put(nilToNull(std::move(key)), std::move(value));
 }
 
+namespace {
+// The key as the table has it: the null object stands for nil.
+Value filed(const Value& key) { return nilToNull(key); }
+}  // namespace
+
 Value KesMap::Get(const Value& key) const {
   needTable(table());
-  const Value* found = table()->find(key);
+  const Value* found = table()->find(filed(key));
   return found ? *found : Value();
 }
 
@@ -59,7 +64,7 @@ Value KesMap::GetDefault(const Value& key, Value fallback) const {
 }
 
 bool KesMap::ContainsKey(const Value& key) const {
-  const Value* found = table() ? table()->find(key) : nullptr;
+  const Value* found = table() ? table()->find(filed(key)) : nullptr;
   return found && !found->isNil();
 }
 
@@ -69,7 +74,7 @@ bool KesMap::ContainsKey(std::string_view key) const {
 }
 
 void KesMap::Remove(const Value& key) {
-  if (map_) map_->remove(key);
+  if (map_) map_->remove(filed(key));
 }
 
 void KesMap::Clear() {

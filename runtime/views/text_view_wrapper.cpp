@@ -40,6 +40,7 @@ Ref<ui::View> KesTextViewWrapper::build(Ref<ui::View> view, Dictionary& properti
   text->setAlignment(textAlign(props::integer(properties, "textAlignment")));
   text->setTraits(traitsOf(properties));
   // A text view cannot be switched off: nothing of the controls' common ground is read.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
   return KesViewWrapper::build(text, properties, bridge);
 }
 

@@ -205,6 +205,10 @@ TEST(Map, ReadsAndWrites) {
   EXPECT_EQ(m.GetDefault("nil", 7), 7);
   EXPECT_FALSE(m.ContainsKey("nil"));
   EXPECT_EQ(m.Size(), 3);
+  m.Put(Value(), "keyless");
+  EXPECT_EQ(m.Get(Value()), "keyless");
+  m.Remove(Value());
+  EXPECT_EQ(m.Size(), 3);
   KesMap shared = m;
   shared.Remove("a");
   EXPECT_FALSE(m.ContainsKey("a"));
@@ -315,13 +319,19 @@ TEST(Containers, DeepNestingIsFreedComparedAndPrinted) {
   EXPECT_EQ(KesMap::convertToMap(*dictionary).Size(), 1);
 }
 
-TEST(Containers, OneThatHoldsItselfIsPrinted) {
-  KesList l;
-  l.Initialize();
-  l.Add(1);
-  l.Add(l);
+TEST(Containers, OneThatHoldsItselfIsPrintedAndCompared) {
+  const auto holdingItself = [](int first) {
+    KesList l;
+    l.Initialize();
+    l.Add(first);
+    l.Add(l);
+    return l;
+  };
+  KesList l = holdingItself(1), alike = holdingItself(1), other = holdingItself(2);
   EXPECT_EQ(l.description(), "<KesList: [1, <KesList: …>]>");
-  l.Clear();
+  EXPECT_TRUE(Value(l) == Value(alike));
+  EXPECT_FALSE(Value(l) == Value(other));
+  for (auto* list : {&l, &alike, &other}) list->Clear();
 }
 
 TEST(Containers, CompareByContents) {
