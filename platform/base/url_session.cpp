@@ -19,6 +19,9 @@ namespace platform {
 
 namespace {
 
+// As many tasks may end before the first of them is told.
+constexpr std::size_t kToldTogether = 8;
+
 // A task and the host whose connections it takes part in.
 struct HostTask {
   std::string host;
@@ -123,7 +126,7 @@ class UrlSession::Engine {
 
   // On the session's thread only.
   std::unordered_map<CURL*, std::unique_ptr<UrlTransfer>> running_;
-  std::vector<UrlOutcome> outcomes_;  // told together, when what they made room for is under way
+  std::vector<UrlOutcome> outcomes_;  // to be told together
 };
 
 UrlSession::Engine::Engine(Configuration configuration,
@@ -191,11 +194,12 @@ void UrlSession::Engine::loop() {
   pthread_sigmask(SIG_BLOCK, &all, nullptr);
 
   do {
-    // What has begun is sent on its way before anything is waited for.
+    // What took the place of the tasks that ended is sent on its way before they are told.
     do {
       resources_.now = SystemClock().monotonic();
       int active = 0;
       curl_multi_perform(multi_, &active);
+      if (outcomes_.size() >= kToldTogether) teller_->ended(outcomes_);
       collectEnded();
       expireSilent();
     } while (startWaiting());
