@@ -67,6 +67,12 @@ std::string withoutUser(const std::string& url) {
   return u.part(CURLUPART_URL);
 }
 
+void reset(CURL* handle) {
+  // A reset alone forgets the list of cookie files without freeing it.
+  curl_easy_setopt(handle, CURLOPT_COOKIEFILE, nullptr);
+  curl_easy_reset(handle);
+}
+
 std::string systemText(int code) { return std::generic_category().message(code); }
 
 }  // namespace
@@ -104,7 +110,7 @@ CURL* UrlResources::takeHandle() {
 }
 
 void UrlResources::giveHandle(CURL* handle) {
-  curl_easy_reset(handle);
+  reset(handle);
   idle_.push_back(handle);
 }
 
@@ -147,7 +153,7 @@ bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
   if (!easy_)
     easy_ = resources_.takeHandle();
   else
-    curl_easy_reset(easy_);
+    reset(easy_);
   if (!easy_) {
     fail("out of memory");
     return false;
