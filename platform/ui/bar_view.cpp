@@ -1,5 +1,6 @@
 #include "platform/ui/bar_view.h"
 
+#include "platform/ui/application.h"
 #include "platform/ui/style.h"
 
 namespace ui {
@@ -180,9 +181,14 @@ void BarView::layoutSubviews() {
   }
   // The title is centred on the bar where that leaves it enough room, else between the items.
   const double side = std::max(from, width - to);
-  const double wanted = title_->sizeThatFits({}).width;
+  const Font font = Font::bold(style::kBarTitleSize);
+  auto* app = Application::current();
+  const double wanted = app ? app->text().measure(title_->text(), font, 0, 1).width : 0;
   const Rect room = wanted <= width - 2 * side ? Rect{side, top, width - 2 * side, height}
                                                : Rect{from, top, std::max(0.0, to - from), height};
+  // One that is too long for a line takes two smaller ones.
+  title_->setFont(wanted <= room.width ? font : Font::bold(style::kBarLongTitleSize));
+  title_->setMaxLines(wanted <= room.width ? 1 : 2);
   title_->setFrame(room);
   if (titleView_) {
     const Size s = titleView_->bounds().size();

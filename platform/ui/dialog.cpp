@@ -129,18 +129,29 @@ void Dialog::layOut() {
                            style::kDialogCircle, style::kDialogCircle});
     y += style::kDialogCircle / 2;
   }
-  for (const auto& label : {titleLabel_, messageLabel_}) {
-    if (!label) continue;
-    const double height = label->sizeThatFits({inner, 0}).height;
-    label->setFrame({kPadding, y, inner, height});
+  if (titleLabel_) {
+    const double height = titleLabel_->sizeThatFits({inner, 0}).height;
+    titleLabel_->setFrame({kPadding, y, inner, height});
     y += height + kGap;
+  }
+  const auto count = static_cast<double>(buttonViews_.size());
+  const double rows = horizontalButtons ? std::min(count, 1.0) : count;
+  const double least = style::kStatusBarHeight + (circleView_ ? style::kDialogCircle / 2 : 0);
+  if (messageLabel_) {
+    // As high as its text, but the buttons stay on the screen.
+    const double height = messageLabel_->sizeThatFits({inner, 0}).height;
+    const double below = kGap + (content ? content->bounds().height + kGap : 0) +
+                         rows * (style::kTapSize + kGap) + kPadding - kGap;
+    const double room = all.height - least - kInnerMargin - y - below;
+    const double shown = std::clamp(room, std::min(height, style::kTapSize), height);
+    placeMessage({kPadding, y, inner, shown}, height);
+    y += shown + kGap;
   }
   if (content) {
     const Size s = content->bounds().size();
     content->setFrame({(width - s.width) / 2, y, s.width, s.height});
     y += s.height + kGap;
   }
-  const auto count = static_cast<double>(buttonViews_.size());
   if (horizontalButtons && count > 0) {
     const double each = (inner - kGap * (count - 1)) / count;
     for (std::size_t i = 0; i < buttonViews_.size(); ++i)
@@ -154,9 +165,21 @@ void Dialog::layOut() {
     }
   }
   y += kPadding - kGap;
-  const double top =
-      std::max(style::kStatusBarHeight + style::kDialogCircle / 2, (all.height - y) / 2);
+  const double top = std::max(least, (all.height - y) / 2);
   card_->setFrame({std::floor((all.width - width) / 2), std::floor(top), width, y});
+}
+
+// A message that is higher than its room scrolls.
+void Dialog::placeMessage(const Rect& room, double height) {
+  if (height > room.height && !messageArea_) {
+    messageArea_ = makeShared<ScrollView>();
+    messageArea_->content().addSubview(messageLabel_);
+    card_->insertSubview(messageArea_, 0);
+  }
+  messageLabel_->setFrame(messageArea_ ? Rect{0, 0, room.width, height} : room);
+  if (!messageArea_) return;
+  messageArea_->setFrame(room);
+  messageArea_->setContentSize({room.width, height});
 }
 
 void Dialog::dismiss(int result) {

@@ -13,6 +13,7 @@
 
 #include "platform/ui/button.h"
 #include "platform/ui/label.h"
+#include "platform/ui/scroll_view.h"
 
 namespace ui {
 
@@ -56,10 +57,12 @@ class Dialog : public platform::Shared {
   struct Layer;
   void build();
   void layOut();
+  void placeMessage(const Rect& room, double height);
 
   std::vector<ButtonSpec> buttons_;
   Ref<View> layer_, card_, scrim_, circleView_;
   Ref<Label> titleLabel_, messageLabel_;
+  Ref<ScrollView> messageArea_;  // where the message needs one
   std::vector<Ref<Button>> buttonViews_;
   Size placedFor_;
   bool presented_ = false;

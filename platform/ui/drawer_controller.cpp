@@ -11,7 +11,8 @@ namespace ui {
 
 namespace {
 constexpr double kFling = 300;  // points a second that decide a swipe by themselves
-}
+constexpr double kGive = 0.25;  // of a pull beyond the width, as much as shows
+}  // namespace
 
 DrawerController::DrawerController(Ref<ViewController> center, Ref<ViewController> left,
                                    Ref<ViewController> right)
@@ -101,8 +102,11 @@ double DrawerController::widthOf(DrawerSide side) {
 Rect DrawerController::panelFrame(DrawerSide side, double shown) {
   const Size all = view().bounds().size();
   const double width = widthOf(side);
-  const double x = side == DrawerSide::Left ? width * (shown - 1) : all.width - width * shown;
-  return {x, 0, width, all.height};
+  const double beyond = std::min(width * std::max(0.0, shown - 1), all.width - width);
+  const double part = std::min(shown, 1.0);
+  const double x =
+      side == DrawerSide::Left ? width * (part - 1) : all.width - width * part - beyond;
+  return {x, 0, width + beyond, all.height};
 }
 
 void DrawerController::layOut() {
@@ -191,7 +195,8 @@ void DrawerController::closeDrawer(bool animated, std::function<void()> done) {
 bool DrawerController::beginPan(Point at, Point moved) {
   if (std::abs(moved.x) <= std::abs(moved.y)) return false;
   if (open_ != DrawerSide::None) {
-    const bool outward = open_ == DrawerSide::Left ? moved.x < 0 : moved.x > 0;
+    const bool outward =
+        shouldStretchDrawer || (open_ == DrawerSide::Left ? moved.x < 0 : moved.x > 0);
     const bool inside = panelFrame(open_, 1).contains(at);
     const int needed = inside ? drawer_gesture::kPanDrawer : drawer_gesture::kPanCenter;
     if (!outward || !(closeGestureMask & needed)) return false;
@@ -217,7 +222,8 @@ void DrawerController::pan(Point moved) {
   if (panning_ == DrawerSide::None) return;
   const double width = std::max(1.0, widthOf(panning_));
   const double way = (panning_ == DrawerSide::Left ? moved.x : -moved.x) / width;
-  place(panning_, std::clamp(panStart_ + way, 0.0, 1.0));
+  const double shown = panStart_ + way, beyond = shouldStretchDrawer ? shown - 1 : 0;
+  place(panning_, std::clamp(shown, 0.0, 1.0) + kGive * std::max(0.0, beyond));
 }
 
 void DrawerController::endPan(Point moved, double velocityX) {

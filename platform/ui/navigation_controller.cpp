@@ -13,6 +13,7 @@ NavigationController::NavigationController()
       toolbar_(makeShared<BarView>(BarView::Kind::Toolbar)),
       container_(makeShared<View>()) {
   toolbar_->setHidden(true);
+  toolbar_->setAccessibilityHidden(true);
   container_->setClipsToBounds(true);
   bar_->onBack = [this] { pop(true); };
 }
@@ -155,28 +156,55 @@ void NavigationController::fillBars() {
   if (viewLoaded()) view().setNeedsLayout();
 }
 
-void NavigationController::setNavigationBarHidden(bool hidden, bool) {
+void NavigationController::setNavigationBarHidden(bool hidden, bool animated) {
   if (hidden == barHidden_) return;
-  barHidden_ = hidden;
-  bar_->setHidden(hidden);
-  if (!viewLoaded()) return;
-  view().setNeedsLayout();
+  setBarHidden(*bar_, barHidden_, hidden, animated);
   // The page makes room for the status bar itself once there is no bar.
-  if (auto* top = topViewController()) top->view().setNeedsLayout();
+  if (auto* top = topViewController(); top && viewLoaded()) top->view().setNeedsLayout();
 }
 
-void NavigationController::setToolbarHidden(bool hidden, bool) {
-  if (hidden == toolbarHidden_) return;
-  toolbarHidden_ = hidden;
-  toolbar_->setHidden(hidden);
-  if (viewLoaded()) view().setNeedsLayout();
+void NavigationController::setToolbarHidden(bool hidden, bool animated) {
+  if (hidden != toolbarHidden_) setBarHidden(*toolbar_, toolbarHidden_, hidden, animated);
+}
+
+void NavigationController::setBarHidden(BarView& bar, bool& state, bool hidden, bool animated) {
+  auto* app = Application::current();
+  const bool slides = animated && app && viewLoaded() && view().window();
+  if (slides) view().layoutIfNeeded();  // where it starts from
+  state = hidden;
+  bar.setAccessibilityHidden(hidden);
+  bar.setHidden(hidden && !slides);
+  if (!viewLoaded()) return;
+  view().setNeedsLayout();
+  if (!slides) return;
+  // The page has its new size at once and moves along with the bar.
+  const Timing timing{style::kBarTransition, Timing::EaseOut};
+  const Rect content = contentFrame(), former = container_->frame();
+  container_->setFrame({former.x, former.y, content.width, content.height});
+  app->animator().center(*container_, content.center(), timing);
+  app->animator().frame(bar, &bar == bar_.get() ? barFrame() : toolbarFrame(), timing,
+                        [weak = WeakRef<BarView>(&bar)](bool) {
+                          if (const auto b = weak.lock()) b->setHidden(b->accessibilityHidden());
+                        });
+}
+
+// A hidden bar waits beyond its edge.
+Rect NavigationController::barFrame() {
+  auto* app = Application::current();
+  const double height = bar_->heightFor(app ? app->statusBarFrame().height : 0);
+  return {0, barHidden_ ? -height : 0, view().bounds().width, height};
+}
+
+Rect NavigationController::toolbarFrame() {
+  const Rect all = view().bounds();
+  const double height = toolbar_->heightFor(0);
+  return {0, all.height - (toolbarHidden_ ? 0 : height), all.width, height};
 }
 
 Rect NavigationController::contentFrame() {
   const Rect all = view().bounds();
-  auto* app = Application::current();
-  const double top = barHidden_ ? 0 : bar_->heightFor(app ? app->statusBarFrame().height : 0);
-  const double bottom = toolbarHidden_ ? 0 : toolbar_->heightFor(0);
+  const double top = barHidden_ ? 0 : barFrame().height;
+  const double bottom = toolbarHidden_ ? 0 : toolbarFrame().height;
   return {0, top, all.width, std::max(0.0, all.height - top - bottom)};
 }
 
@@ -184,10 +212,9 @@ void NavigationController::layOut() {
   const Rect content = contentFrame();
   auto* app = Application::current();
   bar_->topInset = app ? app->statusBarFrame().height : 0;
-  bar_->setFrame({0, 0, content.width, bar_->heightFor(bar_->topInset)});
+  bar_->setFrame(barFrame());
   bar_->setNeedsLayout();
-  toolbar_->setFrame(
-      {0, view().bounds().height - style::kToolbarHeight, content.width, style::kToolbarHeight});
+  toolbar_->setFrame(toolbarFrame());
   container_->setFrame(content);
   if (auto* top = topViewController()) top->view().setFrame({0, 0, content.width, content.height});
 }

@@ -52,6 +52,9 @@ class NavigationController : public ViewController {
   void showTop(ViewController* former, Slide slide);
   void fillBars();
   void layOut();
+  void setBarHidden(BarView& bar, bool& state, bool hidden, bool animated);
+  Rect barFrame();
+  Rect toolbarFrame();
   Rect contentFrame();
 
   Pages pages_;

@@ -34,6 +34,7 @@ inline constexpr double kToolbarHeight = 44;
 inline constexpr double kTapSize = 44;  // the least side of what is tapped
 inline constexpr double kBarMargin = 8;
 inline constexpr double kBarTitleSize = 17;
+inline constexpr double kBarLongTitleSize = 14;
 inline constexpr double kBarButtonSize = 16;
 inline constexpr double kBarIconSize = 22;
 inline constexpr double kDrawerWidth = 280;
@@ -48,6 +49,7 @@ inline constexpr double kTapSlop = 10;  // a finger that moved more isn't tappin
 inline constexpr std::int64_t kLongPress = 500;
 inline constexpr std::int64_t kPageTransition = 300;
 inline constexpr std::int64_t kDrawerTransition = 250;
+inline constexpr std::int64_t kBarTransition = 200;
 inline constexpr std::int64_t kFade = 200;
 inline constexpr std::int64_t kFrame = 16;
 

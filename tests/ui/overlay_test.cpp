@@ -93,6 +93,24 @@ TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
   EXPECT_EQ(taps, 0) << "the page behind was tapped";
 }
 
+TEST_F(OverlayTest, ALongMessageScrollsAndLeavesTheButtonInReach) {
+  std::string week;
+  for (int i = 0; i < 60; ++i) week += "08:30 - 12:30 riga " + std::to_string(i) + "\n";
+  phone.app.messageBox("Orari", week, {"Chiudi"}, [this](int i) { results.push_back(i); });
+  phone.pump.settle();
+  const Rect card = phone.app.dialogs().at(0)->view()->frameInWindow();
+  EXPECT_GE(card.y, 20);
+  EXPECT_LE(card.bottom(), 568);
+  auto text = find(*phone.window, "riga 59");
+  ASSERT_TRUE(text);
+  EXPECT_TRUE(phone.app.key(Key::End));
+  EXPECT_LE(text->frameInWindow().bottom(), card.bottom());
+  phone.swipe({160, 250}, {160, 330});
+  EXPECT_GT(text->frameInWindow().bottom(), card.bottom());
+  tap("Chiudi");
+  EXPECT_THAT(results, ElementsAre(0));
+}
+
 TEST_F(OverlayTest, ACardMayBeMovedAndStays) {
   auto d = dialog(true);
   d->present();

@@ -3,6 +3,7 @@
 #include "platform/ui/drawer_controller.h"
 #include "platform/ui/finder.h"
 #include "platform/ui/navigation_controller.h"
+#include "platform/ui/style.h"
 
 namespace ui {
 namespace {
@@ -80,6 +81,56 @@ TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
   phone.app.screenChanged();
   phone.pump.drain();
   EXPECT_EQ(a->view().bounds().size(), (Size{568, 320}));
+}
+
+TEST_F(PagesTest, ABarSlidesAwayAndBackOnlyWhereThatIsAskedFor) {
+  nav->push(a, false);
+  show();
+  const auto barTop = [&](View& bar) { return bar.presented().frame().y; };
+  auto& bar = nav->navigationBar();
+  nav->setNavigationBarHidden(true, true);
+  nav->setToolbarHidden(false, true);
+  EXPECT_FALSE(reachable(bar)) << "it is on its way out";
+  phone.pump.drain();
+  EXPECT_EQ(a->view().bounds().height, 568 - 44) << "the page has its size from the start";
+  phone.pump.advance(style::kBarTransition / 2);
+  EXPECT_FALSE(bar.hidden());
+  EXPECT_LT(barTop(bar), 0);
+  EXPECT_GT(barTop(bar), -64);
+  EXPECT_GT(barTop(nav->toolbar()), 568 - 44);
+  phone.pump.settle();
+  EXPECT_TRUE(bar.hidden());
+  EXPECT_EQ(barTop(nav->toolbar()), 568 - 44);
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 0, 320, 568 - 44}));
+  // Back before it has quite gone, then at once.
+  nav->setNavigationBarHidden(false, true);
+  phone.pump.advance(50);
+  nav->setNavigationBarHidden(true, true);
+  phone.pump.advance(50);
+  nav->setNavigationBarHidden(false, true);
+  phone.pump.settle();
+  EXPECT_FALSE(bar.hidden());
+  EXPECT_EQ(barTop(bar), 0);
+  EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 64, 320, 568 - 64 - 44}));
+  nav->setNavigationBarHidden(true, false);
+  EXPECT_TRUE(bar.hidden());
+  nav->setNavigationBarHidden(false, false);
+  phone.pump.drain();
+  EXPECT_EQ(barTop(bar), 0);
+}
+
+TEST_F(PagesTest, ATitleTooLongForALineTakesTwoSmallerOnes) {
+  nav->push(a, false);
+  show();
+  auto& title = nav->navigationBar().titleLabel();
+  for (const auto& [text, lines] :
+       {std::pair{"Uffici", 1}, {"Farmacia Madonna della Neve - Pieve Lunga", 2}, {"Scuole", 1}}) {
+    a->setTitle(text);
+    phone.pump.drain();
+    EXPECT_EQ(title.maxLines(), lines) << text;
+    EXPECT_EQ(title.font().size(), lines == 1 ? 17 : 14) << text;
+    EXPECT_LE(title.sizeThatFits(title.bounds().size()).height, title.bounds().height) << text;
+  }
 }
 
 TEST_F(PagesTest, TheSlideLeavesOnlyTheTopPageBehind) {
@@ -283,6 +334,32 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
     EXPECT_EQ(menu->appeared(), c.endOpen) << c.says;
     EXPECT_EQ(menu->view().hidden(), !c.endOpen) << c.says;
     EXPECT_EQ(menu->view().frameInWindow().x, c.endOpen ? 0 : -280) << c.says;
+  }
+}
+
+TEST_F(DrawerTest, APullBeyondItsWidthStretchesItOnlyIfItMay) {
+  for (const bool stretches : {false, true}) {
+    drawer->shouldStretchDrawer = stretches;
+    for (const bool startOpen : {false, true}) {
+      SCOPED_TRACE(testing::Message() << "stretches " << stretches << " open " << startOpen);
+      if (startOpen)
+        drawer->openDrawer(DrawerSide::Left, false);
+      else
+        drawer->closeDrawer(false);
+      phone.pump.settle();
+      const double from = startOpen ? 100 : 5;
+      phone.app.pointer(PointerPhase::Began, 1, from, 300);
+      phone.app.pointer(PointerPhase::Moved, 1, from + 50, 300);
+      phone.app.pointer(PointerPhase::Moved, 1, from + 310, 300);
+      const Rect pulled = menu->view().frameInWindow();
+      EXPECT_EQ(pulled.x, 0);
+      EXPECT_EQ(pulled.width > 280, stretches) << pulled.width;
+      EXPECT_LE(pulled.width, 320);
+      phone.app.pointer(PointerPhase::Ended, 1, from + 310, 300);
+      phone.pump.settle();
+      EXPECT_TRUE(open());
+      EXPECT_EQ(menu->view().frameInWindow(), (Rect{0, 0, 280, 568}));
+    }
   }
 }
 
