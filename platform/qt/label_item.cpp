@@ -8,7 +8,8 @@ namespace qt {
 
 namespace {
 
-constexpr double kSmallest = 0.5;  // how far a label shrinks its font
+// How far a label shrinks its font, and one of several lines.
+constexpr double kSmallest = 0.5, kSmallestOfLines = 0.7;
 
 std::unique_ptr<TextLayout> laidOut(const ui::Label& label, const TextLayout::Style& style) {
   if (const auto* rich = label.attributedText()) return std::make_unique<TextLayout>(*rich, style);
@@ -29,7 +30,16 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   }
   style.width = std::max(1.0, size.width);
   style.elide = true;
-  return laidOut(label, style);
+  auto layout = laidOut(label, style);
+  if (!label.shrinksToFit() || label.maxLines() == 1) return layout;
+  // Lines: smaller by a step until the words are whole and all of them have room.
+  const double full = std::max(1.0, label.font().size());
+  const auto fits = [&] { return layout->size().height <= size.height && !layout->breaksWords(); };
+  for (double px = full - 1; px >= full * kSmallestOfLines && !fits(); --px) {
+    style.zoom = px / full;
+    layout = laidOut(label, style);
+  }
+  return layout;
 }
 
 Picture textPicture(const TextLayout& layout, ui::Point at, const QRectF& part, double scale) {

@@ -1,6 +1,8 @@
 #include "platform/qt/text_layout.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+#include <QTextBoundaryFinder>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
@@ -15,12 +17,31 @@ namespace {
 constexpr QChar kEllipsis(0x2026);
 constexpr double kEndless = 1 << 24;
 constexpr double kSlack = 1.0 / 32;  // the engine counts in 1/64 points
+constexpr double kRichLeading = 0.2;
+constexpr double kIconCell = 1.25;  // the width of an icon beside a text, in sizes of its font
 
 QFont zoomed(const QFont& font, double zoom) {
   if (zoom == 1) return font;
   QFont f = font;
-  f.setPixelSize(std::max(1, static_cast<int>(std::floor(font.pixelSize() * zoom))));
+  f.setPixelSize(std::max(1, static_cast<int>(std::floor(font.pixelSize() * zoom + 1.0 / 64))));
   return f;
+}
+
+bool isIcon(QStringView run) {
+  return run.size() == 1 && run[0].category() == QChar::Other_PrivateUse;
+}
+
+// Icons beside a text take cells of one width, so that the texts of a list line up, and
+// stand with their middle at the middle of the capitals, whatever their face makes of it.
+void placeIcon(QTextCharFormat& format, QFont font, QStringView icon, const QFont& beside) {
+  const QString character = icon.toString();
+  const QFontMetricsF metrics(font);
+  const double room = kIconCell * font.pixelSize() - metrics.horizontalAdvance(character);
+  if (room > 0) font.setLetterSpacing(QFont::AbsoluteSpacing, room);
+  format.setFont(font);
+  const double middle = -metrics.tightBoundingRect(character).center().y();
+  const double up = QFontMetricsF(beside).capHeight() / 2 - middle;
+  format.setBaselineOffset(100 * up / std::max(1, font.pixelSize()));
 }
 
 QString lines(std::string_view utf8) {
@@ -40,6 +61,7 @@ TextLayout::TextLayout(std::string_view text, const Style& style)
 
 TextLayout::TextLayout(const ui::AttributedText& text, const Style& style)
     : style_(style), text_(lines(text.text())) {
+  if (style_.leading == 0 && !text.runs().empty()) style_.leading = kRichLeading;
   addFormats(text);
   findParagraphs(&text);
   layOut();
@@ -59,6 +81,9 @@ void TextLayout::addFormats(const ui::AttributedText& text) {
     if (a.strikethrough.value_or(0) > 0) format.setFontStrikeOut(true);
     if (a.baseline && *a.baseline != 0)
       format.setBaselineOffset(100 * *a.baseline * style_.zoom / std::max(1, font.pixelSize()));
+    const auto run16 = QStringView(text_).mid(run.start, run.end - run.start);
+    if (a.font && !a.baseline && isIcon(run16) && run16.size() < text_.size())
+      placeIcon(format, font, run16, zoomed(toQFont(style_.font), style_.zoom));
     if (a.link) format.setAnchorHref(QString::fromStdString(*a.link));
     formats_.push_back(
         {static_cast<int>(run.start), static_cast<int>(run.end - run.start), format});
@@ -100,7 +125,7 @@ void TextLayout::layOut() {
   if (!formats_.isEmpty()) layout_->setFormats(formats_);
 
   width_ = height_ = 0;
-  overfull_ = false;
+  overfull_ = breaksWords_ = false;
   layout_->beginLayout();
   for (int i = 0;; ++i) {
     QTextLine line = layout_->createLine();
@@ -111,14 +136,31 @@ void TextLayout::layOut() {
       break;
     }
     line.setLineWidth(wraps ? style_.width + kSlack : kEndless);
-    line.setPosition({0, height_});
-    height_ += line.height();
+    if (wraps) breakWell(line);
+    line.setPosition({0, height_ + line.height() * style_.leading / 2});
+    height_ += line.height() * (1 + style_.leading);
     width_ = std::max<double>(width_, line.naturalTextWidth());
   }
   layout_->endLayout();
   if (!wraps && style_.width > 0 && width_ > style_.width + kSlack) overfull_ = true;
   if (overfull_ && style_.elide && style_.width > 0 && cut()) return;
   if (style_.width > 0) alignLines();
+}
+
+// A word that is wider than the line, as an address of the web or of mail may be, goes on
+// after one of its signs rather than after any letter.
+void TextLayout::breakWell(QTextLine& line) {
+  const int start = line.textStart(), end = start + line.textLength();
+  if (end >= text_.size() || text_[end - 1].isSpace() || text_[end].isSpace()) return;
+  QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text_);
+  breaks.setPosition(end);
+  if (breaks.isAtBoundary()) return;
+  breaksWords_ = true;
+  for (int i = end; i > start + 1; --i) {
+    if (!QStringLiteral("@./_-?&=").contains(text_[i - 1])) continue;
+    line.setNumColumns(i - start, style_.width + kSlack);
+    return;
+  }
 }
 
 // Replaces what there is no room for by an ellipsis and lays out again.

@@ -26,14 +26,18 @@ class TextLayout {
     int maxLines = 0;    // 0: no limit; one line isn't wrapped
     bool elide = false;  // an ellipsis where text is left out, within the width
     double zoom = 1;     // of all fonts
+    double leading = 0;  // room between lines, in line heights, half above and half below
   };
 
   TextLayout(std::string_view text, const Style& style);
+  // Text of several sizes is set with a little leading where the style has none.
   TextLayout(const ui::AttributedText& text, const Style& style);
 
   // The rounded-up size of the lines. Its width is that of the longest.
   ui::Size size() const;
   double naturalWidth() const { return width_; }
+  // A word was too long for a line and goes on in the next.
+  bool breaksWords() const { return breaksWords_; }
   // With the first line's top left at a place; lines are aligned within style.width.
   void paint(QPainter& painter, double x, double y) const;
   // The link at a place in the text, empty where there is none.
@@ -47,6 +51,7 @@ class TextLayout {
   void layOut();
   void addFormats(const ui::AttributedText& text);
   void findParagraphs(const ui::AttributedText* text);
+  void breakWell(QTextLine& line);
   bool cut();
   void alignLines();
   ui::TextAlign alignmentAt(int position) const;
@@ -57,7 +62,7 @@ class TextLayout {
   std::vector<Paragraph> paragraphs_;
   std::unique_ptr<QTextLayout> layout_;
   double width_ = 0, height_ = 0;
-  bool overfull_ = false;
+  bool overfull_ = false, breaksWords_ = false;
 };
 
 }  // namespace qt

@@ -137,6 +137,8 @@ TEST_F(Keys, ATextViewTakesLinesAndAPasswordStaysHidden) {
   ASSERT_TRUE(settle());
   hand.type("iiii");
   ASSERT_TRUE(settle());
+  secret->resignFocus();  // and the cursor, which blinks, goes
+  ASSERT_TRUE(settle());
   const double narrow = ink(picture(), {22, 152, 296, 36}).width;
   secret->setText("wwww");
   ASSERT_TRUE(settle());

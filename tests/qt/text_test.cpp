@@ -76,6 +76,49 @@ TEST_F(TextOnScreen, CutsWithAnEllipsisInsideItsWidth) {
   EXPECT_LT(ink(picture(), page().bounds()).height, one.height);
 }
 
+TEST_F(TextOnScreen, AWordTooLongForItsLineIsShrunkOrBrokenAfterASign) {
+  const char* const mail = "anagrafe@comune.varlo.example";
+  const auto font = ui::Font::system(17);
+  const double whole = app.text().measure(mail, font, 0, 1).width;
+  const double line = app.text().lineHeight(font);
+  auto label = addText(mail, {10, 10, whole - 20, 3 * line});
+  label->setMaxLines(0);
+  // Broken: what follows the last sign that fits goes to the next line.
+  const double first = app.text().measure("anagrafe@comune.varlo.", font, 0, 1).width;
+  EXPECT_NEAR(drawn(page().bounds()).width, first, 3);
+  EXPECT_GT(drawn(page().bounds()).height, line);
+  // Shrunk: whole, on one line.
+  label->setShrinksToFit(true);
+  EXPECT_GT(drawn(page().bounds()).width, first + 5);
+  EXPECT_LT(drawn(page().bounds()).height, line);
+  // Several lines are made smaller until they have room, as long as they can be read.
+  label->setText(kLong);
+  label->setFrame({10, 10, 300, 3 * line});
+  EXPECT_LE(ink(picture("shrunk"), page().bounds()).bottom(), 10 + 3 * line + 2);
+}
+
+TEST_F(TextOnScreen, IconsBesideTextsLineThemUpAndStandInTheMiddle) {
+  const std::pair<const char*, const char*> icons[] = {
+      {"FontAwesome", "\uF015"},     // wide
+      {"FontAwesome", "\uF128"},     // narrow
+      {"Material Icons", "\uE878"},  // stands on the baseline
+  };
+  ui::TextAttributes face;
+  for (const auto& [family, icon] : icons) {
+    SCOPED_TRACE(icon);
+    face.font = ui::Font::named(family, 20);
+    ui::AttributedText text(std::string(icon) + " H");
+    text.apply(0, 1, face);
+    auto label = addText("", {10, 10, 200, 50});
+    label->setAttributedText(text);
+    const QImage image = picture();
+    const ui::Rect letter = ink(image, {36, 0, 100, 80}), sign = ink(image, {0, 0, 36, 80});
+    EXPECT_NEAR(letter.x, 41, 2);
+    EXPECT_NEAR(sign.center().y, letter.center().y, 1);
+    label->removeFromParent();
+  }
+}
+
 TEST_F(TextOnScreen, AlignsLinesAndParagraphs) {
   auto label = addText("destra", {10, 10, 300, 30});
   label->setAlignment(ui::TextAlign::Right);

@@ -53,13 +53,15 @@ WebEngineView {
     settings.showScrollBars: false
     settings.focusOnNavigationEnabled: false
 
-    Component.onCompleted: userScripts.collection = [{
-        name: "host",
-        injectionPoint: WebEngineScript.DocumentCreation,
-        worldId: WebEngineScript.MainWorld,
-        runsOnSubFrames: false,
-        sourceCode: "window.host = { post: m => console.debug('\\u0001post' + m) };"
-    }]
+    Component.onCompleted: {
+        const script = WebEngine.script();
+        script.name = "host";
+        script.injectionPoint = WebEngineScript.DocumentCreation;
+        script.worldId = WebEngineScript.MainWorld;
+        script.runsOnSubFrames = false;
+        script.sourceCode = "window.host = { post: m => console.debug('\\u0001post' + m) };";
+        userScripts.insert(script);
+    }
 
     onNavigationRequested: request => {
         // What the program asked for itself is typed; frames inside a page load freely,
