@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "runtime/core/described.h"
 #include "runtime/core/kes.h"
 #include "runtime/core/object.h"
 #include "runtime/core/wrapper.h"
@@ -39,6 +40,7 @@ Text Value::description() const {
   if (isNil()) return "null";
   if (isNull()) return "<null>";
   if (auto* o = dynamic_cast<Object*>(object())) return o->description();
+  if (auto* d = dynamic_cast<Described*>(object())) return d->description();
   return "<" + std::string(object()->className()) + ">";
 }
 

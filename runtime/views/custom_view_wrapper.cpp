@@ -73,6 +73,7 @@ void KesCustomViewWrapper::AfterDesignerScript() {
     }
   } else if (customObject_.isObject()) {
     Kes::runDynamicMethod(customObject_.object(), "DesignerCreateView:::", true, made);
+    getMap(*customObject_.object()).set("base", platform::makeShared<KesWeakRef>(object()));
   }
 }
 

@@ -9,6 +9,17 @@
 
 namespace kes {
 
+// Something that is known and not kept alive.
+class KesWeakRef final : public Object {
+ public:
+  explicit KesWeakRef(const Value& v) : object_(v.object()) {}
+  std::string_view className() const override { return "KesWeakRef"; }
+  Value get() const { return object_.lock(); }  // nil when it has gone
+
+ private:
+  WeakRef<platform::Shared> object_;
+};
+
 class KesCustomViewWrapper
     : public ViewWrapper<KesCustomViewWrapper, KesPanelView, KesPanelWrapper> {
  public:

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "platform/ui/view_controller.h"
+#include "runtime/core/described.h"
 #include "runtime/views/panel_wrapper.h"
 
 namespace kes {
@@ -35,7 +36,7 @@ class KesMainView final : public ui::View {
   ui::Size currentSize_;
 };
 
-class KesViewController final : public ui::ViewController {
+class KesViewController final : public ui::ViewController, public Described {
  public:
   KesViewController(const Ref<Kes>& bi, const Text& eventName);
   ~KesViewController() override;
@@ -46,6 +47,7 @@ class KesViewController final : public ui::ViewController {
   void toolbarClick(ui::BarButtonItem& item);
   // Gives those of the items that do nothing yet this page as their target.
   void setBarAction(const ui::BarItems& items);
+  Text description() const override { return "Page (vc): " + title(); }
 
  protected:
   Ref<ui::View> loadView() override { return mainView_; }

@@ -145,6 +145,7 @@ TEST_F(PagesTest, TitlePromptAndButtonsReachTheBar) {
   home.setPrompt("");
   EXPECT_EQ(home.native()->navigationItem().title(), "Eventi");
   EXPECT_TRUE(home.description() == "Page: Eventi");
+  EXPECT_TRUE(home.object().description() == "Page (vc): Eventi");
   EXPECT_EQ(nav.native()->navigationBar().contents().prompt, "");
 
   KesBarButtonItemWrapper search, site;
