@@ -177,7 +177,7 @@ Resumable<> kes_infocitta_entity::_clv_itemclick(int, Value value) {
       Kes::SetException(e);
       c().Log(e.what());
     }
-  } else if (type == "ADDRESS" && row.ContainsKey("Latitude") && row.ContainsKey("Longitude")) {
+  } else if (type == "ADDRESS" && textOf(row, "Latitude") != "" && textOf(row, "Longitude") != "") {
     _main->_app.OpenURL(
         deployment::mapsLink(textOf(row, "Latitude") + "," + textOf(row, "Longitude")));
   } else if (type == "CALENDAR") {

@@ -14,6 +14,7 @@
 #include "runtime/views/custom_dialog.h"
 #include "runtime/views/hud.h"
 #include "runtime/views/image_view_wrapper.h"
+#include "runtime/views/kex_view_wrapper.h"
 #include "runtime/views/label_wrapper.h"
 #include "runtime/views/navigation_controller.h"
 #include "runtime/views/notification.h"
@@ -95,6 +96,7 @@ class kes_main final : public Module<kes_main> {
   KesLabelWrapper _lblversion;
   iFirebaseAnalytics _analytics;
   iFirebaseNotifications _fm;
+  KesXUI _xui;
   KesPage _secondpage;
   KesLabelWrapper _subtitle;
   iCustomDialog _detailsdialog;

@@ -135,9 +135,11 @@ TEST_F(Directory, ATapDoesWhatTheRowIs) {
   open(R"({"Name":"E","Contacts":[{"Title":"Telefono","Value":"+39 0123","Type":0},
       {"Title":"Posta","Value":"a@b.it","Type":1},{"Title":"Fax","Value":"0124","Type":2}],
     "Addresses":[{"Title":"Qui","Value":"Via Uno","Latitude":45.5,"Longitude":-9},
-      {"Title":"Altrove","Value":"Via Due","Longitude":9}]})");
+      {"Title":"Altrove","Value":"Via Due","Longitude":9},
+      {"Title":"Ignoto","Value":"Via Tre","Latitude":null,"Longitude":null}]})");
   const std::pair<const char*, std::string> taps[] = {
       {"Altrove", ""},
+      {"Ignoto", ""},
       {"Fax", ""},
       {"Telefono", "tel:+39 0123"},
       {"Posta", "mailto:a@b.it"},
