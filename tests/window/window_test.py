@@ -1,0 +1,128 @@
+"""The simulator in a real window: what a person at the desk sees and does.
+
+window_test.py VARLO-SIM [FOLDER]: starts an X server of its own and the program in it,
+uses mouse, wheel and keyboard, closes the window. Leaves pictures in FOLDER if given.
+Exit status 77, which means skipped, where Xvfb is not installed.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import time
+
+from x_client import Client, Server
+
+TOWN, WHITE = "#1F5F7A", "#FFFFFF"
+WIDTH, HEIGHT = 320, 568
+ESCAPE = 0xFF1B
+
+
+def until(what, condition, seconds=60):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        found = condition()
+        if found:
+            return found
+        time.sleep(0.02)
+    raise AssertionError(f"not within {seconds} s: {what}")
+
+
+class Desk:
+    def __init__(self, client, program):
+        self.client, self.program = client, program
+        self.window = until("a window named InfoVarlo", self._find)
+
+    def _find(self):
+        assert self.program.poll() is None, "the program ended before its window was there"
+        return self.client.find("InfoVarlo")
+
+    def look(self):
+        return self.client.picture(self.window)
+
+    def resting(self):
+        """The picture once nothing moves any more."""
+        seen = [self.look()]
+
+        def same():
+            time.sleep(0.3)  # longer than any pause between two frames of a movement
+            seen.append(self.look())
+            return seen[-1].bgrx == seen[-2].bgrx
+
+        until("a picture at rest", same)
+        return seen[-1]
+
+
+def play(desk, keep):
+    client, window = desk.client, desk.window
+    assert client.geometry(window)[2:] == (WIDTH, HEIGHT), client.geometry(window)
+    until("the bar in the town's colour", lambda: desk.look().at(160, 10) == TOWN)
+    until("the home page", lambda: desk.look().at(160, 70) != WHITE)
+    home = desk.resting()
+    keep("window-home", home)
+
+    client.click(window, 30, 42)
+    until("the page dimmed beside the drawer", lambda: desk.look().at(310, 10) != TOWN)
+    menu = desk.resting()
+    keep("window-menu", menu)
+    assert menu.at(140, 10) == TOWN and menu.at(276, 300) == WHITE, "the drawer is open"
+
+    def rows(picture):
+        return picture.part(0, 100, 270, 400)
+
+    client.move(window, 120, 300)
+    for _ in range(3):
+        client.press(5)
+        client.release(5)
+    until("rows moved by the wheel", lambda: rows(desk.look()) != rows(menu))
+    wheeled = desk.resting()
+    client.press()
+    for y in range(300, 200, -5):
+        client.move(window, 120, y)
+        time.sleep(0.01)  # a hand is no faster
+    client.release()
+    until("rows moved by dragging", lambda: rows(desk.look()) != rows(wheeled))
+    keep("window-dragged", desk.resting())
+
+    client.key(window, ESCAPE)
+    until("the closed drawer", lambda: desk.look().at(310, 10) == TOWN)
+
+    client.close(window)
+    assert desk.program.wait(30) == 0, f"exit status {desk.program.returncode}"
+
+
+def main():
+    xvfb = shutil.which("Xvfb")
+    if not xvfb:
+        print("skipped: Xvfb is not installed (apt-get install xvfb)")
+        return 77
+    folder = sys.argv[2] if len(sys.argv) > 2 else None
+
+    def keep(name, picture):
+        if not folder:
+            return
+        pixels = bytearray(3 * picture.width * picture.height)
+        for i in range(3):
+            pixels[i::3] = picture.bgrx[2 - i::4]
+        with open(os.path.join(folder, name + ".ppm"), "wb") as file:
+            file.write(b"P6 %d %d 255\n" % (picture.width, picture.height) + pixels)
+
+    server = Server(xvfb, 640, 720)
+    program = None
+    try:
+        environment = dict(os.environ, DISPLAY=":" + server.display, QT_QPA_PLATFORM="xcb",
+                           QT_QUICK_BACKEND="software")
+        environment.pop("WAYLAND_DISPLAY", None)
+        program = subprocess.Popen(
+            [sys.argv[1], "--size", f"{WIDTH}x{HEIGHT}", "--scale", "1", "--now",
+             "2026-11-21T10:00"], env=environment)
+        play(Desk(Client(server.display), program), keep)
+    finally:
+        if program and program.poll() is None:
+            program.kill()
+            program.wait()
+        server.stop()
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
