@@ -93,10 +93,13 @@ void TestPlatform::clearLog() {
 
 void TestPlatform::write(const fs::path& path, std::string_view bytes) {
   fs::create_directories(path.parent_path());
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  // Over what is there: with a file emptied first some systems wait for the disk.
+  const auto mode = fs::exists(path) ? std::ios::in | std::ios::out : std::ios::out;
+  std::fstream out(path, std::ios::binary | mode);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   out.close();
   if (!out) throw std::runtime_error("cannot write " + path.string());
+  fs::resize_file(path, bytes.size());
 }
 
 std::string TestPlatform::read(const fs::path& path) {

@@ -1,6 +1,4 @@
 // What a damaged layout file can do: nothing but fail, with a bounded use of memory.
-#include <fstream>
-
 #include "runtime/views/data_input_stream.h"
 #include "views_fixture.h"
 
@@ -132,12 +130,7 @@ slider s
   }
   // True when it loaded; fails the test for anything but the runtime's own exception.
   bool loads(const Bytes& file) {
-    // Into the file that is there: making or emptying one would wait for the disk.
-    const auto path = std::filesystem::path(phone.test.folders().assets) / "t.kil";
-    if (!std::filesystem::exists(path)) phone.test.write(path, "-");
-    std::fstream(path, std::ios::in | std::ios::out | std::ios::binary)
-        .write(file.data(), static_cast<std::streamsize>(file.size()));
-    std::filesystem::resize_file(path, file.size());
+    phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil", file);
     page.RootPanel().RemoveAllViews();
     try {
       page.RootPanel().LoadLayout("t", nullptr);
