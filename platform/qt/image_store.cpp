@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QImageWriter>
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
@@ -66,6 +67,26 @@ QImage ImageStore::decoded(const ui::Image& image) {
   const QImage pixels = read(reader);
   decoded_.insert(key, new Decoded{pixels, bytes}, std::max<qsizetype>(1, pixels.sizeInBytes()));
   return pixels;
+}
+
+std::optional<ui::Image::Bytes> ImageStore::render(const ui::Image& image,
+                                                   const ui::ImageRendition& wanted) {
+  QImage pixels = decoded(image);
+  if (pixels.isNull()) return std::nullopt;
+  if (wanted.pixels) {
+    const auto side = [](double length) {
+      return std::clamp(static_cast<int>(std::lround(length)), 1, kLargestSide);
+    };
+    pixels = pixels.scaled(side(wanted.pixels->width), side(wanted.pixels->height),
+                           wanted.keepRatio ? Qt::KeepAspectRatio : Qt::IgnoreAspectRatio,
+                           Qt::SmoothTransformation);
+  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QImageWriter writer(&buffer, QByteArray(wanted.format.data(), wanted.format.size()));
+  writer.setQuality(std::clamp(wanted.quality, 0, 100));
+  if (!writer.write(pixels)) return std::nullopt;
+  return ui::Image::Bytes(bytes.begin(), bytes.end());
 }
 
 void ImageStore::addPictures(std::vector<Picture>& out, const ui::Image& image, const ui::Rect& box,

@@ -16,6 +16,7 @@ class ImageStore {
   // Adds what shows the image in the box: nothing for an image that can't be read.
   void addPictures(std::vector<Picture>& out, const ui::Image& image, const ui::Rect& box,
                    ui::ContentMode mode, double radius, double scale);
+  std::optional<ui::Image::Bytes> render(const ui::Image& image, const ui::ImageRendition& wanted);
 
  private:
   struct Decoded {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/ui/geometry.h"
@@ -33,6 +34,14 @@ class Image {
  private:
   struct Data;
   std::shared_ptr<const Data> data_;
+};
+
+// How a picture is to be written anew.
+struct ImageRendition {
+  std::string_view format = "PNG";  // or "JPEG"
+  int quality = 100;                // of a JPEG, 0 to 100
+  std::optional<Size> pixels;       // drawn in that size; without one, in its own
+  bool keepRatio = false;           // as large as fits into it
 };
 
 }  // namespace ui

@@ -65,9 +65,12 @@ void KesBitmap::WriteToStream(KesOutputStream stream, std::int32_t quality,
 
 KesBitmap KesBitmap::Resize(double width, double height, bool keepRatio) const {
   const auto image = native();
-  auto drawn = resizer ? resizer(*image, width, height, keepRatio) : std::nullopt;
+  const double scale = screenScale ? screenScale() : 1;
+  auto drawn = resizer ? resizer(*image, width * scale, height * scale, keepRatio) : std::nullopt;
   if (!drawn) throw KesException("Cannot resize image");
-  return over(std::move(*drawn));
+  KesBitmap bitmap;
+  bitmap.wrap(Value(platform::makeShared<EncodedImage>(std::move(*drawn), scale)));
+  return bitmap;
 }
 
 }  // namespace kes

@@ -55,7 +55,7 @@ class KesBitmap final : public TypedWrapper<KesBitmap, EncodedImage> {
 
   // What lies above this folder lends these at the start of the process: the pixels for
   // one point of the main screen, and ways to write an image in another format and to draw
-  // it in another size.
+  // it in another size, in pixels.
   static inline std::function<double()> screenScale;
   static inline std::function<std::optional<EncodedImage::Bytes>(
       const EncodedImage& image, std::string_view format, std::int32_t quality)>

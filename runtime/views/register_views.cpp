@@ -1,5 +1,6 @@
 #include "runtime/views/register_views.h"
 
+#include "platform/ui/application.h"
 #include "runtime/core/common.h"
 #include "runtime/data/bitmap.h"
 #include "runtime/views/bundle.h"
@@ -22,6 +23,18 @@
 
 namespace kes {
 
+namespace {
+
+// A picture written anew by the screen, which alone knows pixels.
+std::optional<EncodedImage::Bytes> rendered(const EncodedImage& image,
+                                            const ui::ImageRendition& wanted) {
+  auto* app = ui::Application::current();
+  if (!app) return std::nullopt;
+  return app->screen().render(ui::Image::fromBytes(*image.bytes(), image.scale()), wanted);
+}
+
+}  // namespace
+
 void registerViews() {
   auto& registry = ClassRegistry::instance();
   registry.addAll<KesViewWrapper, KesControlWrapper, KesPanelWrapper, KesCustomViewWrapper,
@@ -32,6 +45,12 @@ void registerViews() {
                   KesActivityIndicatorWrapper, KesTableView, KexViewWrapper>();
   registry.addAll<KesDrawerController, Bundle, AlertView, iCustomDialog, kes_richstring>();
   KesBitmap::screenScale = device::screenScale;
+  KesBitmap::encoder = [](const EncodedImage& image, std::string_view format, int quality) {
+    return rendered(image, {.format = format, .quality = quality, .pixels = {}});
+  };
+  KesBitmap::resizer = [](const EncodedImage& image, double width, double height, bool keepRatio) {
+    return rendered(image, {.pixels = ui::Size{width, height}, .keepRatio = keepRatio});
+  };
   KesCommon::shared().windowSize = [] {
     const ui::Rect window = device::windowBounds();
     return std::pair{window.width, window.height};

@@ -1,4 +1,5 @@
 // The items on the screen are what the view tree says, and no more than can be seen.
+#include <QBuffer>
 #include <QQuickWindow>
 #include <cmath>
 
@@ -213,4 +214,34 @@ TEST_F(OnScreen, LinesBetweenRowsKeepTheirWidth) {
     EXPECT_TRUE(image.pixelColor(300, y).green() == 255 || run > 0) << "blurred at " << y;
   }
   EXPECT_THAT(lines, testing::AllOf(testing::SizeIs(8), testing::Each(2)));
+}
+
+TEST_F(OnScreen, WritesAPictureAnew) {
+  QImage drawn(40, 20, QImage::Format_RGB32);
+  drawn.fill(QColor(200, 30, 30));
+  QByteArray png;
+  QBuffer buffer(&png);
+  ASSERT_TRUE(drawn.save(&buffer, "PNG"));
+  const auto image = ui::Image::fromBytes({png.begin(), png.end()});
+  struct Case {
+    ui::ImageRendition wanted;
+    QSize size;
+  };
+  const Case cases[] = {
+      {{"JPEG", 90, {}, false}, {40, 20}},
+      {{"PNG", 100, ui::Size{30, 30}, false}, {30, 30}},
+      {{"PNG", 100, ui::Size{30, 30}, true}, {30, 15}},
+      {{"PNG", 100, ui::Size{0, -5}, false}, {1, 1}},
+  };
+  for (const auto& [wanted, size] : cases) {
+    SCOPED_TRACE(wanted.format);
+    const auto bytes = screen.render(image, wanted);
+    ASSERT_TRUE(bytes);
+    const auto read = QImage::fromData(bytes->data(), static_cast<int>(bytes->size()),
+                                       std::string(wanted.format).c_str());
+    EXPECT_EQ(read.size(), size);
+    EXPECT_NEAR(QColor(read.pixel(0, 0)).red(), 200, 4);
+  }
+  EXPECT_FALSE(screen.render(image, {.format = "TEXT", .pixels = {}}));
+  EXPECT_FALSE(screen.render(ui::Image::fromBytes({1, 2, 3}), {}));
 }
