@@ -62,7 +62,7 @@ void spoil(Answer& answer, const Fault& fault) {
       return;
     case Fault::Kind::garbage:
       answer.body =
-          fault.text.empty() ? std::string("\x1f\x8b{[\"\xff\xfe\0\xc3(", 11) : fault.text;
+          fault.text.empty() ? std::string("\x1f\x8b{[\"\xff\xfe\0\xc3(", 10) : fault.text;
       return;
     case Fault::Kind::shape:
       answer.body = fault.text.empty() ? otherShape(answer.body) : fault.text;

@@ -99,7 +99,7 @@ TEST(WeakRefs, LockOnOneThreadWhileTheLastReferenceGoesOnAnother) {
     std::thread locker([weak, &go] {
       while (!go) std::this_thread::yield();
       for (int i = 0; i < 20; ++i) {
-        WeakRef<Counted> copy(weak);
+        WeakRef<Counted> copy(weak);  // NOLINT: copies are what is tried
         if (auto s = copy.lock()) {
           // Whoever holds it sees it whole.
           ASSERT_GE(s->alive.load(), 1);

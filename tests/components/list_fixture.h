@@ -117,11 +117,13 @@ class ListTest : public testing::Test {
 
   std::vector<int> offsets() const {
     std::vector<int> all;
+    all.reserve(static_cast<std::size_t>(list->_getsize()));
     for (std::int32_t i = 0; i < list->_getsize(); ++i) all.push_back(list->_finditemoffset(i));
     return all;
   }
   std::vector<int> tags() const {
     std::vector<int> all;
+    all.reserve(static_cast<std::size_t>(list->_getsize()));
     for (std::int32_t i = 0; i < list->_getsize(); ++i)
       all.push_back(static_cast<int>(list->_getitem(i)->Panel.Tag().asInt64()));
     return all;

@@ -37,7 +37,7 @@ TEST_F(OnScreen, ALongListCostsWhatItShows) {
     list->setOffset({0, offset});
     const QImage image = picture();
     EXPECT_LT(screen.shownViews(), 60U);
-    for (double y = 1; y < kHeight; y += 20) {
+    for (int y = 1; y < kHeight; y += 20) {
       const double at_ = offset + y;
       if (std::abs(at_ - std::round(at_ / kRow) * kRow) < 1.5) continue;  // at an edge
       const ui::Color c = colorOf(static_cast<int>(at_ / kRow));
