@@ -202,7 +202,8 @@ TEST_F(DatesTest, DateAndTimeMeetInTheZone) {
       {{"", ""}, "Error parsing: "},
   };
   for (const auto& [texts, message] : failures) {
-    EXPECT_EQ(failureOf([&] { d.DateTimeParse(texts.first, texts.second); }), message);
+    EXPECT_EQ(failureOf([&, texts = texts] { d.DateTimeParse(texts.first, texts.second); }),
+              message);
     // Both formatters are back in the zone.
     EXPECT_EQ(d.Time(kNow), "09:30:00");
     EXPECT_EQ(d.Date(kNow - 10 * kHour), "2017-11-14");

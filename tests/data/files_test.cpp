@@ -11,7 +11,6 @@
 #include "runtime/data/platform_date.h"
 
 namespace fs = std::filesystem;
-using kes::Dictionary;
 using kes::File;
 using kes::KesArray;
 using kes::KesFile;
@@ -201,8 +200,9 @@ TEST_F(FilesTest, NamedFoldersAreNeitherDeletedNorReplaced) {
                                                     {platform_.root().string(), ""},
                                                     {"/", ""}}) {
     File().Delete(dir, name);
-    EXPECT_THAT(failureOf([&] { File().Copy(documents(), "a", dir, name); }),
-                HasSubstr("The folder belongs to the system"))
+    EXPECT_THAT(
+        failureOf([&, dir = dir, name = name] { File().Copy(documents(), "a", dir, name); }),
+        HasSubstr("The folder belongs to the system"))
         << dir.view() << " " << name.view();
   }
   EXPECT_EQ(get(documents(), "a"), "1");
