@@ -111,7 +111,7 @@ class Kes final : public Object {
     Text event;
     std::vector<KesWaitForEvent> list;
   };
-  Value dispatch(const Ref<Shared>& sender, std::string_view event, Args params);
+  Value dispatch(const Ref<Shared>& sender, std::string_view event, const Args& params);
   Waits* findWaits(std::string_view event, std::uint64_t hash);
   bool wake(Waits& waits, const Ref<Shared>& sender, Args params);
 
