@@ -59,7 +59,7 @@ TEST(TrialPaths, AnnouncedBodiesAreWelcomedBeforeTheyCome) {
 TEST(TrialPaths, EchoLeavesBodiesAsTheyCame) {
   TownHost host;
   const std::string bytes(
-      "--x\r\nContent-Disposition: form-data; name=\"a\"\r\n\r\n\xff\0\r\n--x--\r\n", 61);
+      "--x\r\nContent-Disposition: form-data; name=\"a\"\r\n\r\n\xff\0\r\n--x--\r\n", 60);
   for (const char* kind : {"Content-Type: multipart/form-data; boundary=x",
                            "Content-Type: application/x-www-form-urlencoded",
                            "Content-Encoding: gzip", "Content-Encoding: UTF8", "Expect: nothing"}) {
