@@ -1,7 +1,8 @@
 // The header fields of one HTTP message, in the order in which they came.
 //
-// A plain value. Names are found whatever their case; set() replaces, add() joins a
-// repeated field to the former one with ", ". Nothing here throws but bad_alloc.
+// A plain value, used by one thread at a time. Names are found whatever their case; set()
+// replaces, add() joins a repeated field to the former one with ", ". Nothing here throws
+// but bad_alloc.
 #pragma once
 
 #include <string>

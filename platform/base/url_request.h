@@ -1,7 +1,7 @@
 // What a URL session is asked to send, and what came back.
 //
-// Plain values, copied freely; a body of bytes is shared, not copied. Time-outs are
-// seconds. Nothing here throws but bad_alloc.
+// Plain values, copied freely and each used by one thread at a time; a body of bytes is
+// shared, not copied. Time-outs are seconds. Nothing here throws but bad_alloc.
 #pragma once
 
 #include <cstdint>
