@@ -4,10 +4,10 @@
 #include "app/deployment.h"
 #include "app/fields.h"
 #include "app/main.h"
-#include "runtime/data/date_time.h"
-#include "runtime/data/json_parser.h"
-#include "runtime/views/cs_builder.h"
-#include "runtime/views/font.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/data/json/json_parser.h"
+#include "runtime/views/base/font.h"
+#include "runtime/views/richtext/cs_builder.h"
 
 namespace varlo {
 

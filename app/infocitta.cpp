@@ -5,7 +5,7 @@
 #include "app/fields.h"
 #include "app/infocitta_entity.h"
 #include "app/main.h"
-#include "runtime/data/json_parser.h"
+#include "runtime/data/json/json_parser.h"
 
 namespace varlo {
 

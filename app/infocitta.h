@@ -4,7 +4,7 @@
 
 #include "components/customlistview.h"
 #include "runtime/core/module.h"
-#include "runtime/views/hud.h"
+#include "runtime/views/dialogs/hud.h"
 
 namespace varlo {
 

@@ -4,8 +4,8 @@
 #include "app/fields.h"
 #include "app/infocitta.h"
 #include "app/main.h"
-#include "runtime/data/date_time.h"
-#include "runtime/views/message_box.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/views/dialogs/message_box.h"
 
 namespace varlo {
 

@@ -5,7 +5,7 @@
 
 #include "components/customlistview.h"
 #include "runtime/core/module.h"
-#include "runtime/views/label_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
 
 namespace varlo {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "runtime/views/layout_builder.h"
+#include "runtime/views/layout/layout_builder.h"
 
 namespace varlo {
 

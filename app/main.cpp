@@ -4,11 +4,11 @@
 #include "app/fields.h"
 #include "app/infocitta.h"
 #include "app/infocitta_entity.h"
-#include "runtime/data/date_time.h"
-#include "runtime/data/serializer.h"
-#include "runtime/views/cs_builder.h"
-#include "runtime/views/font.h"
-#include "runtime/views/message_box.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/data/serialized/serializer.h"
+#include "runtime/views/base/font.h"
+#include "runtime/views/dialogs/message_box.h"
+#include "runtime/views/richtext/cs_builder.h"
 
 namespace varlo {
 

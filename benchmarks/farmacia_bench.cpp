@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/main.h"
-#include "platform/ui/finder.h"
+#include "platform/ui/reading/finder.h"
 #include "simulator/phone.h"
 #include "simulator/player.h"
 

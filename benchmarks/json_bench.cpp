@@ -14,7 +14,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "runtime/data/json_parser.h"
+#include "runtime/data/json/json_parser.h"
 
 namespace {
 

@@ -17,11 +17,11 @@
 
 #include "app/deployment.h"
 #include "app/register_app.h"
+#include "platform/base/assets_folder.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
-#include "runtime/views/app_delegate.h"
-#include "simulator/assets_folder.h"
+#include "runtime/views/app/app_delegate.h"
 
 namespace {
 
@@ -57,8 +57,8 @@ int emptyWindow(int argc, char** argv) {
 
 int theApp() {
   platform::SystemClock clock;
-  platform::Platform platform(clock,
-                              platform::Folders{sim::assetsFolder(), "/tmp/", "/tmp/", "/tmp"});
+  platform::Platform platform(
+      clock, platform::Folders{platform::assetsFolder(), "/tmp/", "/tmp/", "/tmp"});
   platform::PlatformScope scope(platform);
   // A host that refuses at once: launching does not wait for the town.
   varlo::deployment::pointEveryServiceAt("http://127.0.0.1:9");

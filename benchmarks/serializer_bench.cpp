@@ -11,8 +11,8 @@
 
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/data/compressed_streams.h"
-#include "runtime/data/serializer.h"
+#include "runtime/data/bytes/compressed_streams.h"
+#include "runtime/data/serialized/serializer.h"
 
 namespace {
 

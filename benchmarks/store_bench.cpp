@@ -10,8 +10,8 @@
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
-#include "runtime/data/key_value_store.h"
 #include "runtime/data/register_data.h"
+#include "runtime/data/store/key_value_store.h"
 
 namespace {
 

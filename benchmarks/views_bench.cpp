@@ -18,9 +18,9 @@
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
 #include "runtime/data/register_data.h"
-#include "runtime/views/font.h"
-#include "runtime/views/panel_wrapper.h"
+#include "runtime/views/base/font.h"
 #include "runtime/views/register_views.h"
+#include "runtime/views/wrappers/panel_wrapper.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 

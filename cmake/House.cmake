@@ -1,10 +1,10 @@
 # How every folder of the house becomes a target.
 #
-#   house_library(<target> LINKS <targets…>)   one static library per folder
-#   house_program(<target> LINKS <targets…>)   one program per folder
-#   house_test(<target> LINKS <targets…>)      one GoogleTest program per folder
+#   house_library(<target> ROOMS <sub-folders…> LINKS <targets…>)   one static library per folder
+#   house_program(<target> <main.cpp> LINKS <targets…>)              a main and what it links
+#   house_test(<target> LINKS <targets…>)                            one GoogleTest program per folder
 #
-# Sources are the folder's *.cpp files. A folder's headers are reached by their
+# Sources are the *.cpp files of the folder and of its rooms, the sub-folders that it names. A folder's headers are reached by their
 # path from the root ("runtime/core/value.h"), but only through the targets it
 # links: each library exposes a private view of the tree that holds its own
 # folder and nothing else, so an include against the arrows does not compile.
@@ -43,7 +43,11 @@ if(HOUSE_COVERAGE)
 endif()
 
 function(_house_sources out)
-  file(GLOB found CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  set(patterns ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  foreach(room ${ARGN})
+    list(APPEND patterns ${CMAKE_CURRENT_SOURCE_DIR}/${room}/*.cpp)
+  endforeach()
+  file(GLOB found CONFIGURE_DEPENDS ${patterns})
   list(FILTER found EXCLUDE REGEX "_main\\.cpp$")
   set(${out} ${found} PARENT_SCOPE)
 endfunction()
@@ -52,7 +56,7 @@ endfunction()
 function(_house_view out)
   file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   string(REPLACE "/" "-" room ${folder})
-  set(view ${CMAKE_SOURCE_DIR}/build/include/${room})
+  set(view ${CMAKE_BINARY_DIR}/include/${room})
   get_filename_component(parent ${view}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
   if(NOT EXISTS ${view}/${folder})
@@ -62,8 +66,8 @@ function(_house_view out)
 endfunction()
 
 function(house_library target)
-  cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE_LINKS" ${ARGN})
-  _house_sources(sources)
+  cmake_parse_arguments(ARG "" "" "ROOMS;LINKS;PRIVATE_LINKS" ${ARGN})
+  _house_sources(sources ${ARG_ROOMS})
   _house_view(view)
   if(sources)
     add_library(${target} STATIC ${sources})
@@ -74,6 +78,12 @@ function(house_library target)
     target_include_directories(${target} INTERFACE ${view})
     target_link_libraries(${target} INTERFACE ${ARG_LINKS})
   endif()
+endfunction()
+
+function(house_program target main)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  add_executable(${target} ${main})
+  target_link_libraries(${target} PRIVATE ${ARG_LINKS})
 endfunction()
 
 function(house_test target)

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "runtime/data/date_time.h"
-#include "runtime/views/scroll_view_wrapper.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/views/wrappers/scroll_view_wrapper.h"
 
 namespace kes {
 

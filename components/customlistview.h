@@ -13,9 +13,9 @@
 
 #include "runtime/core/list.h"
 #include "runtime/core/module.h"
-#include "runtime/views/cs_builder.h"
-#include "runtime/views/kex_view_wrapper.h"
-#include "runtime/views/label_wrapper.h"
+#include "runtime/views/richtext/cs_builder.h"
+#include "runtime/views/wrappers/kex_view_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
 
 namespace kes {
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "platform/base/platform.h"
-#include "runtime/data/date_time.h"
+#include "runtime/data/dates/date_time.h"
 
 namespace sim {
 

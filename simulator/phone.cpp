@@ -9,11 +9,11 @@
 #include "app/deployment.h"
 #include "app/messaging.h"
 #include "app/register_app.h"
+#include "platform/base/assets_folder.h"
 #include "platform/base/log.h"
-#include "runtime/data/json_parser.h"
+#include "runtime/data/json/json_parser.h"
 #include "runtime/net/httputils2service.h"
-#include "runtime/views/app_delegate.h"
-#include "simulator/assets_folder.h"
+#include "runtime/views/app/app_delegate.h"
 #include "townhost/fault_script.h"
 
 #ifdef HOUSE_QT
@@ -88,7 +88,7 @@ Phone::Phone(const Options& options) {
   data_ = std::make_unique<Data>(options.data);
   const auto folder = [&](const char* name) { return (data_->root / name).string() + "/"; };
   platform_ = std::make_unique<platform::Platform>(
-      *clock_, platform::Folders{assetsFolder(), folder("Documents"), folder("Library"),
+      *clock_, platform::Folders{platform::assetsFolder(), folder("Documents"), folder("Library"),
                                  (data_->root / "tmp").string()});
   scope_ = std::make_unique<platform::PlatformScope>(*platform_);
 

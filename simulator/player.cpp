@@ -6,9 +6,9 @@
 #include <map>
 #include <ostream>
 
-#include "platform/ui/accessibility.h"
-#include "platform/ui/dump.h"
-#include "platform/ui/finder.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/reading/dump.h"
+#include "platform/ui/reading/finder.h"
 
 namespace sim {
 

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <ostream>
 
-#include "platform/ui/dump.h"
+#include "platform/ui/reading/dump.h"
 #include "simulator/player.h"
 
 namespace sim {

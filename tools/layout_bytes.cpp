@@ -4,7 +4,7 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "runtime/views/layout_format.h"
+#include "runtime/views/layout/layout_format.h"
 
 namespace layouts {
 

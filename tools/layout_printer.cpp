@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cstdio>
 
-#include "runtime/views/layout_format.h"
+#include "runtime/views/layout/layout_format.h"
 #include "tools/layout_compiler.h"
 
 namespace layouts {

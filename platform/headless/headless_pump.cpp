@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "platform/ui/web_view.h"
+#include "platform/ui/controls/web_view.h"
 
 namespace headless {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/ui/style.h"
+#include "platform/ui/values/style.h"
 
 namespace qt {
 

@@ -2,8 +2,8 @@
 // QtScreen. Main thread.
 #pragma once
 
+#include "platform/qt/drawing/painted_item.h"
 #include "platform/qt/mirror.h"
-#include "platform/qt/painted_item.h"
 
 namespace qt {
 

@@ -8,8 +8,8 @@
 #include <QWheelEvent>
 #include <optional>
 
-#include "platform/qt/scroll_item.h"
-#include "platform/ui/text_input.h"
+#include "platform/qt/items/scroll_item.h"
+#include "platform/ui/controls/text_input.h"
 
 namespace qt {
 

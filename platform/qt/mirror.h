@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/qt/view_item.h"
+#include "platform/qt/items/view_item.h"
 #include "platform/ui/application.h"
 
 namespace qt {

@@ -9,16 +9,16 @@
 #include <stdexcept>
 
 #include "platform/base/platform.h"
-#include "platform/qt/accessible_tree.h"
-#include "platform/qt/colors.h"
+#include "platform/qt/access/accessible_tree.h"
+#include "platform/qt/drawing/colors.h"
+#include "platform/qt/drawing/image_store.h"
+#include "platform/qt/drawing/qt_text_engine.h"
 #include "platform/qt/focus_ring.h"
-#include "platform/qt/image_store.h"
 #include "platform/qt/input_router.h"
+#include "platform/qt/items/qml_parts.h"
 #include "platform/qt/mirror.h"
 #include "platform/qt/notifier.h"
 #include "platform/qt/phone_window.h"
-#include "platform/qt/qml_parts.h"
-#include "platform/qt/qt_text_engine.h"
 #include "platform/ui/application.h"
 
 namespace qt {

@@ -7,7 +7,7 @@
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/text_input.h"
 
 namespace ui {
 

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/animation.h"
-#include "platform/ui/dialog.h"
-#include "platform/ui/hud.h"
 #include "platform/ui/input.h"
+#include "platform/ui/overlays/dialog.h"
+#include "platform/ui/overlays/hud.h"
 #include "platform/ui/screen.h"
 #include "platform/ui/text_engine.h"
+#include "platform/ui/tree/animation.h"
 #include "platform/ui/window.h"
 
 namespace ui {

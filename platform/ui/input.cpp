@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include "platform/base/platform.h"
-#include "platform/ui/accessibility.h"
 #include "platform/ui/application.h"
-#include "platform/ui/finder.h"
-#include "platform/ui/style.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/reading/finder.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 

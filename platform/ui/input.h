@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/ui/drawer_controller.h"
-#include "platform/ui/scroll_view.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/pages/drawer_controller.h"
 
 namespace ui {
 

@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/ui/geometry.h"
-#include "platform/ui/image.h"
-#include "platform/ui/style.h"
+#include "platform/ui/values/geometry.h"
+#include "platform/ui/values/image.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 

@@ -5,8 +5,8 @@
 
 #include <string_view>
 
-#include "platform/ui/geometry.h"
-#include "platform/ui/rich_text.h"
+#include "platform/ui/values/geometry.h"
+#include "platform/ui/values/rich_text.h"
 
 namespace ui {
 

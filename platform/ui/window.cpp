@@ -1,7 +1,7 @@
 #include "platform/ui/window.h"
 
 #include "platform/ui/application.h"
-#include "platform/ui/style.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 

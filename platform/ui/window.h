@@ -4,7 +4,7 @@
 // are the screen's.
 #pragma once
 
-#include "platform/ui/view_controller.h"
+#include "platform/ui/pages/view_controller.h"
 
 namespace ui {
 

@@ -2,10 +2,10 @@
 
 #include "runtime/core/class_table.h"
 #include "runtime/core/common.h"
-#include "runtime/data/date_time.h"
-#include "runtime/data/dateutils.h"
-#include "runtime/data/key_value_store.h"
-#include "runtime/data/period.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
+#include "runtime/data/dates/period.h"
+#include "runtime/data/store/key_value_store.h"
 
 namespace kes {
 

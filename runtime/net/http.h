@@ -10,7 +10,7 @@
 // the platform does. Main thread.
 #pragma once
 
-#include "platform/base/url_session.h"
+#include "platform/url/url_session.h"
 #include "runtime/core/kes.h"
 #include "runtime/net/http_request.h"
 #include "runtime/net/http_response.h"

@@ -1,6 +1,6 @@
 #include "runtime/net/http_request.h"
 
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 
 namespace kes {
 

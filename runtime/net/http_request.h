@@ -6,7 +6,7 @@
 // Initialize, and what the file service throws for a body's file. Main thread.
 #pragma once
 
-#include "platform/base/url_request.h"
+#include "platform/url/url_request.h"
 #include "runtime/core/array.h"
 #include "runtime/core/class_table.h"
 #include "runtime/core/wrapper.h"

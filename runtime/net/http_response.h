@@ -9,10 +9,10 @@
 
 #include <memory>
 
-#include "platform/base/url_body.h"
-#include "platform/base/url_request.h"
+#include "platform/url/url_body.h"
+#include "platform/url/url_request.h"
 #include "runtime/core/map.h"
-#include "runtime/data/input_stream.h"
+#include "runtime/data/files/input_stream.h"
 
 namespace kes {
 

@@ -16,7 +16,7 @@
 
 #include "runtime/core/list.h"
 #include "runtime/core/module.h"
-#include "runtime/data/bitmap.h"
+#include "runtime/data/files/bitmap.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/net/multipart_file_data.h"
 

@@ -1,7 +1,7 @@
 #include "runtime/net/multipart_body.h"
 
 #include "runtime/core/common.h"
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 
 namespace kes {
 

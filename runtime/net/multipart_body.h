@@ -4,7 +4,7 @@
 // escaped. Throws what the file service throws. Used by one thread.
 #pragma once
 
-#include "runtime/data/output_stream.h"
+#include "runtime/data/files/output_stream.h"
 #include "runtime/net/multipart_file_data.h"
 
 namespace kes {

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "list_fixture.h"
-#include "runtime/data/date_time.h"
+#include "runtime/data/dates/date_time.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 

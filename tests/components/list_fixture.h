@@ -7,8 +7,8 @@
 #include "components/customlistview.h"
 #include "components/register_components.h"
 #include "runtime/data/register_data.h"
-#include "runtime/views/font.h"
-#include "runtime/views/page.h"
+#include "runtime/views/base/font.h"
+#include "runtime/views/pages/page.h"
 #include "runtime/views/register_views.h"
 #include "tests/support/headless_phone.h"
 

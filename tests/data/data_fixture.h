@@ -7,8 +7,8 @@
 #include <string>
 
 #include "runtime/core/exception.h"
-#include "runtime/data/date_time.h"
-#include "runtime/data/dateutils.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
 #include "runtime/data/register_data.h"
 #include "tests/support/test_platform.h"
 

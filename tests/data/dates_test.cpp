@@ -1,7 +1,7 @@
 #include "data_fixture.h"
 #include "runtime/core/class_table.h"
 #include "runtime/core/common.h"
-#include "runtime/data/platform_date.h"
+#include "runtime/data/dates/platform_date.h"
 
 using kes::DateTime;
 using kes::kes_dateutils;

@@ -7,8 +7,8 @@
 
 #include "data_fixture.h"
 #include "runtime/core/common.h"
-#include "runtime/data/file.h"
-#include "runtime/data/platform_date.h"
+#include "runtime/data/dates/platform_date.h"
+#include "runtime/data/files/file.h"
 
 namespace fs = std::filesystem;
 using kes::File;

@@ -8,9 +8,9 @@
 #include "runtime/core/array.h"
 #include "runtime/core/common.h"
 #include "runtime/core/string_builder.h"
-#include "runtime/data/json_generator.h"
-#include "runtime/data/json_parser.h"
-#include "runtime/data/json_reader.h"
+#include "runtime/data/json/json_generator.h"
+#include "runtime/data/json/json_parser.h"
+#include "runtime/data/json/json_reader.h"
 
 using kes::ArrayStore;
 using kes::Dictionary;

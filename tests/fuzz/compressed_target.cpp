@@ -1,8 +1,8 @@
 // Bytes as they are compressed, and as they would come out of compression.
 #include <algorithm>
 
-#include "runtime/data/compressed_streams.h"
-#include "runtime/data/serializer.h"
+#include "runtime/data/bytes/compressed_streams.h"
+#include "runtime/data/serialized/serializer.h"
 #include "target.h"
 
 using kes::KesCompressedStreams, kes::KesSerializator;

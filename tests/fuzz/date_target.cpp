@@ -1,8 +1,8 @@
 // Three lines, pattern, text and time text; what follows is numbers.
 #include <cstring>
 
-#include "runtime/data/date_time.h"
-#include "runtime/data/dateutils.h"
+#include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
 #include "target.h"
 
 namespace {

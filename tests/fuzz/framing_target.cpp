@@ -3,7 +3,7 @@
 
 #include "platform/base/platform.h"
 #include "runtime/core/module.h"
-#include "runtime/data/async_streams.h"
+#include "runtime/data/framing/async_streams.h"
 #include "target.h"
 
 namespace {

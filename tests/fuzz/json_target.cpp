@@ -1,5 +1,5 @@
 // A text as one JSON document.
-#include "runtime/data/json_parser.h"
+#include "runtime/data/json/json_parser.h"
 #include "target.h"
 
 void fuzz::json(Bytes input) {

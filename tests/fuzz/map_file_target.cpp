@@ -1,5 +1,5 @@
 // A file of "key=value" lines.
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 #include "target.h"
 #include "tests/support/test_platform.h"
 

@@ -1,7 +1,7 @@
 // Lines by twos, name and value of a form's fields; the rest is a file's contents.
 #include <vector>
 
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 #include "runtime/net/multipart_body.h"
 #include "target.h"
 #include "tests/support/test_platform.h"

@@ -1,6 +1,6 @@
 // Bytes as one serialized value, and as one that a random access file holds.
-#include "runtime/data/random_access_file.h"
-#include "runtime/data/serializer.h"
+#include "runtime/data/serialized/random_access_file.h"
+#include "runtime/data/serialized/serializer.h"
 #include "target.h"
 
 using kes::KesSerializator;

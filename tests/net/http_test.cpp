@@ -3,7 +3,7 @@
 #include "lighttpd.h"
 #include "net_fixture.h"
 #include "nginx.h"
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 #include "tests/support/raw_server.h"
 #include "townhost/town_host.h"
 

@@ -3,7 +3,7 @@
 #include <future>
 
 #include "net_fixture.h"
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 #include "runtime/net/string_utils.h"
 #include "tests/support/raw_server.h"
 #include "townhost/town_host.h"

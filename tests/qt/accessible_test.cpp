@@ -4,12 +4,12 @@
 #include <QQuickWindow>
 
 #include "desk.h"
-#include "platform/ui/button.h"
-#include "platform/ui/controls.h"
-#include "platform/ui/drawer_controller.h"
-#include "platform/ui/navigation_controller.h"
-#include "platform/ui/scroll_view.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/controls.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/pages/drawer_controller.h"
+#include "platform/ui/pages/navigation_controller.h"
 
 class Reader : public Desk {
  protected:

@@ -20,7 +20,7 @@
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
-#include "platform/ui/label.h"
+#include "platform/ui/controls/label.h"
 
 class Desk : public testing::Test {
  protected:

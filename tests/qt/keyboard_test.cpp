@@ -3,10 +3,10 @@
 #include <QQuickWindow>
 
 #include "desk.h"
-#include "platform/ui/button.h"
-#include "platform/ui/scroll_view.h"
-#include "platform/ui/style.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/values/style.h"
 
 class Keys : public Desk {
  protected:

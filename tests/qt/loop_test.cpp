@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "desk.h"
-#include "platform/ui/button.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/text_input.h"
 
 using Loop = Desk;
 

@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "desk.h"
-#include "platform/ui/button.h"
-#include "platform/ui/image_view.h"
-#include "platform/ui/indicators.h"
-#include "platform/ui/scroll_view.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/image_view.h"
+#include "platform/ui/controls/indicators.h"
+#include "platform/ui/controls/scroll_view.h"
 
 static constexpr ui::Color kRed{0xFFFF0000}, kGreen{0xFF00FF00}, kBlue{0xFF0000FF};
 

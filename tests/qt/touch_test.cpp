@@ -3,11 +3,11 @@
 #include <QTest>
 
 #include "desk.h"
-#include "platform/ui/button.h"
-#include "platform/ui/controls.h"
-#include "platform/ui/drawer_controller.h"
-#include "platform/ui/pickers.h"
-#include "platform/ui/scroll_view.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/controls.h"
+#include "platform/ui/controls/pickers.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/pages/drawer_controller.h"
 
 class Touching : public Desk {
  protected:

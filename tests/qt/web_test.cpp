@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "desk.h"
-#include "platform/ui/scroll_view.h"
-#include "platform/ui/web_view.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/web_view.h"
 
 class Pages : public Desk {
  protected:

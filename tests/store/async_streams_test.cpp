@@ -1,4 +1,4 @@
-#include "runtime/data/async_streams.h"
+#include "runtime/data/framing/async_streams.h"
 
 #include <poll.h>
 #include <sys/socket.h>

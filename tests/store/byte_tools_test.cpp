@@ -2,11 +2,11 @@
 
 #include <random>
 
-#include "runtime/data/byte_converter.h"
-#include "runtime/data/compressed_streams.h"
-#include "runtime/data/file.h"
-#include "runtime/data/random_access_file.h"
-#include "runtime/data/serializer.h"
+#include "runtime/data/bytes/byte_converter.h"
+#include "runtime/data/bytes/compressed_streams.h"
+#include "runtime/data/files/file.h"
+#include "runtime/data/serialized/random_access_file.h"
+#include "runtime/data/serialized/serializer.h"
 #include "store_support.h"
 
 using namespace store_test;

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <new>
 
-#include "runtime/data/compressed_streams.h"
-#include "runtime/data/serializer.h"
-#include "runtime/data/value_reader.h"
+#include "runtime/data/bytes/compressed_streams.h"
+#include "runtime/data/serialized/serializer.h"
+#include "runtime/data/serialized/value_reader.h"
 #include "store_support.h"
 
 namespace {

@@ -1,9 +1,9 @@
-#include "runtime/data/key_value_store.h"
+#include "runtime/data/store/key_value_store.h"
 
 #include <thread>
 
-#include "runtime/data/file.h"
-#include "runtime/data/serializer.h"
+#include "runtime/data/files/file.h"
+#include "runtime/data/serialized/serializer.h"
 #include "store_support.h"
 
 using namespace store_test;

@@ -1,8 +1,8 @@
-#include "runtime/data/serializer.h"
+#include "runtime/data/serialized/serializer.h"
 
 #include "runtime/core/string_builder.h"
-#include "runtime/data/byte_converter.h"
-#include "runtime/data/compressed_streams.h"
+#include "runtime/data/bytes/byte_converter.h"
+#include "runtime/data/bytes/compressed_streams.h"
 #include "store_support.h"
 
 using namespace store_test;

@@ -1,8 +1,8 @@
-#include "runtime/data/sql.h"
+#include "runtime/data/store/sql.h"
 
 #include <thread>
 
-#include "runtime/data/file.h"
+#include "runtime/data/files/file.h"
 #include "store_support.h"
 
 using namespace store_test;

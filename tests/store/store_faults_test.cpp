@@ -11,7 +11,7 @@
 #include <random>
 #include <sstream>
 
-#include "runtime/data/key_value_store.h"
+#include "runtime/data/store/key_value_store.h"
 #include "store_support.h"
 
 extern char** environ;

@@ -18,9 +18,9 @@
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "runtime/core/array.h"
-#include "runtime/data/file.h"
-#include "runtime/data/key_value_store.h"
+#include "runtime/data/files/file.h"
 #include "runtime/data/register_data.h"
+#include "runtime/data/store/key_value_store.h"
 
 namespace {
 

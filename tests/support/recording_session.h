@@ -12,8 +12,8 @@
 #include <mutex>
 #include <string>
 
-#include "platform/base/url_session.h"
 #include "platform/base/work_queue.h"
+#include "platform/url/url_session.h"
 
 namespace testing_support {
 

@@ -1,14 +1,14 @@
-#include "platform/ui/dump.h"
+#include "platform/ui/reading/dump.h"
 
 #include "phone.h"
-#include "platform/ui/accessibility.h"
-#include "platform/ui/button.h"
-#include "platform/ui/controls.h"
-#include "platform/ui/finder.h"
-#include "platform/ui/navigation_controller.h"
-#include "platform/ui/scroll_view.h"
-#include "platform/ui/text_input.h"
-#include "platform/ui/web_view.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/controls.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/controls/web_view.h"
+#include "platform/ui/pages/navigation_controller.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/reading/finder.h"
 
 namespace ui {
 namespace {

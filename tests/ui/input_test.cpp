@@ -1,10 +1,10 @@
 #include "phone.h"
-#include "platform/ui/accessibility.h"
-#include "platform/ui/button.h"
-#include "platform/ui/controls.h"
-#include "platform/ui/scroll_view.h"
-#include "platform/ui/table_view.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/controls.h"
+#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/table_view.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/reading/accessibility.h"
 
 namespace ui {
 namespace {

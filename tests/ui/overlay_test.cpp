@@ -1,8 +1,8 @@
 #include "phone.h"
 #include "platform/base/log.h"
-#include "platform/ui/accessibility.h"
-#include "platform/ui/finder.h"
-#include "platform/ui/text_input.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/reading/finder.h"
 
 namespace ui {
 namespace {

@@ -1,9 +1,9 @@
 #include "phone.h"
-#include "platform/ui/accessibility.h"
-#include "platform/ui/drawer_controller.h"
-#include "platform/ui/finder.h"
-#include "platform/ui/navigation_controller.h"
-#include "platform/ui/style.h"
+#include "platform/ui/pages/drawer_controller.h"
+#include "platform/ui/pages/navigation_controller.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/reading/finder.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 namespace {

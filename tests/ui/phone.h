@@ -9,7 +9,7 @@
 #include "platform/headless/fixed_text_engine.h"
 #include "platform/headless/headless_pump.h"
 #include "platform/ui/application.h"
-#include "platform/ui/label.h"
+#include "platform/ui/controls/label.h"
 
 namespace ui {
 

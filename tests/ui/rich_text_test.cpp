@@ -1,8 +1,8 @@
-#include "platform/ui/rich_text.h"
+#include "platform/ui/values/rich_text.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/ui/web_view.h"
+#include "platform/ui/controls/web_view.h"
 
 namespace ui {
 namespace {

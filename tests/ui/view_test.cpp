@@ -1,9 +1,9 @@
 #include <set>
 
 #include "phone.h"
-#include "platform/ui/button.h"
-#include "platform/ui/image_view.h"
-#include "platform/ui/scroll_view.h"
+#include "platform/ui/controls/button.h"
+#include "platform/ui/controls/image_view.h"
+#include "platform/ui/controls/scroll_view.h"
 
 namespace ui {
 namespace {

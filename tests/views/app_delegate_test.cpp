@@ -1,6 +1,6 @@
 #include "runtime/core/array.h"
-#include "runtime/views/application_wrapper.h"
-#include "runtime/views/message_box.h"
+#include "runtime/views/app/application_wrapper.h"
+#include "runtime/views/dialogs/message_box.h"
 #include "views_fixture.h"
 
 namespace kes {

@@ -1,8 +1,8 @@
-#include "platform/ui/finder.h"
-#include "runtime/data/bitmap.h"
-#include "runtime/views/custom_dialog.h"
-#include "runtime/views/hud.h"
-#include "runtime/views/message_box.h"
+#include "platform/ui/reading/finder.h"
+#include "runtime/data/files/bitmap.h"
+#include "runtime/views/dialogs/custom_dialog.h"
+#include "runtime/views/dialogs/hud.h"
+#include "runtime/views/dialogs/message_box.h"
 #include "views_fixture.h"
 
 namespace kes {

@@ -1,5 +1,5 @@
 // What a damaged layout file can do: nothing but fail, with a bounded use of memory.
-#include "runtime/views/data_input_stream.h"
+#include "runtime/views/layout/data_input_stream.h"
 #include "views_fixture.h"
 
 namespace kes {

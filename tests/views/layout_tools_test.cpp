@@ -1,9 +1,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "runtime/views/label_wrapper.h"
-#include "runtime/views/scroll_view_wrapper.h"
-#include "runtime/views/web_view_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
+#include "runtime/views/wrappers/scroll_view_wrapper.h"
+#include "runtime/views/wrappers/web_view_wrapper.h"
 #include "tools/layout_printer.h"
 #include "views_fixture.h"
 

@@ -1,9 +1,9 @@
 #include <cmath>
 
-#include "runtime/views/button_wrapper.h"
-#include "runtime/views/kex_view_wrapper.h"
-#include "runtime/views/label_wrapper.h"
-#include "runtime/views/text_field_wrapper.h"
+#include "runtime/views/wrappers/button_wrapper.h"
+#include "runtime/views/wrappers/kex_view_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
+#include "runtime/views/wrappers/text_field_wrapper.h"
 #include "views_fixture.h"
 
 namespace kes {

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <new>
 
-#include "runtime/views/kex_view_wrapper.h"
-#include "runtime/views/label_wrapper.h"
+#include "runtime/views/wrappers/kex_view_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
 #include "views_fixture.h"
 
 namespace {

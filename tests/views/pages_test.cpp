@@ -1,7 +1,7 @@
-#include "runtime/views/bar_button_item.h"
-#include "runtime/views/device.h"
-#include "runtime/views/side_menu.h"
-#include "runtime/views/text_field_wrapper.h"
+#include "runtime/views/base/device.h"
+#include "runtime/views/pages/bar_button_item.h"
+#include "runtime/views/pages/side_menu.h"
+#include "runtime/views/wrappers/text_field_wrapper.h"
 #include "views_fixture.h"
 
 namespace kes {

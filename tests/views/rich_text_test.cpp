@@ -1,6 +1,6 @@
-#include "runtime/views/cs_builder.h"
-#include "runtime/views/label_wrapper.h"
-#include "runtime/views/rich_string.h"
+#include "runtime/views/richtext/cs_builder.h"
+#include "runtime/views/richtext/rich_string.h"
+#include "runtime/views/wrappers/label_wrapper.h"
 #include "views_fixture.h"
 
 namespace kes {

@@ -1,0 +1,153 @@
+#include "platform/qt/access/accessible_tree.h"
+
+#include <QQuickWindow>
+#include <algorithm>
+
+#include "platform/qt/access/accessible_element.h"
+#include "platform/qt/mirror.h"
+#include "platform/qt/phone_window.h"
+#include "platform/ui/application.h"
+
+namespace qt {
+
+namespace {
+
+constexpr int kDelay = 100;       // milliseconds behind the view tree
+constexpr int kSaid = 5000;       // after that an announcement is no longer found
+constexpr int kMostEvents = 200;  // beyond, a reader had better look for itself
+
+std::vector<AccessibleTree*>& trees() {
+  static std::vector<AccessibleTree*> all;
+  return all;
+}
+
+QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
+  if (className != QLatin1String(PhoneWindow::staticMetaObject.className())) return nullptr;
+  return AccessibleTree::of(object) ? new WindowAccessible(object) : nullptr;
+}
+
+}  // namespace
+
+AccessibleTree::AccessibleTree(Stage& stage, QQuickWindow& window, const Mirror& mirror)
+    : stage_(stage), window_(window), mirror_(mirror) {
+  if (trees().empty()) QAccessible::installFactory(makeAccessible);
+  trees().push_back(this);
+  later_.setSingleShot(true);
+  later_.setInterval(kDelay);
+  QObject::connect(&later_, &QTimer::timeout, &window, [this] { rebuild(); });
+  forget_.setSingleShot(true);
+  forget_.setInterval(kSaid);
+  QObject::connect(&forget_, &QTimer::timeout, &window,
+                   [this] { static_cast<AnnouncerAccessible*>(announcer_)->said.clear(); });
+  focusLater_.setSingleShot(true);
+  QObject::connect(&focusLater_, &QTimer::timeout, &window, [this] {
+    rebuild();
+    if (auto* now = focused()) tell(QAccessible::Focus, now);
+  });
+}
+
+AccessibleTree::~AccessibleTree() {
+  std::erase(trees(), this);
+  if (trees().empty()) QAccessible::removeFactory(makeAccessible);
+  for (auto& [view, accessible] : made_)
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
+  if (announcer_) QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(announcer_));
+}
+
+AccessibleTree* AccessibleTree::of(const QObject* window) {
+  for (auto* tree : trees())
+    if (&tree->window_ == window) return tree;
+  return nullptr;
+}
+
+QAccessibleInterface* AccessibleTree::root() const {
+  return QAccessible::queryAccessibleInterface(&window_);
+}
+
+QAccessibleInterface* AccessibleTree::focused() const {
+  auto* app = ui::Application::current();
+  const auto it = app ? made_.find(app->focused()) : made_.end();
+  return it == made_.end() ? nullptr : it->second;
+}
+
+void AccessibleTree::changed() {
+  if (built_ && !later_.isActive()) later_.start();
+}
+
+void AccessibleTree::focusMoved() {
+  if (built_ && QAccessible::isActive()) focusLater_.start(0);
+}
+
+void AccessibleTree::announce(const std::string& text) {
+  if (!built_) return;
+  static_cast<AnnouncerAccessible*>(announcer_)->said = QString::fromStdString(text);
+  tell(QAccessible::NameChanged, announcer_);
+  tell(QAccessible::Alert, announcer_);
+  forget_.start();
+}
+
+void AccessibleTree::tell(QAccessible::Event event, QAccessibleInterface* about) {
+  if (!QAccessible::isActive()) return;
+  QAccessibleEvent e(about, event);
+  QAccessible::updateAccessibility(&e);
+}
+
+void AccessibleTree::ensureBuilt() {
+  if (built_) return;
+  built_ = true;
+  announcer_ = new AnnouncerAccessible(*this);
+  QAccessible::registerAccessibleInterface(announcer_);
+  rebuild();
+}
+
+void AccessibleTree::rebuild() {
+  auto* app = ui::Application::current();
+  std::vector<Node> nodes;
+  std::vector<ui::Ref<ui::View>> views;  // of the nodes
+  std::unordered_map<const ui::View*, int> at;
+  if (app)
+    for (const auto& window : app->windows())
+      for (const auto& e : ui::accessibilityTree(*window)) {
+        at[e.view.get()] = static_cast<int>(nodes.size());
+        nodes.push_back({ui::WeakRef<ui::View>(e.view), e.role, QString::fromStdString(e.name)});
+        views.push_back(e.view);
+      }
+  // What is gone, or another view at the same address.
+  for (auto it = made_.begin(); it != made_.end();) {
+    ElementAccessible* accessible = it->second;
+    const auto view = accessible->view();
+    if (view && at.count(view.get())) {
+      ++it;
+    } else {
+      accessible->index = -1;
+      it = made_.erase(it);
+      QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
+    }
+  }
+  std::vector<QAccessibleInterface*> fresh, renamed;
+  std::vector<int> top;
+  for (int i = 0; i < static_cast<int>(nodes.size()); ++i) {
+    Node& node = nodes[static_cast<std::size_t>(i)];
+    const auto& view = views[static_cast<std::size_t>(i)];
+    auto& made = made_[view.get()];
+    if (!made) {
+      made = new ElementAccessible(*this, *view);
+      QAccessible::registerAccessibleInterface(made);
+      fresh.push_back(made);
+    } else if (nodes_[static_cast<std::size_t>(made->index)].name != node.name) {
+      renamed.push_back(made);
+    }
+    made->index = i;
+    node.accessible = made;
+    for (const auto* v = view->parent(); v && node.parent < 0; v = v->parent())
+      if (const auto found = at.find(v); found != at.end()) node.parent = found->second;
+    (node.parent < 0 ? top : nodes[static_cast<std::size_t>(node.parent)].children).push_back(i);
+  }
+  nodes_ = std::move(nodes);
+  top_ = std::move(top);
+  if (fresh.size() <= kMostEvents)
+    for (auto* element : fresh) tell(QAccessible::ObjectCreated, element);
+  for (auto* element : renamed) tell(QAccessible::NameChanged, element);
+}
+
+}  // namespace qt

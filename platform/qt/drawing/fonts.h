@@ -1,0 +1,15 @@
+// The house's fonts as the toolkit's. The system faces are one sans-serif family; icon
+// families are looked for among the installed fonts. Kept for the life of the process;
+// main thread, points.
+#pragma once
+
+#include <QFont>
+
+#include "platform/ui/values/font.h"
+
+namespace qt {
+
+// Metrics don't depend on the screen's scale: a text breaks alike on each.
+const QFont& toQFont(const ui::Font& font);
+
+}  // namespace qt

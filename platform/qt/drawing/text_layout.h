@@ -1,0 +1,68 @@
+// One text laid out: broken into lines, cut with an ellipsis where there is no room,
+// aligned, ready to be measured and painted. The one engine behind measuring and
+// drawing. Main thread, points; nothing here throws.
+#pragma once
+
+#include <QString>
+#include <QTextLayout>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/ui/values/geometry.h"
+#include "platform/ui/values/rich_text.h"
+
+class QPainter;
+
+namespace qt {
+
+class TextLayout {
+ public:
+  struct Style {
+    ui::Font font;
+    ui::Color color = ui::kBlack;
+    ui::TextAlign alignment = ui::TextAlign::Left;
+    double width = 0;    // 0: no limit
+    int maxLines = 0;    // 0: no limit; one line isn't wrapped
+    bool elide = false;  // an ellipsis where text is left out, within the width
+    double zoom = 1;     // of all fonts
+    double leading = 0;  // room between lines, in line heights, half above and half below
+  };
+
+  TextLayout(std::string_view text, const Style& style);
+  // Text of several sizes is set with a little leading where the style has none.
+  TextLayout(const ui::AttributedText& text, const Style& style);
+
+  // The rounded-up size of the lines. Its width is that of the longest.
+  ui::Size size() const;
+  double naturalWidth() const { return width_; }
+  // A word was too long for a line and goes on in the next.
+  bool breaksWords() const { return breaksWords_; }
+  // With the first line's top left at a place; lines are aligned within style.width.
+  void paint(QPainter& painter, double x, double y) const;
+  // The link at a place in the text, empty where there is none.
+  std::string linkAt(ui::Point p) const;
+
+ private:
+  struct Paragraph {
+    int start, end;  // 16-bit units, without the break
+    ui::TextAlign alignment;
+  };
+  void layOut();
+  void addFormats(const ui::AttributedText& text);
+  void findParagraphs(const ui::AttributedText* text);
+  void breakWell(QTextLine& line);
+  bool cut();
+  void alignLines();
+  ui::TextAlign alignmentAt(int position) const;
+
+  Style style_;
+  QString text_;
+  QList<QTextLayout::FormatRange> formats_;
+  std::vector<Paragraph> paragraphs_;
+  std::unique_ptr<QTextLayout> layout_;
+  double width_ = 0, height_ = 0;
+  bool overfull_ = false, breaksWords_ = false;
+};
+
+}  // namespace qt

@@ -1,0 +1,65 @@
+#include "platform/qt/items/view_item.h"
+
+#include "platform/qt/items/button_item.h"
+#include "platform/qt/items/choice_items.h"
+#include "platform/qt/items/control_item.h"
+#include "platform/qt/items/editor_item.h"
+#include "platform/qt/items/image_item.h"
+#include "platform/qt/items/indicator_items.h"
+#include "platform/qt/items/label_item.h"
+#include "platform/qt/items/scroll_item.h"
+#include "platform/qt/items/web_item.h"
+
+namespace qt {
+
+void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origin) {
+  ui::View& view = seen.view;
+  // Both edges lie on the pixel grid: neighbours meet, and a line keeps its width.
+  const ui::Rect at = seen.frame.movedBy(ui::Point{} - origin);
+  const QPointF corner(snapped(at.x), snapped(at.y));
+  setPosition(corner);
+  setSize({snapped(at.right()) - corner.x(), snapped(at.bottom()) - corner.y()});
+  const ui::Size former = std::exchange(frameSize_, seen.frame.size());
+  setClip(view.clipsToBounds());
+  setLook(lookOf(view, seen.background));
+  setVisible(true);
+  const ui::Rect visible =
+      seen.clip.intersection(seen.frame).movedBy(ui::Point{} - seen.frame.origin());
+  const bool moved = followsClip() && visible != visible_;
+  visible_ = visible;
+  const bool fresh = std::exchange(stale_, false);
+  if (fresh) changed = ui::Change::All;
+  if (fresh || moved || former != frameSize_ || changed != ui::Change::None || wantsSync())
+    sync(view, changed);
+}
+
+BoxLook ViewItem::lookOf(const ui::View& view, ui::Color background) const {
+  return {background, view.border(), view.shadow()};
+}
+
+void ViewItem::scaleChanged() {
+  stale_ = true;
+  stage_.changed();
+}
+
+std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view) {
+  if (dynamic_cast<ui::Label*>(&view)) return std::make_unique<LabelItem>(stage, view);
+  if (dynamic_cast<ui::Button*>(&view)) return std::make_unique<ButtonItem>(stage, view);
+  if (dynamic_cast<ui::ImageView*>(&view)) return std::make_unique<ImageItem>(stage, view);
+  if (dynamic_cast<ui::ScrollView*>(&view)) return std::make_unique<ScrollItem>(stage, view);
+  if (dynamic_cast<ui::TextInput*>(&view)) return std::make_unique<EditorItem>(stage, view);
+  if (dynamic_cast<ui::WebView*>(&view)) return std::make_unique<WebItem>(stage, view);
+  if (dynamic_cast<ui::ActivityIndicator*>(&view))
+    return std::make_unique<SpinnerItem>(stage, view);
+  if (dynamic_cast<ui::ProgressView*>(&view)) return std::make_unique<ProgressItem>(stage, view);
+  if (dynamic_cast<ui::Switch*>(&view)) return std::make_unique<SwitchItem>(stage, view);
+  if (dynamic_cast<ui::Slider*>(&view)) return std::make_unique<SliderItem>(stage, view);
+  if (dynamic_cast<ui::Stepper*>(&view)) return std::make_unique<StepperItem>(stage, view);
+  if (dynamic_cast<ui::SegmentedControl*>(&view))
+    return std::make_unique<SegmentsItem>(stage, view);
+  if (dynamic_cast<ui::PickerView*>(&view)) return std::make_unique<PickerItem>(stage, view);
+  if (dynamic_cast<ui::DatePicker*>(&view)) return std::make_unique<DateItem>(stage, view);
+  return std::make_unique<ViewItem>(stage, view);
+}
+
+}  // namespace qt

@@ -1,0 +1,84 @@
+// The item that stands for one visible view. This one shows any view's box; kinds of
+// views with more to show have a class of their own (made by makeViewItem).
+//
+// Owned by the Mirror, which calls show() on each pass in which the view is seen. The
+// view is held weakly: an item may outlive it until the next pass. Main thread, points.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/qt/drawing/painted_item.h"
+#include "platform/ui/window.h"
+
+namespace qt {
+
+class QmlParts;
+class ImageStore;
+
+// What items need of the screen they are on. Lives as long as the screen.
+struct Stage {
+  QmlParts& parts;
+  ImageStore& images;
+  bool firstFrameShown = false;   // nothing slow is begun before
+  std::function<void()> changed;  // an item wants a mirror pass
+  // Runs what calls into the application; what it throws goes to the main queue's
+  // fault handler, not through the toolkit.
+  std::function<void(const std::function<void()>&)> guarded;
+};
+
+class ViewItem : public PaintedItem {
+  Q_OBJECT
+ public:
+  ViewItem(Stage& stage, ui::View& view) : stage_(stage), view_(&view) {}
+
+  ui::Ref<ui::View> view() const { return view_.lock(); }
+  bool standsFor(const ui::View& view) const { return view_.refersTo(&view); }
+
+  // Takes over place, look and content. `origin` is where the parent item's inside has
+  // its top left, in window points.
+  void show(const ui::Visible& seen, ui::Change changed, ui::Point origin);
+
+  // Where the items of the children go, and how far that is moved.
+  virtual QQuickItem* inside() { return this; }
+  virtual ui::Point insideOffset() const { return {}; }
+  // Kept, hidden, while its view isn't seen: it holds what the view doesn't know.
+  virtual bool keepsState() const { return false; }
+  // Its own item takes touches: Qt Quick is to get them too.
+  virtual bool takesTouches() const { return false; }
+  // …and makes of them what a tap on the view would.
+  virtual bool ownsTaps() const { return false; }
+  // What gets the keyboard while the view is focused; null: the view tree itself.
+  virtual QQuickItem* keyboardItem() { return nullptr; }
+  // The toolkit's own accessible object for what is inside (text, web page), or null.
+  virtual QObject* accessibleInside() { return nullptr; }
+  // Something moves by itself or is still to come.
+  virtual bool busy() const { return false; }
+
+ protected:
+  // The view's kind-specific content. Not called when nothing changed and the size and
+  // the clip are the same.
+  virtual void sync(ui::View& /*view*/, ui::Change /*changed*/) {}
+  virtual BoxLook lookOf(const ui::View& view, ui::Color background) const;
+  // The part of the item that can be seen, in its own points, as of the last show().
+  const ui::Rect& visibleArea() const { return visible_; }
+  // The view's size as seen, which the item's is rounded from.
+  ui::Size frameSize() const { return frameSize_; }
+  // Needs a sync() when another part of it can be seen.
+  virtual bool followsClip() const { return false; }
+  // Has waited for something of the screen's that has come about.
+  virtual bool wantsSync() const { return false; }
+  void scaleChanged() override;
+  Stage& stage() const { return stage_; }
+
+ private:
+  Stage& stage_;
+  ui::WeakRef<ui::View> view_;
+  ui::Rect visible_;
+  ui::Size frameSize_;
+  bool stale_ = true;
+};
+
+std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view);
+
+}  // namespace qt

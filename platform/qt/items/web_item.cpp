@@ -1,0 +1,170 @@
+#include "platform/qt/items/web_item.h"
+
+#include <QColor>
+#include <QDir>
+#include <QQmlEngine>
+#include <QVariant>
+
+#include "platform/base/platform.h"
+#include "platform/qt/drawing/colors.h"
+#include "platform/qt/items/qml_parts.h"
+#include "platform/ui/application.h"
+
+namespace qt {
+
+namespace {
+
+// The engine takes html as an address, and no longer one than this.
+constexpr qsizetype kLongestAddress = 2000000;
+// A page that draws nothing new never says that it has drawn.
+constexpr int kPaintPatience = 1000;
+
+}  // namespace
+
+WebItem::WebItem(Stage& stage, ui::View& view) : ViewItem(stage, view) {
+  QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+  paintGuard_.setSingleShot(true);
+  paintGuard_.setInterval(kPaintPatience);
+  connect(&paintGuard_, &QTimer::timeout, this, &WebItem::painted);
+}
+
+WebItem::~WebItem() {
+  if (page_) page_->disconnect(this);
+}
+
+QObject* WebItem::accessibleInside() { return page_.get(); }
+
+bool WebItem::begin() {
+  if (page_) return true;
+  if (failed_ || !stage().firstFrameShown) return false;
+  page_ = stage().parts.make(QStringLiteral("WebPage"));
+  failed_ = !page_;
+  if (failed_) return false;
+  page_->setProperty("gate", QVariant::fromValue<QObject*>(this));
+  connect(page_.get(), SIGNAL(loaded(bool, QUrl)), this, SLOT(loaded(bool, QUrl)));
+  connect(page_.get(), SIGNAL(painted()), this, SLOT(painted()));
+  connect(page_.get(), SIGNAL(posted(QString)), this, SLOT(posted(QString)));
+  connect(page_.get(), SIGNAL(read(QString)), this, SLOT(read(QString)));
+  connect(page_.get(), SIGNAL(alerted(QString)), this, SLOT(alerted(QString)));
+  connect(page_.get(), SIGNAL(lost()), this, SLOT(lost()));
+  connect(page_.get(), &QQuickItem::activeFocusChanged, this, [this] {
+    const auto held = this->view();
+    if (held && page_->hasActiveFocus() && !held->isFocused())
+      stage().guarded([&] { held->requestFocus(); });
+  });
+  return true;
+}
+
+void WebItem::sync(ui::View& view, ui::Change) {
+  auto& web = static_cast<ui::WebView&>(view);
+  // Nothing to show starts no engine.
+  if (web.request().serial == 0) return;
+  if (!begin()) {
+    loading_ = !failed_;
+    if (failed_ && serial_ != web.request().serial) {
+      serial_ = web.request().serial;
+      stage().guarded([&] { web.finished(serial_, false, web.request().url); });
+    }
+    return;
+  }
+  if (page_->parentItem() != this) page_->setParentItem(this);
+  page_->setSize(size());
+  const ui::Color back = web.background().transparent() ? ui::kWhite : web.background();
+  page_->setProperty("backgroundColor", toQColor(back));
+  page_->setProperty("scalesToFit", web.scalesToFit());
+  if (web.request().serial != serial_) load(web);
+  for (auto& script : web.takeScripts()) scripts_.push_back(std::move(script));
+  if (loading_) return;
+  for (const auto& script : std::exchange(scripts_, {}))
+    QMetaObject::invokeMethod(page_.get(), "run", Q_ARG(QVariant, QString::fromStdString(script)));
+}
+
+void WebItem::load(ui::WebView& web) {
+  serial_ = web.request().serial;
+  loading_ = true;
+  const auto request = web.request();
+  if (request.isHtml) return loadHtml(request);
+  bool allowed = true;
+  stage().guarded([&] { allowed = web.navigationAllowed(request.url); });
+  if (!allowed) {
+    loading_ = false;
+    web.stopLoading();
+    return;
+  }
+  page_->setProperty("trustsFiles", false);
+  page_->setProperty("url", QUrl(QString::fromStdString(request.url)));
+}
+
+void WebItem::loadHtml(const ui::WebView::Request& request) {
+  const QUrl base(QString::fromStdString(request.url));
+  page_->setProperty("trustsFiles", base.isLocalFile());
+  const QString html = QString::fromStdString(request.html);
+  if (QUrl::toPercentEncoding(html).size() < kLongestAddress) {
+    large_.reset();
+    QMetaObject::invokeMethod(page_.get(), "loadHtml", Q_ARG(QString, html), Q_ARG(QUrl, base));
+    return;
+  }
+  const QDir folder(QString::fromStdString(platform::current().folders().temporary));
+  large_ = std::make_unique<QTemporaryFile>(folder.filePath(QStringLiteral("page-XXXXXX.html")));
+  if (!large_->open()) return loaded(false, base);
+  large_->write("<meta charset=\"utf-8\">");
+  if (!base.isEmpty()) large_->write("<base href=\"" + base.toEncoded() + "\">");
+  large_->write(html.toUtf8());
+  large_->close();
+  page_->setProperty("url", QUrl::fromLocalFile(large_->fileName()));
+}
+
+bool WebItem::allows(const QUrl& url) {
+  const auto held = view();
+  bool allowed = false;
+  if (held)
+    stage().guarded([&] {
+      allowed = static_cast<ui::WebView&>(*held).navigationAllowed(
+          url.toString(QUrl::FullyEncoded).toStdString());
+    });
+  return allowed;
+}
+
+void WebItem::loaded(bool success, const QUrl& url) {
+  loading_ = false;
+  painting_ = success;
+  if (success) paintGuard_.start();
+  const auto held = view();
+  if (!held) return;
+  auto& web = static_cast<ui::WebView&>(*held);
+  const auto& request = web.request();
+  const std::string address = request.isHtml && (url.scheme() == QLatin1String("data") || large_)
+                                  ? request.url
+                                  : url.toString(QUrl::FullyEncoded).toStdString();
+  stage().guarded([&] { web.finished(serial_, success, address); });
+  held->markChanged(ui::Change::Content);  // scripts that waited
+  stage().changed();
+}
+
+void WebItem::painted() {
+  paintGuard_.stop();
+  painting_ = false;
+  stage().changed();
+}
+
+void WebItem::posted(const QString& message) {
+  const auto held = view();
+  if (!held) return;
+  if (const auto hook = static_cast<ui::WebView&>(*held).onMessage)
+    stage().guarded([&] { hook(message.toStdString()); });
+}
+
+void WebItem::read(const QString& text) {
+  if (const auto held = view()) static_cast<ui::WebView&>(*held).setPageText(text.toStdString());
+}
+
+void WebItem::alerted(const QString& message) {
+  if (auto* app = ui::Application::current())
+    stage().guarded([&] { app->messageBox({}, message.toStdString(), {"OK"}, {}); });
+}
+
+void WebItem::lost() {
+  if (loading_) loaded(false, page_->property("url").toUrl());
+}
+
+}  // namespace qt

@@ -1,0 +1,59 @@
+// A web view: a page of the browser engine over the view's request. The engine is
+// loaded by the first of these that is seen, after the first frame of the screen. Links
+// go to WebView::navigationAllowed(). Pages may post messages: window.host.post(text).
+//
+// Html with a base of file: may load files and remote addresses; any other html has the
+// rights of its base, or of nothing.
+#pragma once
+
+#include <QTemporaryFile>
+#include <QTimer>
+#include <QUrl>
+
+#include "platform/qt/items/view_item.h"
+#include "platform/ui/controls/web_view.h"
+
+namespace qt {
+
+class WebItem final : public ViewItem {
+  Q_OBJECT
+ public:
+  WebItem(Stage& stage, ui::View& view);
+  ~WebItem() override;
+
+  bool keepsState() const override { return true; }
+  bool takesTouches() const override { return true; }
+  QQuickItem* keyboardItem() override { return page_.get(); }
+  QObject* accessibleInside() override;
+  bool busy() const override { return loading_ || painting_; }
+  bool engineStarted() const { return page_ != nullptr; }
+
+  // Asked by the page; answers whether the address may be loaded.
+  Q_INVOKABLE bool allows(const QUrl& url);
+
+ protected:
+  void sync(ui::View& view, ui::Change changed) override;
+  bool wantsSync() const override { return !page_ && !failed_ && stage().firstFrameShown; }
+
+ private Q_SLOTS:
+  void loaded(bool success, const QUrl& url);
+  void painted();
+  void posted(const QString& message);
+  void read(const QString& text);
+  void alerted(const QString& message);
+  void lost();
+
+ private:
+  bool begin();
+  void load(ui::WebView& view);
+  void loadHtml(const ui::WebView::Request& request);
+
+  std::unique_ptr<QQuickItem> page_;
+  std::unique_ptr<QTemporaryFile> large_;
+  QTimer paintGuard_;
+  std::uint64_t serial_ = 0;
+  bool loading_ = false, painting_ = false, failed_ = false;
+  std::vector<std::string> scripts_;
+};
+
+}  // namespace qt

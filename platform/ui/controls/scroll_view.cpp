@@ -1,0 +1,94 @@
+#include "platform/ui/controls/scroll_view.h"
+
+#include <cmath>
+
+#include "platform/ui/application.h"
+
+namespace ui {
+
+ScrollView::ScrollView() {
+  setClipsToBounds(true);
+  setContent(makeShared<View>());
+}
+
+ScrollView::~ScrollView() = default;
+
+void ScrollView::setContent(Ref<View> content) {
+  if (!content || content == content_) return;
+  if (content_) content_->removeFromParent();
+  content_ = std::move(content);
+  insertSubview(content_, 0);
+  setContentSize(contentSize());
+}
+
+void ScrollView::setContentSize(Size size) {
+  content_->setFrame({0, 0, size.width, size.height});
+  markChanged(Change::Scroll);
+  setNeedsLayout();
+}
+
+Point ScrollView::maxOffset() const {
+  const Size c = contentSize(), v = bounds().size();
+  return {std::max(0.0, c.width - v.width), std::max(0.0, c.height - v.height)};
+}
+
+void ScrollView::setOffset(Point offset) {
+  const Point max = maxOffset();
+  offset = {std::clamp(offset.x, 0.0, max.x), std::clamp(offset.y, 0.0, max.y)};
+  if (offset == offset_) return;
+  offset_ = offset;
+  markChanged(Change::Scroll);
+  Ref<View> pin(this);
+  if (const auto hook = onScroll) hook(offset.x, offset.y);
+}
+
+void ScrollView::scrollTo(Point offset, std::int64_t milliseconds) {
+  auto* app = Application::current();
+  if (!app || milliseconds < 1) return setOffset(offset);
+  const Point from = offset_;
+  app->animator().value(
+      *this, 0, 1,
+      [this, from, offset](double t) {
+        setOffset({from.x + (offset.x - from.x) * t, from.y + (offset.y - from.y) * t});
+      },
+      {milliseconds, Timing::EaseOut});
+}
+
+void ScrollView::scrollToShow(const Rect& area) {
+  const auto move = [](double offset, double visible, double from, double extent) {
+    if (from < offset || extent > visible) return from;
+    return std::max(offset, from + extent - visible);
+  };
+  const Size v = bounds().size();
+  setOffset({move(offset_.x, v.width, area.x, area.width),
+             move(offset_.y, v.height, area.y, area.height)});
+}
+
+void ScrollView::setPaging(bool paging) {
+  if (paging == paging_) return;
+  paging_ = paging;
+  markChanged(Change::Scroll);
+}
+
+void ScrollView::setBounces(bool bounces) {
+  if (bounces == bounces_) return;
+  bounces_ = bounces;
+  markChanged(Change::Scroll);
+}
+
+void ScrollView::setIndicators(bool vertical, bool horizontal) {
+  if (vertical == vertical_ && horizontal == horizontal_) return;
+  vertical_ = vertical;
+  horizontal_ = horizontal;
+  markChanged(Change::Scroll);
+}
+
+void ScrollView::setScrollEnabled(bool enabled) {
+  if (enabled == scrollEnabled_) return;
+  scrollEnabled_ = enabled;
+  markChanged(Change::Scroll);
+}
+
+void ScrollView::layoutSubviews() { setOffset(offset_); }
+
+}  // namespace ui

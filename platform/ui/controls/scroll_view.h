@@ -1,0 +1,54 @@
+// A window on a larger content panel.
+//
+// Children that are to scroll go into content(). The program and the user move it the
+// same way: setOffset() is where both end, and where onScroll is raised, once for each
+// change. The offset is kept within the content; a screen whose own scroller bounces
+// shows the bounce itself and reports clamped offsets. Main thread, points.
+#pragma once
+
+#include "platform/ui/tree/view.h"
+
+namespace ui {
+
+class ScrollView : public View {
+ public:
+  ScrollView();
+  ~ScrollView() override;
+  std::string_view className() const override { return "UIScrollView"; }
+
+  View& content() const { return *content_; }
+  // Replaces the content panel; what was in the former one goes with it.
+  void setContent(Ref<View> content);
+  Size contentSize() const { return content_->bounds().size(); }
+  void setContentSize(Size size);
+  Point offset() const { return offset_; }
+  void setOffset(Point offset);
+  void scrollTo(Point offset, std::int64_t milliseconds);  // animated
+  void scrollToShow(const Rect& area);  // in the content's coordinates, least movement
+  Point maxOffset() const;
+
+  bool paging() const { return paging_; }
+  void setPaging(bool paging);
+  bool bounces() const { return bounces_; }
+  void setBounces(bool bounces);
+  bool showsVerticalIndicator() const { return vertical_; }
+  bool showsHorizontalIndicator() const { return horizontal_; }
+  void setIndicators(bool vertical, bool horizontal);
+  bool scrollEnabled() const { return scrollEnabled_; }
+  void setScrollEnabled(bool enabled);
+
+  std::function<void(double x, double y)> onScroll;
+
+  Point childOffset() const override { return {-offset_.x, -offset_.y}; }
+
+ protected:
+  void layoutSubviews() override;  // a smaller view or content pulls the offset back
+
+ private:
+  Ref<View> content_;
+  Point offset_;
+  bool paging_ = false, bounces_ = true, vertical_ = true, horizontal_ = true;
+  bool scrollEnabled_ = true;
+};
+
+}  // namespace ui

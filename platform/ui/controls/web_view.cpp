@@ -1,0 +1,50 @@
+#include "platform/ui/controls/web_view.h"
+
+namespace ui {
+
+void WebView::loadHtml(std::string html, std::string baseUrl) {
+  request_ = {request_.serial + 1, true, std::move(html), std::move(baseUrl)};
+  pageText_ = htmlText(request_.html);
+  loading_ = true;
+  markChanged(Change::Content);
+}
+
+void WebView::loadUrl(std::string url) {
+  request_ = {request_.serial + 1, false, {}, std::move(url)};
+  pageText_.clear();
+  loading_ = true;
+  markChanged(Change::Content);
+}
+
+void WebView::stopLoading() { loading_ = false; }
+
+void WebView::setScalesToFit(bool scales) {
+  if (scales == scalesToFit_) return;
+  scalesToFit_ = scales;
+  markChanged(Change::Content);
+}
+
+void WebView::runScript(std::string script) {
+  scripts_.push_back(std::move(script));
+  markChanged(Change::Content);
+}
+
+std::vector<std::string> WebView::takeScripts() { return std::exchange(scripts_, {}); }
+
+bool WebView::navigationAllowed(const std::string& url) {
+  Ref<View> pin(this);
+  const auto hook = onOverrideUrl;
+  return !hook || !hook(url);
+}
+
+void WebView::finished(std::uint64_t serial, bool success, const std::string& url) {
+  if (serial != request_.serial) return;  // of a page that was replaced meanwhile
+  loading_ = false;
+  Ref<View> pin(this);
+  if (const auto hook = onPageFinished) hook(success, url);
+}
+
+void WebView::setPageText(std::string text) { pageText_ = std::move(text); }
+std::string WebView::displayText() const { return pageText_; }
+
+}  // namespace ui

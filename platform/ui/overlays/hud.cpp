@@ -1,0 +1,133 @@
+#include "platform/ui/overlays/hud.h"
+
+#include <algorithm>
+
+#include "platform/ui/application.h"
+#include "platform/ui/tree/layout_view.h"
+#include "platform/ui/values/style.h"
+
+namespace ui {
+
+namespace {
+
+constexpr double kPadding = 16, kSpinner = 37;
+
+Ref<Label> hudLabel() {
+  auto label = makeShared<Label>();
+  label->setFont(Font::system(15));
+  label->setTextColor(style::kOnHud);
+  label->setAlignment(TextAlign::Center);
+  label->setMaxLines(0);
+  return label;
+}
+
+Ref<View> hudCard() {
+  auto card = makeShared<View>();
+  card->setBackground(style::kHud);
+  card->setBorder({0, kClear, style::kCardRadius});
+  return card;
+}
+
+// The size of the label's text in a layer of the given width.
+Size fit(const Label& label, double width) {
+  auto* app = Application::current();
+  return label.text().empty()
+             ? Size{}
+             : app->text().measure(label.text(), label.font(), std::max(40.0, width), 0);
+}
+
+void appear(Application& app, const Ref<View>& layer) {
+  auto* window = app.keyWindow();
+  if (!window) return;
+  layer->setFrame(window->bounds());
+  window->overlay().addSubview(layer);
+  layer->setAlpha(0);
+  app.animator().alpha(*layer, 1, {style::kFade});
+}
+
+void leave(Application& app, const Ref<View>& layer) {
+  layer->setModal(false);
+  layer->setAccessibilityHidden(true);
+  app.animator().alpha(*layer, 0, {style::kFade}, [weak = WeakRef<View>(layer)](bool) {
+    if (const auto gone = weak.lock()) gone->removeFromParent();
+  });
+}
+
+}  // namespace
+
+void Hud::showProgress(std::string label) {
+  if (progress_) {
+    progressLabel_->setText(std::move(label));
+    progress_->setNeedsLayout();
+    app_.screen().announce(progressLabel_->text());
+    return;
+  }
+  auto layer = makeShared<LayoutView>();
+  auto card = hudCard();
+  auto spinner = makeShared<ActivityIndicator>();
+  spinner->setStyle(0);
+  spinner->setColor(style::kOnHud);
+  spinner->setSpinning(true);
+  progressLabel_ = hudLabel();
+  progressLabel_->setText(std::move(label));
+  card->addSubview(spinner);
+  card->addSubview(progressLabel_);
+  layer->addSubview(card);
+  layer->setModal(true);
+  layer->onLayout = [card, spinner, text = progressLabel_](LayoutView& self) {
+    const Size s = fit(*text, self.bounds().width - 4 * kPadding);
+    const Size whole{std::max(s.width, kSpinner * 2) + 2 * kPadding,
+                     kSpinner + 2 * kPadding + (s.height > 0 ? s.height + kPadding / 2 : 0)};
+    card->setFrame(Rect::centered(self.bounds().center(), whole));
+    spinner->setFrame({(whole.width - kSpinner) / 2, kPadding, kSpinner, kSpinner});
+    text->setFrame({kPadding, kPadding * 1.5 + kSpinner, whole.width - 2 * kPadding, s.height});
+  };
+  progress_ = layer;
+  app_.screen().announce(progressLabel_->text());
+  appear(app_, progress_);
+  if (toast_) toast_->bringToFront();
+}
+
+void Hud::hideProgress() {
+  if (!progress_) return;
+  leave(app_, std::exchange(progress_, nullptr));
+  progressLabel_ = nullptr;
+}
+
+std::string Hud::progressText() const { return progressLabel_ ? progressLabel_->text() : ""; }
+
+void Hud::toast(std::string text, std::int64_t milliseconds) {
+  dismissToast();
+  auto layer = makeShared<LayoutView>();
+  layer->setUserInteraction(false);
+  auto card = hudCard();
+  toastLabel_ = hudLabel();
+  toastLabel_->setText(std::move(text));
+  toastLabel_->setRole(Role::Status);
+  card->addSubview(toastLabel_);
+  layer->addSubview(card);
+  layer->onLayout = [card, text = toastLabel_](LayoutView& self) {
+    const Size s = fit(*text, self.bounds().width - 4 * kPadding);
+    const Size whole{s.width + 2 * kPadding, s.height + 1.5 * kPadding};
+    card->setFrame(Rect::centered({self.bounds().center().x, self.bounds().height * 0.8}, whole));
+    text->setFrame({kPadding, 0.75 * kPadding, s.width, s.height});
+  };
+  toast_ = layer;
+  app_.screen().announce(toastLabel_->text());
+  appear(app_, toast_);
+  toastTimer_ = app_.startTimer(milliseconds, [this] {
+    toastTimer_ = 0;
+    dismissToast();
+  });
+}
+
+void Hud::dismissToast() {
+  if (toastTimer_) app_.stopTimer(std::exchange(toastTimer_, 0));
+  if (!toast_) return;
+  leave(app_, std::exchange(toast_, nullptr));
+  toastLabel_ = nullptr;
+}
+
+std::string Hud::toastText() const { return toastLabel_ ? toastLabel_->text() : ""; }
+
+}  // namespace ui

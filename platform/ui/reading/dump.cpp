@@ -1,0 +1,105 @@
+#include "platform/ui/reading/dump.h"
+
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+#include "platform/ui/application.h"
+
+namespace ui {
+
+namespace {
+
+// At most two decimals, none that say nothing.
+std::string number(double v) {
+  v = std::round(v * 100) / 100;
+  if (v == 0) v = 0;  // no "-0"
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", v);
+  std::string s = text;
+  while (s.back() == '0') s.pop_back();
+  if (s.back() == '.') s.pop_back();
+  return s;
+}
+
+std::string line(const Visible& seen, int depth) {
+  const View& v = seen.view;
+  std::string out(static_cast<std::size_t>(depth) * 2, ' ');
+  out += v.className();
+  if (!v.name().empty()) out += " #" + v.name();
+  out += ' ' + number(seen.frame.x) + ',' + number(seen.frame.y) + ' ' + number(seen.frame.width) +
+         'x' + number(seen.frame.height);
+  const auto text = v.displayText();
+  if (!text.empty()) out += ' ' + quoted(text);
+  const auto name = v.accessibleName();
+  if (!name.empty() && name != text) out += " name=" + quoted(name);
+  const auto value = v.accessibleValue();
+  if (!value.empty() && value != text) out += " [" + value + ']';
+  if (!v.enabled()) out += " [disabled]";
+  if (v.isFocused()) out += " [focused]";
+  return out + '\n';
+}
+
+}  // namespace
+
+std::string quoted(std::string_view text) {
+  std::string out = "\"";
+  for (const char c : text) {
+    switch (c) {
+      case '"':
+        out += "\\\"";
+        break;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out + '"';
+}
+
+std::string dump(const Window& window) {
+  auto* app = Application::current();
+  auto& overlay = const_cast<Window&>(window).overlay();
+  const View* progress = app ? app->hud().progressView() : nullptr;
+  const View* toast = app ? app->hud().toastView() : nullptr;
+  std::string page, progressPart, toastPart, dialogPart;
+  std::string* part = &page;
+  int base = 0;
+  window.visitVisible([&](const Visible& seen) {
+    if (&seen.view == &overlay) return true;
+    if (seen.view.parent() == &overlay) {
+      base = seen.depth - 1;
+      part = &page;
+      if (&seen.view == progress) {
+        part = &progressPart;
+        *part += "overlay " + quoted(app->hud().progressText()) + '\n';
+      } else if (&seen.view == toast) {
+        part = &toastPart;
+        *part += "toast " + quoted(app->hud().toastText()) + '\n';
+      } else {
+        for (const auto& dialog : app ? app->dialogs() : std::vector<Ref<Dialog>>{})
+          if (dialog->layer() == &seen.view) {
+            part = &dialogPart;
+            *part += "dialog " + quoted(dialog->title) + '\n';
+          }
+        if (part == &page) return false;  // on its way out
+      }
+    }
+    *part += line(seen, seen.depth - base);
+    return true;
+  });
+  return page + progressPart + toastPart + dialogPart;
+}
+
+}  // namespace ui

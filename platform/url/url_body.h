@@ -1,0 +1,68 @@
+// The body of an answer on its way from the server to whoever reads it: in memory while
+// it is small, in a temporary file of its own from then on.
+//
+// A small body that nobody wants as a file never costs one. Bodies made with one
+// UrlBodyMemory share its bound, so that answers that wait to be read can't fill the
+// memory: what is beyond it goes to files. Written by the session's thread, then read by
+// the delegate's; one thread at a time. Sizes are bytes. The writers report a failure by
+// giving false; error() is then the system's text.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/url/temporary_file.h"
+
+namespace platform {
+
+// How much of the bodies of one session may be in memory at a time. Any thread.
+class UrlBodyMemory {
+ public:
+  explicit UrlBodyMemory(std::size_t bytes) : left_(static_cast<std::ptrdiff_t>(bytes)) {}
+  bool take(std::size_t bytes);
+  void give(std::size_t bytes) { left_ += static_cast<std::ptrdiff_t>(bytes); }
+
+ private:
+  std::atomic<std::ptrdiff_t> left_;
+};
+
+class UrlBody {
+ public:
+  // The most that one body keeps in memory.
+  static constexpr std::size_t kInMemory = std::size_t{64} * 1024;
+
+  UrlBody(std::string folder, std::shared_ptr<UrlBodyMemory> memory);
+  ~UrlBody();
+  UrlBody(const UrlBody&) = delete;
+  UrlBody& operator=(const UrlBody&) = delete;
+
+  bool write(std::string_view bytes);
+  // Back to an empty body.
+  bool clear();
+  // Nothing more is written. False when the last bytes got lost.
+  bool close() { return file_.close(); }
+
+  // The whole body, or null where it has to be read from path(). What was taken stays
+  // readable when the body goes.
+  std::shared_ptr<const std::string> bytes() const { return bytes_; }
+  // The body's file, which is made now if there is none; empty when that fails.
+  const std::string& path();
+  // The file goes, and the bytes with it. The path stays known, of a file that is no more.
+  void discard();
+
+  const std::string& error() const { return file_.error(); }
+
+ private:
+  bool spill();
+
+  const std::string folder_;
+  const std::shared_ptr<UrlBodyMemory> memory_;
+  std::shared_ptr<std::string> bytes_ = std::make_shared<std::string>();
+  std::size_t taken_ = 0;
+  TemporaryFile file_;
+  std::string path_;
+};
+
+}  // namespace platform

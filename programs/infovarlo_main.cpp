@@ -1,0 +1,70 @@
+// infovarlo: the app itself. No arguments, no settings: its hosts are those of its
+// deployment, its folders the user's.
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+
+#include "app/register_app.h"
+#include "platform/base/assets_folder.h"
+#include "platform/base/platform.h"
+#include "platform/qt/qt_loop.h"
+#include "platform/qt/qt_screen.h"
+#include "platform/ui/application.h"
+#include "runtime/views/app/app_delegate.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The user's data folder, by the desktop's convention.
+fs::path dataFolder() {
+  if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
+    return fs::path(data) / "infovarlo";
+  if (const char* home = std::getenv("HOME"); home && *home == '/')
+    return fs::path(home) / ".local/share/infovarlo";
+  throw std::runtime_error("no folder for the app's data: HOME is not set");
+}
+
+std::string folder(const fs::path& path) {
+  std::error_code error;
+  fs::create_directories(path, error);
+  if (error) throw std::runtime_error("cannot make " + path.string() + ": " + error.message());
+  return path.string() + "/";
+}
+
+int run() {
+  if (!qt::QtProcess::displayAvailable())
+    throw std::runtime_error("no display was found: start it from a desktop session");
+  platform::SystemClock clock;
+  const fs::path data = dataFolder();
+  platform::Platform platform(
+      clock, platform::Folders{platform::assetsFolder(), folder(data / "Documents"),
+                               folder(data / "Library"), folder(data / "tmp")});
+  platform::PlatformScope scope(platform);
+  varlo::registerApp();
+  qt::QtScreen screen({});
+  ui::Application application(screen, screen.textEngine());
+  qt::QtLoop loop(platform, screen);
+  kes::KesAppDelegate delegate;
+  application.setDelegate(&delegate);
+  screen.show();
+  delegate.didFinishLaunching();
+  application.activate();
+  const int status = loop.exec();
+  application.terminate();
+  platform.mainQueue().close();
+  return status;
+}
+
+}  // namespace
+
+int main() {
+  try {
+    return run();
+  } catch (const std::exception& e) {
+    std::cerr << "infovarlo: " << e.what() << "\n";
+    return 2;
+  }
+}

@@ -1,0 +1,63 @@
+#include "runtime/views/base/properties.h"
+
+#include <cmath>
+
+namespace kes {
+
+namespace props {
+
+const Value& value(const Dictionary& map, std::string_view key) {
+  static const Value nil;
+  const Value* found = map.find(key);
+  return found ? *found : nil;
+}
+
+std::int32_t integer(const Dictionary& map, std::string_view key) {
+  return static_cast<std::int32_t>(value(map, key).asInt64());
+}
+
+float number(const Dictionary& map, std::string_view key) {
+  const auto v = static_cast<float>(value(map, key).asDouble());
+  return std::isfinite(v) ? v : 0;
+}
+
+bool flag(const Dictionary& map, std::string_view key) { return value(map, key).asBool(); }
+
+Text text(const Dictionary& map, std::string_view key) { return value(map, key).asText(); }
+
+Text textOrName(const Dictionary& map) {
+  Text own = text(map, "text");
+  return own.empty() ? text(map, "name") : own;
+}
+
+std::string string(const Dictionary& map, std::string_view key) {
+  return std::string(value(map, key).textView());
+}
+
+Ref<Dictionary> map(const Dictionary& map, std::string_view key) {
+  return value(map, key).as<Dictionary>();
+}
+
+std::int32_t color(const Dictionary& map, std::string_view key) { return integer(map, key); }
+
+std::optional<ui::Color> buildColor(const Dictionary& map, std::string_view key) {
+  return KesColorToUIColor(color(map, key));
+}
+
+Ref<Dictionary> deepCopy(const Dictionary& map) {
+  auto copy = platform::makeShared<Dictionary>();
+  for (const auto& [key, value] : map.entries()) {
+    const auto inner = value.as<Dictionary>();
+    copy->put(key, inner ? Value(deepCopy(*inner)) : value);
+  }
+  return copy;
+}
+
+}  // namespace props
+
+std::optional<ui::Color> KesColorToUIColor(std::int32_t argb) {
+  if (argb == props::kKeepColor) return std::nullopt;
+  return ColorToUIColor(argb);
+}
+
+}  // namespace kes

@@ -1,0 +1,642 @@
+#include "platform/url/url_session.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <deque>
+#include <future>
+
+#include "platform/base/clock.h"
+#include "platform/url/url_teller.h"
+#include "tests/support/raw_server.h"
+#include "tests/support/recording_session.h"
+#include "tests/support/test_platform.h"
+#include "townhost/town_host.h"
+
+using namespace platform;
+using namespace testing_support;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+class UrlSessionTest : public testing::Test {
+ protected:
+  // Every test has to leave the temporary folder as it found it.
+  void TearDown() override {
+    session.end();
+    EXPECT_TRUE(std::filesystem::is_empty(folder())) << "a body's file was left behind";
+  }
+  std::string folder() const { return place.folders().temporary; }
+
+  TestPlatform place;
+  RecordingSession session{place.folders().temporary};
+};
+
+UrlRequest request(const std::string& url, const std::string& method = "GET",
+                   std::optional<std::string> body = {}) {
+  UrlRequest r(url);
+  r.method = method;
+  if (body) r.body = std::make_shared<const std::string>(*body);
+  return r;
+}
+
+// What the server sees of one request; answers it with the given bytes.
+std::string seenBy(RecordingSession& session, UrlRequest r,
+                   const std::string& answer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n") {
+  std::promise<std::string> seen;
+  RawServer server([&](RawServer::Peer& peer) {
+    seen.set_value(peer.readRequest());
+    peer.send(answer);
+  });
+  r.url = server.url(r.url);
+  session.run(r);
+  return seen.get_future().get();
+}
+
+}  // namespace
+
+TEST_F(UrlSessionTest, TellsOneOutcomeWhateverTheServerSends) {
+  std::string manyHeaders = "HTTP/1.1 200 OK\r\n";
+  for (int i = 0; i < 4000; ++i)
+    manyHeaders += "X-Header-" + std::to_string(i) + ": " + std::string(80, 'x') + "\r\n";
+  std::string interims;
+  for (int i = 0; i < 1000; ++i) interims += "HTTP/1.1 102 Wait\r\n\r\n";
+  const struct {
+    const char* what;
+    std::string bytes;
+    int status;         // 0: no response
+    const char* error;  // null: none
+    const char* body;   // null: no download was told
+  } cases[] = {
+      {"whole", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nVarlo", 200, nullptr, "Varlo"},
+      {"empty", "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", 200, nullptr, ""},
+      {"without content", "HTTP/1.1 204 No Content\r\n\r\n", 204, nullptr, ""},
+      {"ended by hanging up", "HTTP/1.0 200 OK\r\n\r\nVarlo", 200, nullptr, "Varlo"},
+      {"in chunks",
+       "HTTP/1.1 200 OK\r\nTransfer-Encoding: "
+       "chunked\r\n\r\n2\r\nVa\r\n3;x=y\r\nrlo\r\n0\r\nX-End: 1\r\n\r\n",
+       200, nullptr, "Varlo"},
+      {"bare line feeds", "HTTP/1.1 200 OK\nContent-Length: 5\n\nVarlo", 200, nullptr, "Varlo"},
+      {"another status", "HTTP/1.1 404 Not Found\r\nContent-Length: 2\r\n\r\nno", 404, nullptr,
+       "no"},
+      {"several choices",
+       "HTTP/1.1 300 Multiple Choices\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n", 300, nullptr,
+       ""},
+      {"a redirect to nowhere", "HTTP/1.1 302 Found\r\nContent-Length: 0\r\n\r\n", 302, nullptr,
+       ""},
+      {"after an interim answer",
+       "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nVarlo", 200,
+       nullptr, "Varlo"},
+      {"an interim answer as its last word", "HTTP/1.1 199 Odd\r\n\r\n", 199, nullptr, ""},
+      {"cut short", "HTTP/1.1 200 OK\r\nContent-Length: 50\r\n\r\nVarlo", 200, "bytes", nullptr},
+      {"cut in a chunk", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\nVarlo", 200,
+       "", nullptr},
+      {"cut before the last chunk",
+       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nVarlo\r\n", 200, "", nullptr},
+      {"a chunk without a size",
+       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nVarlo\r\n0\r\n\r\n", 200, "",
+       nullptr},
+      {"a length that is no number", "HTTP/1.1 200 OK\r\nContent-Length: lots\r\n\r\nVarlo", 0,
+       "Content-Length", nullptr},
+      {"a negative length", "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nVarlo", 0,
+       "Content-Length", nullptr},
+      {"garbage for a status line", "\x16\x03\x01 Buongiorno\r\n\r\nVarlo", 0, "", nullptr},
+      {"a status that is no number", "HTTP/1.1 abc OK\r\n\r\nVarlo", 0, "", nullptr},
+      {"cut in the headers", "HTTP/1.1 200 OK\r\nContent-Le", 0, "", nullptr},
+      {"nothing", "", 0, "", nullptr},
+      {"headers without an end", manyHeaders + "\r\n", 0, "too large", nullptr},
+      {"one endless header", "HTTP/1.1 200 OK\r\nX: " + std::string(200000, 'x') + "\r\n\r\n", 0,
+       "", nullptr},
+      {"interim answers without an end", interims, 0, "no final answer", nullptr},
+      {"a coding that nobody knows",
+       "HTTP/1.1 200 OK\r\nContent-Encoding: utf-8\r\nContent-Length: 5\r\n\r\nVarlo", 200, nullptr,
+       "Varlo"},
+      {"damaged compression",
+       "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 5\r\n\r\nVarlo", 200, "",
+       nullptr},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    RawServer server([&](RawServer::Peer& peer) {
+      peer.readRequest();
+      peer.send(c.bytes);
+    });
+    const auto told = session.run(server.url());
+    EXPECT_EQ(told.completions, 1);
+    EXPECT_EQ(told.downloads, c.body ? 1 : 0);
+    EXPECT_EQ(told.body, c.body ? c.body : "");
+    EXPECT_EQ(told.answered, c.status != 0);
+    EXPECT_EQ(told.status, c.status);
+    if (c.error) {
+      EXPECT_THAT(told.error, HasSubstr(c.error));
+      EXPECT_NE(told.error, "") << "an error needs a text";
+    } else {
+      EXPECT_EQ(told.error, "");
+    }
+  }
+}
+
+TEST_F(UrlSessionTest, RefusesWhatIsNoWebAddressWithoutConnecting) {
+  for (const char* url :
+       {"", "Varlo", "ftp://127.0.0.1/x", "file:///etc/passwd", "http://", "http://a b/",
+        "http://127.0.0.1/caffè", "http://127.0.0.1/%zz", "http://127.0.0.1/#a#b",
+        "http://127.0.0.1:99999/", "http://127.0.0.1/\r\nX: y"}) {
+    SCOPED_TRACE(url);
+    const auto told = session.run(url);
+    EXPECT_EQ(told.error, "unsupported URL");
+    EXPECT_EQ(told.completions, 1);
+    EXPECT_FALSE(told.answered);
+  }
+  EXPECT_THAT(session.run("http://127.0.0.1:1/").error, HasSubstr("connect"));
+}
+
+TEST_F(UrlSessionTest, SendsTheRequestAsItWasMade) {
+  place.write(place.root() / "body.bin", "from a file");
+  const BodyFile file{(place.root() / "body.bin").string(), 11};
+  const struct {
+    const char* method;
+    std::optional<std::string> body;
+    bool asFile;
+    const char* expected;  // the end of what the server reads
+  } cases[] = {
+      {"GET", {}, false, "\r\n\r\n"},
+      {"HEAD", {}, false, "\r\n\r\n"},
+      {"DELETE", {}, false, "\r\n\r\n"},
+      {"DELETE", "why", false, "\r\n\r\nwhy"},
+      {"POST", "text", false, "\r\n\r\ntext"},
+      {"POST", {}, false, "\r\n\r\n"},
+      {"PUT", "text", false, "\r\n\r\ntext"},
+      {"PATCH", std::string("a\0b", 3), false, nullptr},
+      {"POST", {}, true, "\r\n\r\nfrom a file"},
+      {"PUT", {}, true, "\r\n\r\nfrom a file"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.method) + (c.asFile ? " file" : ""));
+    auto r = request("/a/../b?c=d%20e", c.method, c.body);
+    if (c.asFile) r.bodyFile = file;
+    const auto seen = seenBy(session, r);
+    EXPECT_TRUE(seen.starts_with(std::string(c.method) + " /a/../b?c=d%20e HTTP/1.1\r\n")) << seen;
+    EXPECT_TRUE(seen.ends_with(c.expected ? c.expected : std::string("\r\n\r\na\0b", 7))) << seen;
+    EXPECT_THAT(seen, Not(HasSubstr("Expect")));
+    const bool carriesLength = c.body || c.asFile || *c.method == 'P';
+    EXPECT_EQ(seen.find("Content-Length: ") != std::string::npos, carriesLength) << seen;
+    const bool formType = std::string(c.method) == "POST";
+    EXPECT_EQ(seen.find("application/x-www-form-urlencoded") != std::string::npos, formType)
+        << seen;
+  }
+}
+
+TEST_F(UrlSessionTest, SendsHeadersOnceAndNeverBreaksTheFraming) {
+  auto r = request("/", "POST", "12345");
+  r.headers.set("User-Agent", "first");
+  r.headers.set("user-agent", "second");
+  r.headers.set("X-Empty", "");
+  r.headers.set("Content-Length", "3");
+  r.headers.set("Transfer-Encoding", "chunked");
+  r.headers.set("Content-Type", "text/plain");
+  const auto seen = seenBy(session, r);
+  EXPECT_THAT(seen, HasSubstr("\r\nUser-Agent: second\r\n"));
+  EXPECT_THAT(seen, Not(HasSubstr("first")));
+  EXPECT_THAT(seen, HasSubstr("\r\nX-Empty:\r\n"));
+  EXPECT_THAT(seen, HasSubstr("\r\nContent-Length: 5\r\n"));
+  EXPECT_THAT(seen, Not(HasSubstr("chunked")));
+  EXPECT_THAT(seen, HasSubstr("\r\nContent-Type: text/plain\r\n"));
+
+  for (auto [name, value] : {std::pair{"X", "a\r\nY: b"}, {"X Y", "a"}, {"", "a"}, {"X:", "a"}}) {
+    auto bad = request("http://127.0.0.1:1/");
+    bad.headers.set(name, value);
+    EXPECT_THAT(session.run(bad).error, HasSubstr("malformed")) << name;
+  }
+}
+
+TEST_F(UrlSessionTest, FollowsRedirectsAsTheirStatusAsks) {
+  const struct {
+    int status;
+    const char* method;
+    const char* then;
+    bool keepsBody;
+  } cases[] = {
+      {301, "GET", "GET", false},  {301, "POST", "GET", false},   {302, "POST", "GET", false},
+      {302, "PUT", "PUT", true},   {303, "PUT", "GET", false},    {303, "HEAD", "HEAD", false},
+      {307, "POST", "POST", true}, {308, "PATCH", "PATCH", true}, {303, "DELETE", "GET", false},
+  };
+  place.write(place.root() / "body.bin", "from a file");
+  for (const auto& c : cases) {
+    for (bool asFile : {false, true}) {
+      SCOPED_TRACE(std::to_string(c.status) + c.method + (asFile ? " file" : ""));
+      std::promise<std::string> second;
+      RawServer server([&](RawServer::Peer& peer) {
+        if (peer.readRequest().find(" /first ") == std::string::npos) return;
+        peer.send("HTTP/1.1 " + std::to_string(c.status) +
+                  " Go\r\nLocation: second?x=y\r\nContent-Length: 0\r\n\r\n");
+        second.set_value(peer.readRequest());
+        peer.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+      });
+      auto r = request(server.url("/first"), c.method);
+      r.headers.set("Content-Type", "text/plain");
+      r.headers.set("Authorization", "Bearer x");
+      if (*c.method == 'P') {
+        if (asFile)
+          r.bodyFile = BodyFile{(place.root() / "body.bin").string(), 11};
+        else
+          r.body = std::make_shared<const std::string>("from a text");
+      }
+      const auto told = session.run(r);
+      EXPECT_EQ(told.status, 200);
+      EXPECT_EQ(told.url, server.url("/second?x=y"));
+      const auto seen = second.get_future().get();
+      EXPECT_TRUE(seen.starts_with(std::string(c.then) + " /second?x=y ")) << seen;
+      EXPECT_THAT(seen, HasSubstr("Bearer x")) << "the same host may know it";
+      EXPECT_EQ(seen.find("text/plain") != std::string::npos,
+                c.keepsBody || *c.then != 'G' || *c.method == 'G')
+          << seen;
+      EXPECT_TRUE(seen.ends_with(!c.keepsBody ? "\r\n\r\n"
+                                 : asFile     ? "from a file"
+                                              : "from a text"))
+          << seen;
+    }
+  }
+}
+
+TEST_F(UrlSessionTest, EndsRedirectsThatLeadNowhereGood) {
+  std::promise<std::string> elsewhere;
+  RawServer other([&](RawServer::Peer& peer) {
+    elsewhere.set_value(peer.readRequest());
+    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+  });
+  RawServer server([&](RawServer::Peer& peer) {
+    for (;;) {
+      const auto head = peer.readRequest();
+      if (head.empty()) return;
+      const auto path = head.substr(4, head.find(' ', 4) - 4);
+      std::string target = path;
+      std::string body;
+      if (path == "/file") target = "file:///etc/passwd";
+      if (path == "/other") target = other.url();
+      if (path == "/accents") target = "/caffè e tè";
+      if (path == "/caff%c3%a8%20e%20t%c3%a8") {
+        peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+        continue;
+      }
+      if (path == "/fat") target = "/loop", body = std::string(4 << 20, 'x');
+      peer.send("HTTP/1.1 302 Found\r\nLocation: " + target +
+                "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    }
+  });
+  const struct {
+    const char* path;
+    const char* error;
+  } cases[] = {{"/loop", "too many HTTP redirects"},
+               {"/fat", "too many HTTP redirects"},
+               {"/file", "The server redirects to an unsupported URL."}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.path);
+    const auto told = session.run(server.url(c.path));
+    EXPECT_EQ(told.error, c.error);
+    EXPECT_FALSE(told.answered);
+  }
+  EXPECT_EQ(session.run(server.url("/accents")).body, "ok") << "an address that wants escaping";
+  auto r = request(server.url("/other"));
+  r.headers.set("Authorization", "Bearer x");
+  r.headers.set("X-Mine", "y");
+  EXPECT_EQ(session.run(r).status, 200);
+  const auto seen = elsewhere.get_future().get();
+  EXPECT_THAT(seen, Not(HasSubstr("Bearer"))) << "another host must not learn it";
+  EXPECT_THAT(seen, HasSubstr("X-Mine: y"));
+}
+
+TEST_F(UrlSessionTest, AnswersAChallengeOnce) {
+  town::TownHost town;
+  place.write(place.root() / "body.bin", std::string(300000, 'b'));
+  session.setCredential([](const UrlTask& task) -> std::optional<UrlCredential> {
+    const auto& name = task.description;
+    if (name.starts_with("none")) return std::nullopt;
+    return UrlCredential{"varlo", name.starts_with("wrong") ? "sbagliata" : "segreta"};
+  });
+  for (const std::string scheme : {"basic", "digest"}) {
+    SCOPED_TRACE(scheme);
+    const auto url = town.url() + "/_auth/" + scheme;
+    const struct {
+      std::string name;
+      std::string url;
+      const char* method;
+      int status;
+      std::size_t requests;
+    } cases[] = {
+        {"right " + scheme, url, "GET", 200, 2},
+        {"right post " + scheme, url, "POST", 200, 2},
+        {"wrong " + scheme, url, "GET", 401, 2},
+        {"none " + scheme, url, "GET", 401, 1},
+        {"right after redirect " + scheme, town.url() + "/_redirect/2?to=/_auth/" + scheme, "GET",
+         200, 4},
+    };
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.name);
+      town.requests().clear();
+      auto r = request(c.url, c.method);
+      if (*c.method == 'P') r.bodyFile = BodyFile{(place.root() / "body.bin").string(), 300000};
+      session.start(r, c.name);
+      const auto told = session.await(c.name);
+      EXPECT_EQ(told.error, "");
+      EXPECT_EQ(told.status, c.status);
+      EXPECT_EQ(told.downloads, 1);
+      EXPECT_EQ(town.requests().all().size(), c.requests);
+    }
+  }
+}
+
+TEST_F(UrlSessionTest, GivesUpOnAChallengeThatNeverEnds) {
+  int rounds = 0;
+  RawServer server([&](RawServer::Peer& peer) {
+    while (!peer.readRequest().empty()) {
+      ++rounds;
+      peer.send("HTTP/1.1 401 No\r\nWWW-Authenticate: Digest realm=\"r\", stale=true, nonce=\"" +
+                std::to_string(rounds) + "\"\r\nContent-Length: 0\r\n\r\n");
+    }
+  });
+  session.setCredential([](const UrlTask&) { return UrlCredential{"a", "b"}; });
+  const auto told = session.run(server.url());
+  EXPECT_EQ(told.completions, 1);
+  EXPECT_TRUE(told.status == 401 || !told.error.empty());
+  EXPECT_LE(rounds, 6);
+}
+
+TEST_F(UrlSessionTest, CountsATimeoutFromTheLastSignOfTheServer) {
+  std::promise<void> end;
+  auto ended = end.get_future().share();
+  RawServer server([&](RawServer::Peer& peer) {
+    const auto head = peer.readRequest();
+    if (head.find("/drip") != std::string::npos) {
+      peer.send("HTTP/1.1 200 OK\r\nContent-Length: 12\r\n\r\n");
+      for (int i = 0; i < 12; ++i) {
+        // Each byte well inside the time-out, all of them well beyond it.
+        ended.wait_for(std::chrono::milliseconds(100));
+        peer.send("x");
+      }
+    }
+    if (head.find("/body") != std::string::npos)
+      peer.send("HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf");
+    peer.awaitHangUp();
+  });
+  for (const char* path : {"/silent", "/body", "/drip"}) {
+    auto r = request(server.url(path));
+    r.timeout = 1.0;
+    session.start(r, path);
+  }
+  const auto silent = session.await("/silent"), body = session.await("/body"),
+             drip = session.await("/drip");
+  end.set_value();
+  EXPECT_EQ(silent.error, "The request timed out.");
+  EXPECT_FALSE(silent.answered);
+  EXPECT_EQ(body.error, "The request timed out.");
+  EXPECT_EQ(body.status, 200);
+  EXPECT_EQ(body.downloads, 0);
+  EXPECT_EQ(drip.error, "");
+  EXPECT_EQ(drip.body, "xxxxxxxxxxxx");
+}
+
+TEST_F(UrlSessionTest, KeepsABodyInAPrivateFileForTheCallOnly) {
+  town::TownHost town;
+  session.setOnDownload([&](const UrlTask& task) {
+    const auto path = session.told()[task.description].path;
+    struct stat about {};
+    ASSERT_EQ(::stat(path.c_str(), &about), 0);
+    EXPECT_EQ(about.st_mode & 0777, 0600u);
+    EXPECT_GT(about.st_size, 0);
+    EXPECT_EQ(std::filesystem::path(path).parent_path(), folder());
+  });
+  const auto told = session.run(town.url() + "/_bytes/2000000");
+  EXPECT_EQ(told.status, 200);
+  ASSERT_EQ(told.body.size(), 2'000'000u);
+  EXPECT_EQ(static_cast<unsigned char>(told.body[1'999'999]), 1'999'999 % 251);
+  EXPECT_FALSE(std::filesystem::exists(told.path)) << "gone before completed()";
+  EXPECT_THAT(session.run(town.url() + "/_gzip").body, HasSubstr("Varlo"));
+}
+
+TEST_F(UrlSessionTest, KeepsSmallBodiesInMemoryWithinABound) {
+  const auto memory = std::make_shared<UrlBodyMemory>(100'000);
+  const std::string full(UrlBody::kInMemory, 'a');
+  UrlBody first(folder(), memory), second(folder(), memory), third(folder(), memory);
+  EXPECT_TRUE(first.write(full.substr(1)) && first.write("b"));
+  ASSERT_TRUE(first.bytes());
+  EXPECT_EQ(*first.bytes(), full.substr(1) + "b");
+  EXPECT_TRUE(second.write("c") && second.write(full) && second.write("d") && second.close());
+  EXPECT_FALSE(second.bytes()) << "too large";
+  EXPECT_EQ(TestPlatform::read(second.path()), "c" + full + "d");
+  EXPECT_TRUE(third.write(full));
+  EXPECT_FALSE(third.bytes()) << "the others have used the memory up";
+  EXPECT_TRUE(third.clear() && third.write("e") && third.close());
+  EXPECT_EQ(TestPlatform::read(third.path()), "e");
+
+  const auto kept = first.bytes();
+  const auto path = first.path();
+  EXPECT_EQ(TestPlatform::read(path), *kept) << "a file on demand";
+  EXPECT_TRUE(UrlBody(folder(), memory).write(full));
+  for (auto* body : {&first, &second, &third}) {
+    body->discard();
+    EXPECT_FALSE(body->bytes());
+    EXPECT_FALSE(std::filesystem::exists(body->path()));
+  }
+  EXPECT_EQ(path, first.path());
+  EXPECT_TRUE(memory->take(100'000)) << "all was given back";
+}
+
+TEST_F(UrlSessionTest, TellsWhenTheBodyCannotBeStored) {
+  town::TownHost town;
+  {
+    // As a full disk does, writing fails in the middle of a body.
+    auto former = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 100'000;
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const auto told = session.run(town.url() + "/_bytes/2000000");
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, former);
+    EXPECT_THAT(told.error, HasSubstr("can't be stored: File too large"));
+    EXPECT_EQ(told.status, 200);
+    EXPECT_EQ(told.downloads, 0);
+  }
+  RecordingSession homeless((place.root() / "missing").string());
+  const auto large = homeless.run(town.url() + "/_bytes/70000");
+  EXPECT_THAT(large.error, HasSubstr("can't be stored: No such file"));
+  EXPECT_EQ(large.downloads, 0);
+  const auto small = homeless.run(town.url() + "/_bytes/5");
+  EXPECT_EQ(small.error, "") << "a small body needs no file";
+  EXPECT_EQ(small.body.size(), 5u);
+  EXPECT_EQ(small.path, "");
+}
+
+TEST_F(UrlSessionTest, TellsWhenABodyFileIsNotWhatWasAnnounced) {
+  RawServer server([](RawServer::Peer& peer) { peer.awaitHangUp(); });
+  place.write(place.root() / "short", "12345");
+  const struct {
+    std::string path;
+    std::int64_t length;
+    const char* error;
+  } cases[] = {{(place.root() / "short").string(), 10, "shorter than announced"},
+               {(place.root() / "none").string(), 10, "No such file"},
+               {place.root().string(), 10, "not a plain file"}};
+  for (const auto& c : cases) {
+    auto r = request(server.url(), "PUT");
+    r.bodyFile = BodyFile{c.path, c.length};
+    EXPECT_THAT(session.run(r).error, HasSubstr(c.error));
+  }
+  auto r = request("/", "PUT");
+  r.bodyFile = BodyFile{(place.root() / "short").string(), 3};
+  EXPECT_THAT(seenBy(session, r), testing::EndsWith("Content-Length: 3\r\n\r\n123"));
+}
+
+TEST_F(UrlSessionTest, LetsTasksBeyondItsConnectionsWaitTheirTurn) {
+  std::promise<void> open;
+  auto opened = open.get_future().share();
+  RawServer server([&](RawServer::Peer& peer) {
+    while (!peer.readRequest().empty()) {
+      opened.wait();
+      peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+    }
+  });
+  RawServer another([&](RawServer::Peer& peer) {
+    peer.readRequest();
+    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+  });
+  for (int i = 0; i < 40; ++i) session.get(server.url(), std::to_string(i));
+  EXPECT_EQ(session.run(another.url()).body, "ok") << "a busy host must not hold up another";
+  EXPECT_EQ(session.session().tasksUnderWay(), 40u);
+  open.set_value();
+  for (int i = 0; i < 40; ++i) EXPECT_EQ(session.await(std::to_string(i)).body, "ok");
+  EXPECT_EQ(session.session().tasksUnderWay(), 0u);
+  EXPECT_LE(server.connections(), 6);
+}
+
+TEST_F(UrlSessionTest, CancelsWhatIsUnderWayWhenItEnds) {
+  std::promise<void> reached;
+  RawServer server([&](RawServer::Peer& peer) {
+    peer.readRequest();
+    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 90000\r\n\r\n" + std::string(80000, 'x'));
+    if (peer.connection == 5) reached.set_value();
+    peer.awaitHangUp();
+  });
+  for (int i = 0; i < 30; ++i) session.get(server.url(), std::to_string(i));
+  reached.get_future().wait();
+  session.end();
+  for (const auto& [name, told] : session.told()) {
+    EXPECT_EQ(told.completions, 1) << name;
+    EXPECT_EQ(told.downloads, 0) << name;
+    EXPECT_EQ(told.error, "cancelled") << name;
+  }
+  EXPECT_EQ(session.told().size(), 30u);
+}
+
+TEST_F(UrlSessionTest, MayEndOnItsDelegateQueue) {
+  town::TownHost town;
+  bool first = true;
+  std::size_t completed = 0;
+  std::promise<void> allStarted;
+  session.setOnDownload([&](const UrlTask&) {
+    if (!std::exchange(first, false)) return;
+    allStarted.get_future().wait();
+    session.end();
+    for (const auto& [name, told] : session.told()) completed += told.completions;
+  });
+  auto r = request(town.url() + "/_bytes/10");
+  for (int i = 0; i < 10; ++i) session.start(r, std::to_string(i));
+  allStarted.set_value();
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(session.await(std::to_string(i)).completions, 1);
+  EXPECT_EQ(completed, 9u) << "all but the one that was being told, when the end had returned";
+}
+
+// Symptom: a request that follows on a connection which the server had closed failed.
+TEST_F(UrlSessionTest, UsesAFreshConnectionWhenTheServerClosedTheKeptOne) {
+  RawServer server([&](RawServer::Peer& peer) {
+    peer.readRequest();
+    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+  });
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(session.run(server.url()).body, "ok");
+}
+
+// A delegate queue that a test turns by hand, and a delegate that writes down what it is
+// told and posts something of its own each time.
+TEST(UrlTellerTurns, TellOneTaskEachAndThenWhatItsDelegatePosted) {
+  struct Recorder final : UrlSessionDelegate {
+    void finishedDownload(const UrlTask& task, const std::shared_ptr<const UrlResponse>&,
+                          const std::shared_ptr<UrlBody>& body) override {
+      order.push_back("body of " + task.description);
+      kept = body;
+      queue.push_back([this, name = task.description] { order.push_back("after " + name); });
+      if (task.description == "b") throw std::runtime_error("in the delegate");
+    }
+    void completed(const UrlTask& task, const std::shared_ptr<const UrlResponse>&,
+                   const std::string* error) override {
+      EXPECT_FALSE(kept && kept->bytes()) << "the body goes before completed()";
+      order.push_back("end of " + task.description + (error ? ": " + *error : ""));
+    }
+    std::optional<UrlCredential> credential(const UrlTask&) override { return {}; }
+    void turn() {
+      auto task = std::move(queue.front());
+      queue.pop_front();
+      task();
+    }
+    std::deque<std::function<void()>> queue;
+    std::vector<std::string> order;
+    std::shared_ptr<UrlBody> kept;
+  };
+  TestPlatform place;
+  auto delegate = std::make_shared<Recorder>();
+  auto teller = std::make_shared<UrlTeller>(
+      delegate, [&](auto task) { delegate->queue.push_back(std::move(task)); });
+  const auto memory = std::make_shared<UrlBodyMemory>(1000);
+  const auto end = [&](const char* name, std::optional<std::string> error = {}) {
+    teller->added();
+    std::vector<UrlOutcome> outcome{
+        {std::make_shared<UrlTask>(UrlTask{{}, name}), std::make_shared<UrlResponse>(), error,
+         error ? nullptr : std::make_shared<UrlBody>(place.folders().temporary, memory)}};
+    teller->ended(outcome);
+  };
+  end("a");
+  end("b");
+  end("c", "no connection");
+  EXPECT_EQ(delegate->queue.size(), 1u) << "one turn at a time";
+  delegate->turn();
+  delegate->turn();
+  EXPECT_THROW(delegate->turn(), std::runtime_error);
+  end("d");
+  while (!delegate->queue.empty()) delegate->turn();
+  EXPECT_EQ(teller->underWay(), 0u);
+  end("e");
+  teller->end();
+  delegate->turn();
+  EXPECT_THAT(delegate->order,
+              testing::ElementsAre("body of a", "end of a", "after a", "body of b", "end of b",
+                                   "after b", "end of c: no connection", "body of d", "end of d",
+                                   "after d", "end of e: cancelled"));
+  EXPECT_EQ(teller->underWay(), 0u);
+}
+
+// Symptom: a page that sets a cookie and redirects until it sees it went round for ever.
+TEST_F(UrlSessionTest, KeepsCookiesForTheHostThatSetThem) {
+  std::vector<std::string> heads;
+  RawServer server([&](RawServer::Peer& peer) {
+    const auto head = peer.readRequest();
+    heads.push_back(head);
+    const bool known = head.find("visit=1") != std::string::npos;
+    peer.send(known ? "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"
+                    : "HTTP/1.1 302 Found\r\nSet-Cookie: visit=1; Path=/\r\nLocation: "
+                      "/again\r\nContent-Length: 0\r\n\r\n");
+  });
+  EXPECT_EQ(session.run(server.url()).body, "ok");
+  EXPECT_EQ(session.run(server.url()).body, "ok");
+  EXPECT_EQ(heads.size(), 3u) << "asked to come back once";
+  auto byHand = request(server.url("/"));
+  byHand.headers.set("Cookie", "visit=1; mine=2");
+  EXPECT_EQ(session.run(byHand).body, "ok");
+  EXPECT_THAT(heads.back(), HasSubstr("Cookie: visit=1; mine=2\r\n"));
+  EXPECT_EQ(heads.back().find("Cookie:"), heads.back().rfind("Cookie:"));
+  RecordingSession other(folder());
+  EXPECT_EQ(other.run(server.url()).body, "ok");
+  EXPECT_EQ(heads.size(), 6u) << "another session begins without any";
+}
