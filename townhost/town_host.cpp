@@ -11,6 +11,8 @@
 
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
+#include "townhost/map/map_documents.h"
+#include "townhost/map/tile_painter.h"
 #include "townhost/spoil.h"
 #include "townhost/town_documents.h"
 #include "townhost/trial_paths.h"
@@ -68,7 +70,10 @@ struct TownHost::Parts {
     if (!options.now) options.now = machineTime;
     publishAll(documents, options.version);
     port = engine.start(options.port);
+    publishMaps(documents, url());
   }
+
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(port); }
 
   Answer serve(const Call& call) {
     if (call.path == "/_faults") return faultDesk(call);
@@ -92,6 +97,8 @@ struct TownHost::Parts {
 
   Answer properAnswer(const Call& call) {
     if (auto trial = trials.answer(call)) return std::move(*trial);
+    if (const auto tile = tileAddress(call.path))
+      return {200, "image/png", tiles.png(*tile), {{"Cache-Control", "max-age=86400"}}};
     auto document = documents.make({options.now(), call.path, call.query});
     if (!document) return errorPage(404);
     if (call.method != "GET" && call.method != "HEAD") return errorPage(405);
@@ -121,6 +128,7 @@ struct TownHost::Parts {
   Faults faults;
   RequestLog log;
   TrialPaths trials;
+  TilePainter tiles;
   Patience patience;
   int port = 0;
   Engine engine;  // last: its threads use all of the above
@@ -131,7 +139,7 @@ TownHost::TownHost(Options options) : parts_(std::make_unique<Parts>(std::move(o
 TownHost::~TownHost() { stop(); }
 
 int TownHost::port() const { return parts_->port; }
-std::string TownHost::url() const { return "http://127.0.0.1:" + std::to_string(parts_->port); }
+std::string TownHost::url() const { return parts_->url(); }
 
 void TownHost::stop() {
   parts_->patience.end();

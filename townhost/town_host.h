@@ -1,6 +1,6 @@
 // The town on a desk: a real HTTP server on 127.0.0.1 with the documents that
 // Varlo publishes, right for the day that its clock says, and with faults on
-// demand.
+// demand. Tiles of the town's map stand under /tiles/{z}/{x}/{y}.png.
 //
 // Owned by whoever starts it; it serves on threads of its own from construction
 // until stop() or destruction. All members may be called from any thread. The
