@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "app/main.h"
+#include "app/shell/main.h"
 #include "platform/ui/reading/finder.h"
 #include "simulator/phone.h"
 #include "simulator/player.h"

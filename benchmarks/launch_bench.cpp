@@ -15,8 +15,8 @@
 #include <memory>
 #include <string>
 
-#include "app/deployment.h"
-#include "app/register_app.h"
+#include "app/kit/deployment.h"
+#include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_screen.h"

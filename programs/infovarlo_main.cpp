@@ -6,7 +6,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "app/register_app.h"
+#include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/base/platform.h"
 #include "platform/qt/qt_loop.h"

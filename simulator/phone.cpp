@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "app/deployment.h"
-#include "app/messaging.h"
-#include "app/register_app.h"
+#include "app/kit/deployment.h"
+#include "app/messaging/messaging.h"
+#include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/base/log.h"
 #include "runtime/data/json/json_parser.h"

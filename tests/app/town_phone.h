@@ -7,11 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/deployment.h"
-#include "app/infocitta.h"
-#include "app/infocitta_entity.h"
-#include "app/main.h"
-#include "app/register_app.h"
+#include "app/infocitta/infocitta.h"
+#include "app/infocitta/infocitta_entity.h"
+#include "app/kit/deployment.h"
+#include "app/shell/main.h"
+#include "app/shell/register_app.h"
 #include "platform/ui/reading/finder.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/files/file.h"

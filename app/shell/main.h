@@ -5,7 +5,7 @@
 // The main module, one instance, made by the application delegate at launch. Main thread.
 #pragma once
 
-#include "app/messaging.h"
+#include "app/messaging/messaging.h"
 #include "components/customlistview.h"
 #include "runtime/core/module.h"
 #include "runtime/data/dates/dateutils.h"

@@ -1,4 +1,4 @@
-#include "app/layout_scripts.h"
+#include "app/shell/layout_scripts.h"
 
 #include <algorithm>
 

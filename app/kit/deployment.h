@@ -1,7 +1,7 @@
 // Where the town lives: hosts, keys and tokens of one deployment.
 //
 // The values are constants of a build, taken from the file that the CMake variable
-// VARLO_DEPLOYMENT names (default: app/deployment_values.h, whose keys and tokens are
+// VARLO_DEPLOYMENT names (default: app/kit/deployment_values.h, whose keys and tokens are
 // placeholders of the right length). The README tells how a town puts its own in.
 // A simulator may point every service at one host before the app starts. Main thread.
 #pragma once

@@ -1,9 +1,9 @@
-#include "app/infocitta_entity.h"
+#include "app/infocitta/infocitta_entity.h"
 
-#include "app/deployment.h"
-#include "app/fields.h"
-#include "app/infocitta.h"
-#include "app/main.h"
+#include "app/infocitta/infocitta.h"
+#include "app/kit/deployment.h"
+#include "app/kit/fields.h"
+#include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/views/dialogs/message_box.h"
 

@@ -1,9 +1,9 @@
 // Pharmacy on duty: the turns of yesterday and today, joined from two documents. No row
 // is hidden at any hour; each tells its own hours and the citizen reads them.
-#include "app/cinfocitta.h"
-#include "app/deployment.h"
-#include "app/fields.h"
-#include "app/main.h"
+#include "app/infocitta/cinfocitta.h"
+#include "app/kit/deployment.h"
+#include "app/kit/fields.h"
+#include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/json/json_parser.h"
 #include "runtime/views/base/font.h"

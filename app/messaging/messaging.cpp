@@ -1,4 +1,4 @@
-#include "app/messaging.h"
+#include "app/messaging/messaging.h"
 
 #include "platform/base/platform.h"
 

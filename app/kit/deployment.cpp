@@ -1,4 +1,4 @@
-#include "app/deployment.h"
+#include "app/kit/deployment.h"
 
 #include VARLO_DEPLOYMENT_FILE
 

@@ -1,10 +1,10 @@
 // City directory: the categories on the home page, and the entities of one category.
-#include "app/infocitta.h"
+#include "app/infocitta/infocitta.h"
 
-#include "app/deployment.h"
-#include "app/fields.h"
-#include "app/infocitta_entity.h"
-#include "app/main.h"
+#include "app/infocitta/infocitta_entity.h"
+#include "app/kit/deployment.h"
+#include "app/kit/fields.h"
+#include "app/shell/main.h"
 #include "runtime/data/json/json_parser.h"
 
 namespace varlo {

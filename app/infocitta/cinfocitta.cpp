@@ -1,4 +1,4 @@
-#include "app/cinfocitta.h"
+#include "app/infocitta/cinfocitta.h"
 
 namespace varlo {
 
