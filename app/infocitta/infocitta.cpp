@@ -4,33 +4,21 @@
 #include "app/infocitta/infocitta_entity.h"
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
+#include "app/kit/records.h"
 #include "app/shell/main.h"
-#include "runtime/data/json/json_parser.h"
 
 namespace varlo {
 
 using deployment::documents;
 
 Resumable<> kes_main::_infocitta_caricalistacategorie() {
-  _home.RootPanel().RemoveAllViews();
-  _home.RootPanel().LoadLayout("layclv", bi());
-  _home.setTitle("InfoCittà");
-  auto progress = _hd.progress("Caricamento dati...");
-  auto job = make<kes_httpjob>(bi(), "", self());
-  job->_download(documents("/InfoVarlo/infocitta/master/menu.json"));
-  job = co_await waitFor<kes_httpjob>("jobdone:", job);
-  if (!job->_success) {
-    progress.hide();
-    _hd.ToastMessageShow("Connessione non presente", false);
-    job->_release();
-    co_return;
-  }
-  KesJSONParser json;
-  json.Initialize(job->_getstring());
-  job->_release();
-  for (const Value& category : json.NextArray())
-    _clv->_addtextitem(textOf(KesMap::fromBoxed(category), "Nome"), category);
-  progress.hide();
+  const auto list = showList("InfoCittà");
+  const auto progress = _hd.progress("Caricamento dati...");
+  const auto job = co_await fetch(documents("/InfoVarlo/infocitta/master/menu.json"));
+  if (!job->_success) co_return noConnection();
+  eachRecord(maps(job), [&](const KesMap& category) {
+    list->_addtextitem(nameOf(category, "Nome"), category);
+  });
 }
 
 void kes_infocitta::describe(ClassBuilder<kes_infocitta>& c) {
@@ -49,26 +37,16 @@ Resumable<> kes_infocitta::_infocitta_caricaelementi(Text title, Text link) {
   page.setTitle(title);
   _main->_navcontrol.ShowPage(page);
   const auto list = _clv;  // a later category may replace it while this one loads
-  auto progress = _hd.progress("Caricamento dati...");
-  auto job = make<kes_httpjob>(bi(), "", self());
-  job->_download(documents("/InfoVarlo/infocitta/master/" + link + ".json"));
-  job = co_await waitFor<kes_httpjob>("jobdone:", job);
-  if (!job->_success) {
-    progress.hide();
-    _hd.ToastMessageShow("Connessione non presente", false);
-    job->_release();
-    co_return;
-  }
-  KesJSONParser json;
-  json.Initialize(job->_getstring2("UTF8"));
-  job->_release();
-  for (const Value& entity : json.NextArray())
-    list->_addtextitem(textOf(KesMap::fromBoxed(entity), "Name"), entity);
-  progress.hide();
+  const auto progress = _hd.progress("Caricamento dati...");
+  const auto job = co_await fetch(documents("/InfoVarlo/infocitta/master/" + link + ".json"));
+  if (!job->_success) co_return noConnection();
+  document_ = job.document();
+  eachRecord(maps(job),
+             [&](const KesMap& entity) { list->_addtextitem(nameOf(entity, "Name"), entity); });
 }
 
 void kes_infocitta::_clv_itemclick(int, Value value) {
-  kes_infocitta_entity::instance()._caricaentity(KesMap::fromBoxed(value));
+  kes_infocitta_entity::instance()._caricaentity(KesMap::fromBoxed(value), document_);
 }
 
 }  // namespace varlo

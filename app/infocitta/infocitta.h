@@ -2,9 +2,8 @@
 // own. One instance; main thread.
 #pragma once
 
+#include "app/kit/feature.h"
 #include "components/customlistview.h"
-#include "runtime/core/module.h"
-#include "runtime/views/dialogs/hud.h"
 
 namespace varlo {
 
@@ -12,7 +11,7 @@ using namespace kes;
 
 class kes_main;
 
-class kes_infocitta final : public Module<kes_infocitta> {
+class kes_infocitta final : public Feature<kes_infocitta> {
  public:
   static void describe(ClassBuilder<kes_infocitta>& c);
   void _process_globals() override;
@@ -20,11 +19,12 @@ class kes_infocitta final : public Module<kes_infocitta> {
   // Shows the category's entities; `link` names its document.
   Resumable<> _infocitta_caricaelementi(Text title, Text link);
   void _clv_itemclick(int index, Value value);
-  void _jobdone(Value) {}
 
   Ref<kes_main> _main;
   Ref<kes_customlistview> _clv;
-  iHUD _hd;
+
+ private:
+  Text document_;  // of the category that was opened last, for the log
 };
 
 }  // namespace varlo

@@ -29,42 +29,43 @@ Text hours(const KesMap& schedule) {
   return textOf(schedule, "StartTime") + " - " + textOf(schedule, "EndTime");
 }
 
-Text hoursOfDay(const KesMap& day) {
+Text hoursOfDay(const Record& day) {
   Text line;
-  for (const Value& schedule : KesList::fromBoxed(day.Get("Schedules"))) {
-    if (!line.empty()) line += kBetweenSchedules;
-    line += hours(KesMap::fromBoxed(schedule));
-  }
+  eachRecord(maps(day, "Schedules"), [&](const KesMap& schedule) {
+    line += (line.empty() ? "" : kBetweenSchedules) + hours(schedule);
+  });
   return line;
 }
 
 // Today's hours, or else those of the next open day behind its name.
-Text openingLine(const KesList& weekDays, int today) {
+Text openingLine(const Records& weekDays, int today) {
   Text line;
-  for (const Value& v : weekDays) {
-    const auto day = KesMap::fromBoxed(v);
-    if (day.Get("WeekDay") == Value(today)) line += hoursOfDay(day);
-  }
+  const auto walk = [&](int number, auto take) {
+    for (const Record& day : weekDays)
+      if (day.map().Get("WeekDay") == Value(number) && take(day)) break;
+  };
+  walk(today, [&](const Record& day) {
+    day.attempt([&] { line += hoursOfDay(day); });
+    return false;
+  });
   for (int step = 0, next = today; line.empty() && step < 7; ++step) {
     next = next == 7 ? 1 : next + 1;
-    for (const Value& v : weekDays) {
-      const auto day = KesMap::fromBoxed(v);
-      if (!(day.Get("WeekDay") == Value(next))) continue;
-      line = Text(dayName(next)) + "  " + hoursOfDay(day);
-      break;
-    }
+    walk(next, [&](const Record& day) {
+      return day.attempt([&] { line = Text(dayName(next)) + "  " + hoursOfDay(day); });
+    });
   }
   return line.empty() ? Text("NESSUN VALORE TROVATO") : line;
 }
 
-Text wholeWeek(const KesList& weekDays) {
+Text wholeWeek(const Records& weekDays) {
   Text week;
-  for (const Value& v : weekDays) {
-    const auto day = KesMap::fromBoxed(v);
-    week += Text(dayName(day.Get("WeekDay").asInt64())) + "\n";
-    for (const Value& schedule : KesList::fromBoxed(day.Get("Schedules")))
-      week += hours(KesMap::fromBoxed(schedule)) + "\n";
-  }
+  for (const Record& day : weekDays)
+    day.attempt([&] {
+      Text lines = Text(dayName(day.map().Get("WeekDay").asInt64())) + "\n";
+      eachRecord(maps(day, "Schedules"),
+                 [&](const KesMap& schedule) { lines += hours(schedule) + "\n"; });
+      week += lines;
+    });
   return week;
 }
 
@@ -83,7 +84,8 @@ void kes_infocitta_entity::describe(ClassBuilder<kes_infocitta_entity>& c) {
 
 void kes_infocitta_entity::_process_globals() { _main = Ref(&kes_main::instance()); }
 
-void kes_infocitta_entity::_caricaentity(KesMap entity) {
+void kes_infocitta_entity::_caricaentity(KesMap entity, const Text& document) {
+  document_ = document;
   KesPage page;
   page.Initialize(bi(), "Home");
   page.RootPanel().LoadLayout("layclv", bi());
@@ -93,12 +95,8 @@ void kes_infocitta_entity::_caricaentity(KesMap entity) {
   // A broken section is logged and the others are shown all the same.
   const auto section = [&](const char* key, auto load) {
     if (!entity.ContainsKey(key)) return;
-    try {
-      (this->*load)(KesList::fromBoxed(entity.Get(key)));
-    } catch (const std::exception& e) {
-      Kes::SetException(e);
-      c().Log(std::string(key) + ": " + e.what());
-    }
+    const Record whole(document, entity);
+    whole.attempt([&] { (this->*load)(maps(whole, key)); });
   };
   section("Contacts", &kes_infocitta_entity::_caricacontact);
   section("Adresses", &kes_infocitta_entity::_caricaaddress);
@@ -129,38 +127,36 @@ void kes_infocitta_entity::addRow(const KesPanelWrapper& panel, const KesMap& ma
   _clv->_add(panel, row);
 }
 
-void kes_infocitta_entity::_caricacontact(const KesList& contacts) {
-  for (const Value& v : contacts) {
-    const auto contact = KesMap::fromBoxed(v);
+void kes_infocitta_entity::_caricacontact(const Records& contacts) {
+  eachRecord(contacts, [&](const KesMap& contact) {
     const auto panel = loadRow(contact);
     const Value type = contact.Get("Type");
     if (type == Value(0)) _item_image.setText(c().Chr(kPhoneIcon));
     if (type == Value(1)) _item_image.setText(c().Chr(kMailIcon));
     if (_item_value.Text() != "") addRow(panel, contact, "CONTACT");
-  }
+  });
 }
 
-void kes_infocitta_entity::_caricaaddress(const KesList& addresses) {
-  for (const Value& v : addresses) {
-    const auto address = KesMap::fromBoxed(v);
+void kes_infocitta_entity::_caricaaddress(const Records& addresses) {
+  eachRecord(addresses, [&](const KesMap& address) {
     const auto panel = loadRow(address);
     _item_image.setText(c().Chr(kPlaceIcon));
     addRow(panel, address, "ADDRESS");
-  }
+  });
 }
 
-void kes_infocitta_entity::_caricacalendar(const KesList& calendars) {
+void kes_infocitta_entity::_caricacalendar(const Records& calendars) {
   const int sundayFirst = DateTime().GetDayOfWeek(DateTime().Now()) - 1;
   const int today = sundayFirst == 0 ? 7 : sundayFirst;
-  for (const Value& v : calendars) {
-    const auto calendar = KesMap::fromBoxed(v);
-    const auto panel = loadRow(calendar);
-    _item_image.setText(c().Chr(kCalendarIcon));
-    _item_value.setText(openingLine(KesList::fromBoxed(calendar.Get("WeekDays")), today));
-    if (!calendar.ContainsKey("Note"))
-      _item_value.setHeight(c().DipToCurrent(kValueHeightWithoutNote));
-    addRow(panel, calendar, "CALENDAR");
-  }
+  for (const Record& calendar : calendars)
+    calendar.attempt([&] {
+      const auto panel = loadRow(calendar);
+      _item_image.setText(c().Chr(kCalendarIcon));
+      _item_value.setText(openingLine(maps(calendar, "WeekDays"), today));
+      if (!calendar.map().ContainsKey("Note"))
+        _item_value.setHeight(c().DipToCurrent(kValueHeightWithoutNote));
+      addRow(panel, calendar, "CALENDAR");
+    });
 }
 
 KesMap kes_infocitta_entity::_copymap(const KesMap& map) { return _main->_copymap(map); }
@@ -181,7 +177,7 @@ Resumable<> kes_infocitta_entity::_clv_itemclick(int, Value value) {
     _main->_app.OpenURL(
         deployment::mapsLink(textOf(row, "Latitude") + "," + textOf(row, "Longitude")));
   } else if (type == "CALENDAR") {
-    const Value box = Msgbox2Async(bi(), wholeWeek(KesList::fromBoxed(row.Get("WeekDays"))),
+    const Value box = Msgbox2Async(bi(), wholeWeek(maps(Record(document_, row), "WeekDays")),
                                    textOf(row, "Title"), KesList::of({"Chiudi"}));
     co_await waitFor("msgbox_result:", box);
   }

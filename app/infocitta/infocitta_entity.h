@@ -3,6 +3,7 @@
 // One instance; main thread.
 #pragma once
 
+#include "app/kit/records.h"
 #include "components/customlistview.h"
 #include "runtime/core/module.h"
 #include "runtime/views/wrappers/label_wrapper.h"
@@ -18,10 +19,11 @@ class kes_infocitta_entity final : public Module<kes_infocitta_entity> {
   static void describe(ClassBuilder<kes_infocitta_entity>& c);
   void _process_globals() override;
 
-  void _caricaentity(KesMap entity);
-  void _caricacontact(const KesList& contacts);
-  void _caricaaddress(const KesList& addresses);
-  void _caricacalendar(const KesList& calendars);
+  // `document`: what the log calls the document that the entity comes from.
+  void _caricaentity(KesMap entity, const Text& document = "");
+  void _caricacontact(const Records& contacts);
+  void _caricaaddress(const Records& addresses);
+  void _caricacalendar(const Records& calendars);
   KesMap _copymap(const KesMap& map);
   Resumable<> _clv_itemclick(int index, Value value);
   void _msgbox_result(Value) {}
@@ -34,6 +36,8 @@ class kes_infocitta_entity final : public Module<kes_infocitta_entity> {
  private:
   KesPanelWrapper loadRow(const KesMap& map);
   void addRow(const KesPanelWrapper& panel, const KesMap& map, const char* type);
+
+  Text document_;  // of the entity that was opened last, for the log
 };
 
 }  // namespace varlo

@@ -8,8 +8,9 @@ using kes::Text;
 
 namespace {
 Hosts& current() {
-  static Hosts h{values::kDocuments, values::kRepository, values::kService, values::kGraph,
-                 values::kOpenData,  values::kFacebook,   values::kMaps};
+  static Hosts h{values::kDocuments, values::kRepository, values::kService,
+                 values::kGraph,     values::kOpenData,   values::kFacebook,
+                 values::kMaps,      values::kTownHall,   values::kActsPortal};
   return h;
 }
 static_assert(std::string_view(values::kGraphToken).size() == 166);
@@ -21,10 +22,16 @@ const Hosts& hosts() { return current(); }
 
 void pointEveryServiceAt(const Text& url) {
   auto& h = current();
-  h.documents = h.repository = h.service = h.graph = h.openData = url;
+  h.documents = h.repository = h.service = h.graph = h.openData = h.web = url;
 }
 
 Text documents(std::string_view path) { return hosts().documents + Text(path); }
+Text repository(std::string_view path) { return hosts().repository + Text(path); }
+Text service(std::string_view path) { return hosts().service + Text(path); }
+Text graph(std::string_view path) { return hosts().graph + Text(path); }
+Text facebook(std::string_view page) { return hosts().facebook + "/" + Text(page); }
+Text townHall(std::string_view path) { return hosts().web + Text(path); }
+Text actsPortal(std::string_view path) { return hosts().acts + Text(path); }
 Text mapsLink(std::string_view query) { return hosts().maps + "/?q=" + Text(query); }
 Text appStorePage() { return values::kAppStorePage; }
 Text graphToken() { return values::kGraphToken; }

@@ -21,14 +21,24 @@ struct Hosts {
   kes::Text openData;    // the region's open data
   kes::Text facebook;    // pages that open outside
   kes::Text maps;        // maps that open outside
+  kes::Text web;         // the town hall's web site, for the pictures of the news
+  kes::Text acts;        // the portal of the acts, whose pages open outside
 };
 
 const Hosts& hosts();
 // Every service at one address; for the simulator, before the app starts.
 void pointEveryServiceAt(const kes::Text& url);
 
-// The address of a static document, of a path of the map site.
+// Addresses of a path: of a static document, of the repository, the town's service and the
+// graph; of a page of the social network, a picture of the town hall's site and an act.
 kes::Text documents(std::string_view path);
+kes::Text repository(std::string_view path);
+kes::Text service(std::string_view path);
+kes::Text graph(std::string_view path);
+kes::Text facebook(std::string_view page);
+kes::Text townHall(std::string_view path);
+kes::Text actsPortal(std::string_view path);
+// A place on the map site.
 kes::Text mapsLink(std::string_view query);
 
 kes::Text appStorePage();

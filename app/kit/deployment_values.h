@@ -11,6 +11,8 @@ inline constexpr const char* kGraph = "https://graph.varlo.example";
 inline constexpr const char* kOpenData = "https://dati.varlo.example";
 inline constexpr const char* kFacebook = "https://www.facebook.com";
 inline constexpr const char* kMaps = "https://maps.apple.com";
+inline constexpr const char* kTownHall = "http://www.varlo.example";
+inline constexpr const char* kActsPortal = "http://albo.varlo.example";
 inline constexpr const char* kAppStorePage = "https://apps.varlo.example/infovarlo";
 
 inline constexpr const char* kGraphToken =

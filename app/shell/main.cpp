@@ -3,7 +3,8 @@
 #include "app/infocitta/infocitta.h"
 #include "app/infocitta/infocitta_entity.h"
 #include "app/kit/deployment.h"
-#include "app/kit/fields.h"
+#include "app/shell/menu.h"
+#include "app/shell/modules.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/serialized/serializer.h"
 #include "runtime/views/base/font.h"
@@ -16,43 +17,7 @@ using deployment::documents;
 
 namespace {
 
-enum class IconFont { FontAwesome, MaterialIcons };
-
-struct MenuRow {
-  IconFont font;
-  std::int32_t icon;
-  const char* label;
-  std::int32_t value;
-};
-
-// The left menu, top to bottom. The news and the events of the town hall bear the same
-// name on purpose.
-constexpr MenuRow kMenu[] = {
-    {IconFont::FontAwesome, 0xF015, " Home", 1},
-    {IconFont::FontAwesome, 0xF1EA, " Comune di Varlo", 50},
-    {IconFont::FontAwesome, 0xF0E0, " Newsletter Varlo", 51},
-    {IconFont::FontAwesome, 0xF0CA, " Storico Atti Varlo", 55},
-    {IconFont::MaterialIcons, 0xE878, " Comune di Varlo", 30},
-    {IconFont::MaterialIcons, 0xE878, " Live in Varlo", 31},
-    {IconFont::MaterialIcons, 0xE878, " Sport", 32},
-    {IconFont::FontAwesome, 0xF05A, " InfoCittà", 6},
-    {IconFont::FontAwesome, 0xF279, " Mappe", 60},
-    {IconFont::FontAwesome, 0xF0FA, " Farmacia di turno", 4},
-    {IconFont::FontAwesome, 0xF1F8, " Raccolta rifiuti", 22},
-    {IconFont::MaterialIcons, 0xE80C, " Menu Scuola", 2},
-    {IconFont::MaterialIcons, 0xE561, " Menu del Giorno", 5},
-    {IconFont::MaterialIcons, 0xE552, " PizzaPrezzi", 3},
-    {IconFont::FontAwesome, 0xF128, " Disclaimer", 20},
-    {IconFont::FontAwesome, 0xF179, " Valuta sull'App Store", 21},
-};
-constexpr double kIconSize = 20;
-
-// In the order in which they are initialised.
-constexpr const char* kModules[] = {
-    "kes_main",      "kes_modpizzaprezzi",   "kes_menudelgiorno",
-    "kes_infocitta", "kes_infocitta_entity", "kes_rifiuti",
-    "kes_modmaps",   "kes_modscuola",        "kes_httputils2service",
-    "kes_dateutils"};
+constexpr float kIconSize = 20;
 
 }  // namespace
 
@@ -83,18 +48,21 @@ void kes_main::describe(ClassBuilder<kes_main>& c) {
   c.field<&kes_main::_atti_oggetto>("atti_oggetto");
 }
 
-void kes_main::initializeStaticModules() {
-  for (const char* name : kModules)
-    if (const auto* info = ClassRegistry::instance().find(name))
-      if (const auto module = Value(info->make()).as<KesStaticModule>()) module->initializeModule();
-}
+void kes_main::initializeStaticModules() { AppModules::initialiseAll(); }
 
 void kes_main::_process_globals() {
-  const auto only = [](auto& module) { return Ref(&module); };
-  _infocitta = only(kes_infocitta::instance());
-  _infocitta_entity = only(kes_infocitta_entity::instance());
-  _httputils2service = only(kes_httputils2service::instance());
-  _dateutils = only(kes_dateutils::instance());
+  const auto only = [](auto& field) {
+    field = Ref(&std::remove_cvref_t<decltype(*field)>::instance());
+  };
+  only(_modpizzaprezzi);
+  only(_menudelgiorno);
+  only(_infocitta);
+  only(_infocitta_entity);
+  only(_rifiuti);
+  only(_modmaps);
+  only(_modscuola);
+  only(_httputils2service);
+  only(_dateutils);
   _imenu = 0;
   _tokenfb = deployment::graphToken();
   _tokengoogle = deployment::placesKey();
@@ -115,13 +83,10 @@ void kes_main::_application_start(Value) {
   menu.Initialize(bi(), "lp");
   menu.RootPanel().setColor(KesColors::White);
   menu.RootPanel().LoadLayout("laymenu", bi());
-  for (const MenuRow& row : kMenu) {
-    const KesFont font = row.font == IconFont::FontAwesome
-                             ? KesFont::CreateFontAwesome(kIconSize)
-                             : KesFont::CreateMaterialIcons(kIconSize);
+  for (const MenuRow& row : varlo::menu()) {
     KesCSBuilder text;
-    text.Initialize().Alignment("ALIGN_LEFT").Font(font).Append(c().Chr(row.icon)).PopAll();
-    text.Append(row.label);
+    text.Initialize().Alignment("ALIGN_LEFT").Font(row.font(kIconSize)).Append(c().Chr(row.icon));
+    text.PopAll().Append(row.label);
     _lstmenu->_addtextitemcs(text, row.value);
   }
 
@@ -167,49 +132,25 @@ void kes_main::_application_remotenotification(KesMap message, Ref<KesCompletion
 
 void kes_main::_lstmenu_itemclick(int, Value value) {
   const auto chosen = static_cast<std::int32_t>(Kes::ObjectToLongNumber(value));
-  const auto former = std::exchange(_imenu, chosen);
   _smc.CloseMenu();
-  switch (chosen) {
-    case 1:
-      _caricahome();
-      break;
-    case 4:
-      _farmacie_farmaciaaperta();
-      break;
-    case 6:
-      _infocitta_caricalistacategorie();
-      break;
-    case 20:
-      _caricadisclaimer();
-      break;
-    case 21:
-      _app.OpenURL(deployment::appStorePage());
-      break;
-    default:
-      // The page stays as it is, and so does what a tap on it means.
-      _imenu = former;
-      c().Log("Menu row " + std::to_string(chosen) + " has no feature yet.");
+  const MenuRow* row = menuRow(chosen);
+  if (!row || !row->open) {
+    // The page stays as it is, and so does what a tap on it means.
+    c().Log("Menu row " + std::to_string(chosen) + " has no feature yet.");
+    return;
   }
+  _imenu = chosen;
+  row->open(*this);
 }
 
 Resumable<> kes_main::_clv_itemclick(int, Value value) {
-  switch (_imenu) {
-    case 4:
-      _infocitta_entity->_caricaentity(KesMap::fromBoxed(value));
-      break;
-    case 6: {
-      const auto category = KesMap::fromBoxed(value);
-      _infocitta->_infocitta_caricaelementi(textOf(category, "Nome"), textOf(category, "Link"));
-      break;
-    }
-    default:
-      break;
-  }
+  if (const MenuRow* row = menuRow(_imenu); row && row->tap) row->tap(*this, value);
   co_return;
 }
 
 Resumable<> kes_main::_home_barbuttonclick(Value tag) {
   if (tag.textView() == "left") _smc.OpenLeftMenu();
+  if (tag.textView() == "SEARCH_ATTI") _storicoatti_cerca();
   co_return;
 }
 
@@ -237,43 +178,37 @@ Resumable<> kes_main::showDocument(Text title, Text path) {
   _home.RootPanel().RemoveAllViews();
   _home.RootPanel().LoadLayout("layweb", bi());
   _home.setTitle(title);
-  auto job = make<kes_httpjob>(bi(), "", self());
-  auto progress = _hd.progress("Caricamento...");
-  job->_download(documents(path));
-  job = co_await waitFor<kes_httpjob>("jobdone:", job);
-  if (job->_success)
-    _web.LoadHtml(job->_getstring());
-  else
-    _hd.ToastMessageShow("Connessione non presente", false);
-  progress.hide();
-  job->_release();
+  auto web = _web;  // a later page may replace it while this one loads
+  const auto progress = _hd.progress("Caricamento...");
+  const auto job = co_await fetch(documents(path));
+  if (!job->_success) co_return noConnection();
+  web.LoadHtml(job->_getstring());
 }
 
 Resumable<> kes_main::_controlloversione() {
-  auto job = make<kes_httpjob>(bi(), "", self());
-  job->_download(documents("/InfoVarlo/config/master/version_ios"));
-  job = co_await waitFor<kes_httpjob>("jobdone:", job);
-  if (job->_success) {
-    // Two plain numbers: 1.10 counts as below 1.9.
-    const double released = Kes::ObjectToNumber(job->_getstring()).asDouble();
-    const double installed = Kes::ObjectToNumber(_getversion()).asDouble();
-    if (released > installed) {
-      Msgbox2(bi(), "Msg", "Nuova versione rilasciata!", "InfoVarlo", KesList::of({"OK"}));
-      const Text button = co_await waitFor<Text>("msg_click:");
-      if (button == "OK") _app.OpenURL(deployment::appStorePage());
-    }
-  }
-  job->_release();
+  const auto job = co_await fetch(documents("/InfoVarlo/config/master/version_ios"));
+  if (!job->_success) co_return;
+  // Two plain numbers: 1.10 counts as below 1.9.
+  const double released = Kes::ObjectToNumber(job->_getstring()).asDouble();
+  const double installed = Kes::ObjectToNumber(_getversion()).asDouble();
+  if (!(released > installed)) co_return;
+  Msgbox2(bi(), "Msg", "Nuova versione rilasciata!", "InfoVarlo", KesList::of({"OK"}));
+  const Text button = co_await waitFor<Text>("msg_click:");
+  if (button == "OK") _app.OpenURL(deployment::appStorePage());
 }
 
 // --- What the shell offers to the features.
 
+Ref<kes_customlistview> kes_main::showList(const Text& title) {
+  _home.RootPanel().RemoveAllViews();
+  _home.RootPanel().LoadLayout("layclv", bi());
+  _home.setTitle(title);
+  return _clv;
+}
+
 Resumable<> kes_main::_downloadimage(Text link, KesImageViewWrapper view) {
-  auto job = make<kes_httpjob>(bi(), "", self());
-  job->_download(link);
-  job = co_await waitFor<kes_httpjob>("jobdone:", job);
+  const auto job = co_await fetch(link);
   if (job->_success) view.setBitmap(job->_getbitmap());
-  job->_release();
 }
 
 Resumable<> kes_main::_movecustomdialog(iCustomDialog dialog, double top) {
@@ -287,7 +222,6 @@ Resumable<> kes_main::_movecustomdialog(iCustomDialog dialog, double top) {
   view.setTop(top);
 }
 
-// A date is a text of the form year-month-day.
 std::int64_t kes_main::_datetolong(const Text& date) {
   return DateTime().Add(dayOf(date), 0, 0, 1);
 }
@@ -300,12 +234,18 @@ std::int64_t kes_main::dayOf(const Text& date) {
 }
 
 Text kes_main::_formatodata(const Text& date, bool withNames) {
-  if (!withNames)
-    return date.SubString2(8, 10) + "/" + date.SubString2(5, 7) + "/" + date.SubString2(0, 4);
-  const auto ticks = dayOf(date);
-  return _dateutils->_getdayofweekname(ticks) + " " +
-         std::to_string(DateTime().GetDayOfMonth(ticks)) + " " + _dateutils->_getmonthname(ticks) +
-         " " + std::to_string(DateTime().GetYear(ticks));
+  try {
+    if (!withNames)
+      return date.SubString2(8, 10) + "/" + date.SubString2(5, 7) + "/" + date.SubString2(0, 4);
+    const auto ticks = dayOf(date);
+    return _dateutils->_getdayofweekname(ticks) + " " +
+           std::to_string(DateTime().GetDayOfMonth(ticks)) + " " +
+           _dateutils->_getmonthname(ticks) + " " + std::to_string(DateTime().GetYear(ticks));
+  } catch (const std::exception& e) {
+    Kes::SetException(e);
+    c().Log("No date: \"" + date + "\": " + c().LastException().Message());
+    return {};
+  }
 }
 
 Text kes_main::_formatoora(const Text& dateAndTime) { return dateAndTime.SubString2(11, 16); }

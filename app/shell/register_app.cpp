@@ -1,10 +1,9 @@
 #include "app/shell/register_app.h"
 
 #include "app/infocitta/cinfocitta.h"
-#include "app/infocitta/infocitta.h"
-#include "app/infocitta/infocitta_entity.h"
+#include "app/kit/sorttype.h"
 #include "app/shell/layout_scripts.h"
-#include "app/shell/main.h"
+#include "app/shell/modules.h"
 #include "components/register_components.h"
 #include "runtime/data/register_data.h"
 #include "runtime/net/register_net.h"
@@ -17,7 +16,8 @@ void registerApp() {
   registerNet();
   registerViews();
   registerComponents();
-  ClassRegistry::instance().addAll<kes_main, kes_infocitta, kes_infocitta_entity, kes_cinfocitta>();
+  AppModules::registerAll();
+  ClassRegistry::instance().addAll<kes_cinfocitta, _sorttype>();
   registerLayoutScripts();
 }
 
