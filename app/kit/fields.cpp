@@ -1,5 +1,6 @@
 #include "app/kit/fields.h"
 
+#include "runtime/core/array.h"
 #include "runtime/core/kes.h"
 
 namespace varlo {

@@ -34,9 +34,11 @@ void Records::Iterator::settle() {
   }
 }
 
-Records maps(const Fetched& document) { return maps(document.document(), document->_getstring()); }
+Records maps(const Fetched& document) {
+  return parsedMaps(document.document(), document->_getstring());
+}
 
-Records maps(const Text& place, const Text& json) { return maps(place, parsed(json)); }
+Records parsedMaps(const Text& place, const Text& json) { return maps(place, parsed(json)); }
 
 Records maps(const Text& place, const Value& list) {
   if (!isList(list)) throw KesException(place + ": no list but " + Text(kindOf(list)));
@@ -48,9 +50,11 @@ Records maps(const Record& record, const char* key) {
   return maps(record.place() + separator + key, record.map().Get(key));
 }
 
-KesMap mapOf(const Fetched& document) { return mapOf(document.document(), document->_getstring()); }
+KesMap mapOf(const Fetched& document) {
+  return parsedMap(document.document(), document->_getstring());
+}
 
-KesMap mapOf(const Text& place, const Text& json) {
+KesMap parsedMap(const Text& place, const Text& json) {
   const Value value = parsed(json);
   if (!isMap(value)) throw KesException(place + ": no map but " + Text(kindOf(value)));
   return KesMap::fromBoxed(value);

@@ -79,15 +79,15 @@ class Records {
 };
 
 // The records of a document that is a list. A text that is no JSON throws what the parser
-// throws, another document "<name>: no list".
+// throws, another document "<name>: no list but …".
 Records maps(const Fetched& document);
-Records maps(const Text& place, const Text& json);
+Records parsedMaps(const Text& place, const Text& json);
 // Of a list within a document. What is no list throws.
 Records maps(const Text& place, const Value& list);
 Records maps(const Record& record, const char* key);
 // The one object that a document is.
 KesMap mapOf(const Fetched& document);
-KesMap mapOf(const Text& place, const Text& json);
+KesMap parsedMap(const Text& place, const Text& json);
 
 template <class Read>
 void eachRecord(const Records& records, Read read) {
