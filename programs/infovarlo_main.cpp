@@ -6,6 +6,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "app/shell/branding.h"
 #include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/base/platform.h"
@@ -43,6 +44,7 @@ int run() {
       clock, platform::Folders{platform::assetsFolder(), folder(data / "Documents"),
                                folder(data / "Library"), folder(data / "tmp")});
   platform::PlatformScope scope(platform);
+  varlo::setBranding();
   varlo::registerApp();
   qt::QtScreen screen({});
   ui::Application application(screen, screen.textEngine());

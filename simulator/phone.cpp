@@ -8,6 +8,7 @@
 
 #include "app/kit/deployment.h"
 #include "app/messaging/messaging.h"
+#include "app/shell/branding.h"
 #include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/base/log.h"
@@ -72,6 +73,7 @@ Phone::Phone(const Options& options) {
     std::lock_guard lock(logMutex_);
     log_.emplace_back(line);
   });
+  varlo::setBranding();
   const bool headless = options.screen == Options::Screen::Headless;
   platform::VirtualClock* steered = nullptr;
   if (headless) {

@@ -153,7 +153,7 @@ void Player::perform(const Command& c) {
       fail(c.line, "no " + c.text + " named \"" + c.second + "\" among:" + all);
     }
     case Verb::Focused: {
-      const auto* view = phone_.application().focused();
+      const auto* view = phone_.application().focus().view();
       const std::string name = view ? view->accessibleName() : "";
       if (name.find(c.text) == std::string::npos)
         fail(c.line, "the focus is on \"" + name + "\", not on \"" + c.text + "\"");

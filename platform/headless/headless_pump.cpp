@@ -28,7 +28,7 @@ bool HeadlessPump::turn() {
   bool did = false;
   while (platform_.mainQueue().runOne()) did = true;
   const auto now = clock_.monotonic();
-  const auto timer = app_.nextTimerDue();
+  const auto timer = app_.timers().nextDue();
   const bool move = app_.animator().isAnimating() && now != lastFrame_;
   if (screen_.frameWanted() || move || (timer && *timer <= now)) {
     screen_.frameTaken();
@@ -68,13 +68,13 @@ bool HeadlessPump::loadPages() {
 std::optional<std::int64_t> HeadlessPump::nextDue(bool withTimers) const {
   auto next = platform_.mainQueue().nextDue();
   if (app_.animator().isAnimating()) next = earlier(next, clock_.monotonic() + ui::style::kFrame);
-  if (withTimers) next = earlier(next, app_.nextTimerDue());
+  if (withTimers) next = earlier(next, app_.timers().nextDue());
   return next;
 }
 
 void HeadlessPump::moveTo(std::int64_t time) {
   // A toast or a long press on the way is not passed over.
-  if (const auto timer = app_.nextTimerDue()) time = std::min(time, *timer);
+  if (const auto timer = app_.timers().nextDue()) time = std::min(time, *timer);
   clock_.advance(std::max<std::int64_t>(0, time - clock_.monotonic()));
 }
 

@@ -192,7 +192,7 @@ bool InputRouter::wheel(QWheelEvent& event) {
 bool InputRouter::key(QKeyEvent& event) {
   auto& app = *ui::Application::current();
   const auto key = keyOf(event);
-  auto* focused = app.focused();
+  auto* focused = app.focus().view();
   auto* item = focused ? mirror_.itemOf(*focused) : nullptr;
   if (item && item->keyboardItem() && item->keyboardItem()->hasActiveFocus()) {
     const bool editor = dynamic_cast<ui::TextInput*>(focused) != nullptr;

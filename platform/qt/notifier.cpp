@@ -6,6 +6,8 @@
 #include <QDBusMessage>
 #include <QFileInfo>
 
+#include "platform/ui/values/branding.h"
+
 namespace qt {
 
 namespace {
@@ -29,8 +31,9 @@ bool notifyDesktop(const ui::Notification& n) {
   QVariantMap hints;
   hints[n.sound ? QStringLiteral("sound-name") : QStringLiteral("suppress-sound")] =
       n.sound ? QVariant(QStringLiteral("message-new-instant")) : QVariant(true);
-  call << QStringLiteral("InfoVarlo") << 0U << QString() << QString::fromStdString(n.title)
-       << QString::fromStdString(n.body).toHtmlEscaped() << QStringList() << hints << -1;
+  call << QString::fromStdString(ui::words().application) << 0U << QString()
+       << QString::fromStdString(n.title) << QString::fromStdString(n.body).toHtmlEscaped()
+       << QStringList() << hints << -1;
   return bus.send(call);
 }
 

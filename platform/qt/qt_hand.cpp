@@ -117,7 +117,7 @@ void QtHand::type(const std::string& text) {
   // An editor that can't be seen has no item to type into.
   auto* app = ui::Application::current();
   auto* item = screen_.window().activeFocusItem();
-  if (app && app->focused() && (!item || !item->property("cursorPosition").isValid())) {
+  if (app && app->focus().view() && (!item || !item->property("cursorPosition").isValid())) {
     app->input().text(text);
     return;
   }

@@ -16,6 +16,7 @@
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
+#include "platform/ui/values/branding.h"
 
 // Outside of any namespace, as the resource compiler declares it.
 static void loadParts() { Q_INIT_RESOURCE(platform_qt_parts); }
@@ -24,9 +25,10 @@ namespace qt {
 
 namespace {
 
+// The toolkit keeps pointers to both: the name by which the desktop tells windows apart.
 int g_argc = 1;
-char g_name[] = "infovarlo";
-char* g_argv[] = {g_name, nullptr};
+std::string g_name;
+char* g_argv[] = {nullptr, nullptr};
 
 void setDefault(const char* name, const QByteArray& value) {
   if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
@@ -139,8 +141,10 @@ QtProcess::QtProcess(const Options& options) {
   // What the browser engine needs of an application that loads it later.
   QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
   if (!software) QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+  g_name = ui::words().application;
+  g_argv[0] = g_name.data();
   application_ = std::make_unique<QGuiApplication>(g_argc, g_argv);
-  QGuiApplication::setApplicationName(QStringLiteral("InfoVarlo"));
+  QGuiApplication::setApplicationName(QString::fromStdString(ui::words().application));
   QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

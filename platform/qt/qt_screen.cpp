@@ -20,6 +20,7 @@
 #include "platform/qt/notifier.h"
 #include "platform/qt/phone_window.h"
 #include "platform/ui/application.h"
+#include "platform/ui/values/branding.h"
 
 namespace qt {
 
@@ -85,7 +86,7 @@ struct QtScreen::Parts : QObject {
 
 void QtScreen::Parts::setUp() {
   const auto& size = options.size;
-  window.setTitle(QString::fromStdString(options.title));
+  window.setTitle(QString::fromStdString(ui::words().application));
   window.setColor(toQColor(ui::style::kPage));
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
   if (options.resizable) {
@@ -144,7 +145,7 @@ void QtScreen::Parts::makeFrame() {
   guarded([&] { app->frame(); });
   mirror.update(*app);
   refocus();
-  ring.follow(mirror, app->focusByKeyboard() ? app->focused() : nullptr);
+  ring.follow(mirror, app->focus().byKeyboard() ? app->focus().view() : nullptr);
   accessible.changed();
   making = false;
   if (again && !window.isExposed()) {
@@ -180,7 +181,7 @@ void QtScreen::Parts::frameShown() {
 // The toolkit's keyboard focus follows the view tree's.
 void QtScreen::Parts::refocus() {
   auto* app = ui::Application::current();
-  auto* focused = app ? app->focused() : nullptr;
+  auto* focused = app ? app->focus().view() : nullptr;
   auto* item = focused ? mirror.itemOf(*focused) : nullptr;
   QQuickItem* wanted = item ? item->keyboardItem() : nullptr;
   if (!wanted) wanted = &root;

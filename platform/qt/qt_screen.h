@@ -24,7 +24,6 @@ class QtScreen final : public ui::Screen {
   struct Options {
     ui::Size size{375, 667};
     QtProcess::Options process;  // used where no QtProcess is running yet
-    std::string title = "InfoVarlo";
     double statusBar = ui::style::kStatusBarHeight;
     bool resizable = true;
     // Opens an address instead of the desktop; answers whether it could.

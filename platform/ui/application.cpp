@@ -80,16 +80,7 @@ void Application::frame() {
 
 void Application::tick() {
   const auto at = now();
-  // In the order of their due times; a timer may start or stop others.
-  for (;;) {
-    const auto it = std::min_element(timers_.begin(), timers_.end(), [](auto& a, auto& b) {
-      return a.due != b.due ? a.due < b.due : a.id < b.id;
-    });
-    if (it == timers_.end() || it->due > at) break;
-    const auto run = std::move(it->run);
-    timers_.erase(it);
-    run();
-  }
+  timers_.runDue(at);
   animator_.tick(at);
 }
 
@@ -105,69 +96,6 @@ void Application::layoutIfNeeded() {
     if (!again) return;
   }
   platform::log("Layout did not come to rest.");
-}
-
-std::uint64_t Application::startTimer(std::int64_t milliseconds, std::function<void()> due) {
-  timers_.push_back({++nextId_, now() + milliseconds, std::move(due)});
-  screen_.requestTick(milliseconds);
-  return nextId_;
-}
-
-void Application::stopTimer(std::uint64_t timer) {
-  std::erase_if(timers_, [timer](const Timer& t) { return t.id == timer; });
-}
-
-std::optional<std::int64_t> Application::nextTimerDue() const {
-  std::optional<std::int64_t> next;
-  for (const auto& t : timers_)
-    if (!next || t.due < *next) next = t.due;
-  return next;
-}
-
-// --- Focus and keyboard.
-
-void Application::setFocus(View* view, bool byKeyboard) {
-  const Ref<View> now(view);
-  const Ref<View> former = focused_.lock();
-  if (former == now) {
-    if (byKeyboard == focusByKeyboard_) return;
-    focusByKeyboard_ = byKeyboard;
-    if (now) now->markChanged(Change::State);
-    screen_.focusChanged(now.get(), byKeyboard);
-    return;
-  }
-  focused_ = WeakRef<View>(now);
-  focusByKeyboard_ = now && byKeyboard;
-  if (former) {
-    former->setFlag(View::Focused, false, Change::State);
-    former->focusChanged(false);
-  }
-  if (focused_.lock() != now) return;  // the hook moved it on
-  if (now) now->setFlag(View::Focused, true, Change::State);
-  screen_.focusChanged(now.get(), focusByKeyboard_);
-  const auto* input = dynamic_cast<TextInput*>(now.get());
-  setKeyboard(input && input->editable() ? screen_.keyboardHeight() : 0);
-  if (now && focused_.lock() == now) now->focusChanged(true);
-}
-
-void Application::setKeyboard(double height) {
-  if (height == keyboard_) return;
-  keyboard_ = height;
-  const auto observers = keyboardObservers_;
-  for (const auto& o : observers) {
-    const bool stays = std::any_of(keyboardObservers_.begin(), keyboardObservers_.end(),
-                                   [&](const auto& k) { return k.id == o.id; });
-    if (stays) o.call(height > 0, height);
-  }
-}
-
-std::uint64_t Application::addKeyboardObserver(std::function<void(bool, double)> observer) {
-  keyboardObservers_.push_back({++nextId_, std::move(observer)});
-  return nextId_;
-}
-
-void Application::removeKeyboardObserver(std::uint64_t observer) {
-  std::erase_if(keyboardObservers_, [&](const auto& o) { return o.id == observer; });
 }
 
 // --- Dialogs and the platform.

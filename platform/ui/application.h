@@ -10,11 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/ui/focus.h"
 #include "platform/ui/input.h"
 #include "platform/ui/overlays/dialog.h"
 #include "platform/ui/overlays/hud.h"
 #include "platform/ui/screen.h"
 #include "platform/ui/text_engine.h"
+#include "platform/ui/timers.h"
 #include "platform/ui/tree/animation.h"
 #include "platform/ui/window.h"
 
@@ -47,6 +49,8 @@ class Application {
   Animator& animator() { return animator_; }
   Hud& hud() { return hud_; }
   Input& input() { return input_; }
+  Timers& timers() { return timers_; }
+  Focus& focus() { return focus_; }
 
   // --- The screen.
   Rect screenBounds() const { return screen_.bounds(); }
@@ -67,25 +71,13 @@ class Application {
   void layoutIfNeeded();
   bool idle() const { return !animator_.isAnimating(); }
   void treeChanged();  // coalesced on its way to the screen
-  // Timers that are no work in flight: toasts, long presses. 0 is no timer.
-  std::uint64_t startTimer(std::int64_t milliseconds, std::function<void()> due);
-  void stopTimer(std::uint64_t timer);
-  std::optional<std::int64_t> nextTimerDue() const;  // on the monotonic clock
 
-  // --- Input and focus.
+  // --- Input.
   bool pointer(PointerPhase phase, int id, double x, double y) {
     return input_.pointer(phase, id, x, y);
   }
   void cancelPointer() { input_.cancelPointer(); }
   bool key(Key key) { return input_.key(key); }
-  View* focused() const { return focused_.lock().get(); }
-  bool focusByKeyboard() const { return focusByKeyboard_; }
-  void setFocus(View* view, bool byKeyboard = false);
-  // Height of the keyboard on show; hooks hear (shown, height).
-  double keyboardHeight() const { return keyboard_; }
-  void setKeyboard(double height);
-  std::uint64_t addKeyboardObserver(std::function<void(bool shown, double height)> observer);
-  void removeKeyboardObserver(std::uint64_t observer);
 
   // --- Dialogs, topmost last.
   const std::vector<Ref<Dialog>>& dialogs() const { return dialogs_; }
@@ -109,32 +101,19 @@ class Application {
   friend class View;
   friend class Window;
   friend class Dialog;
-  struct Timer {
-    std::uint64_t id;
-    std::int64_t due;
-    std::function<void()> run;
-  };
-  struct KeyboardObserver {
-    std::uint64_t id;
-    std::function<void(bool, double)> call;
-  };
 
   Screen& screen_;
   TextEngine& text_;
   Animator animator_;
   Hud hud_{*this};
+  Timers timers_{screen_};
+  Focus focus_{screen_};
   Input input_{*this};
   std::vector<Window*> windows_;
   std::vector<const View*> modals_;
   Window* key_ = nullptr;
-  std::vector<Timer> timers_;
-  std::vector<KeyboardObserver> keyboardObservers_;
-  std::uint64_t nextId_ = 0;
   std::vector<Ref<Dialog>> dialogs_;
-  WeakRef<View> focused_;
-  bool focusByKeyboard_ = false;
   bool frameAsked_ = false;
-  double keyboard_ = 0;
   std::string lastUrl_;
   ApplicationDelegate* delegate_ = nullptr;
   State state_ = State::Inactive;

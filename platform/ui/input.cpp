@@ -5,7 +5,6 @@
 
 #include "platform/base/platform.h"
 #include "platform/ui/application.h"
-#include "platform/ui/controls/text_input.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"
 #include "platform/ui/values/style.h"
@@ -67,7 +66,7 @@ bool Input::began(Point at) {
   const auto window = windowAt(app_, at);
   target_ = Ref<View>(window ? window->hitTest(at) : nullptr);
   const bool hit = target_.get() != nullptr;
-  if (app_.focusByKeyboard()) app_.setFocus(app_.focused(), false);
+  if (app_.focus().byKeyboard()) app_.focus().set(app_.focus().view(), false);
   bool tapDecided = false;
   for (View* v = target_.get(); v; v = v->parent()) {
     if (!tapDecided && v->takesTap()) {
@@ -80,9 +79,9 @@ bool Input::began(Point at) {
   if (window)
     if (auto* root = window->rootViewController();
         root && target_ && target_->isDescendantOf(root->view()))
-      drawer_ = Ref<DrawerController>(dynamic_cast<DrawerController*>(root));
+      page_ = Ref<ViewController>(root);
   if (held_)
-    app_.startTimer(style::kLongPress, [this, gesture = gesture_] { longPressDue(gesture); });
+    app_.timers().start(style::kLongPress, [this, gesture = gesture_] { longPressDue(gesture); });
   if (pressed_) pressed_->setPressed(true);
   if (const auto touched = touched_) touched->touch(TouchAction::Down, touched->fromWindow(at));
   return hit;
@@ -109,8 +108,8 @@ bool Input::moved(Point at) {
     decideDrag(way);
   }
   if (!active_) return true;  // a hook ended it
-  if (drag_ == Drag::Drawer) {
-    drawer_->pan(way);
+  if (drag_ == Drag::Page) {
+    page_->pan(way);
   } else if (drag_ == Drag::Scroll) {
     if (scroller_->window()) scroller_->setOffset(scrollStart_ - way);
   } else if (const auto touched = touched_) {
@@ -121,8 +120,9 @@ bool Input::moved(Point at) {
 
 void Input::decideDrag(Point way) {
   drag_ = Drag::None;
-  if (drawer_ && drawer_->beginPan(drawer_->view().fromWindow(start_), way)) {
-    drag_ = Drag::Drawer;
+  page_ = page_ ? page_->beginPan(start_, way) : nullptr;
+  if (page_) {
+    drag_ = Drag::Page;
   } else if (!app_.screen().scrollsNatively() && target_ && target_->window()) {
     scroller_ = Ref<ScrollView>(scrollerFor(target_.get(), way));
     if (!scroller_) return;
@@ -140,15 +140,15 @@ bool Input::ended(Point at) {
   // All state is put away first: the hooks below may start anything.
   const auto target = target_, pressed = pressed_, touched = touched_;
   const auto scroller = scroller_;
-  const auto drawer = drawer_;
+  const auto page = page_;
   const auto drag = drag_;
   const Point way = at - start_;
   if (now() - lastTime_ > 100) velocityX_ = 0;  // the finger rested before it left
   const double velocity = velocityX_;
   release();
   if (pressed) pressed->setPressed(false);
-  if (drag == Drag::Drawer) {
-    drawer->endPan(way, velocity);
+  if (drag == Drag::Page) {
+    page->endPan(way, velocity);
   } else if (drag == Drag::Scroll) {
     scroller->setOffset(scrollStart_ - way);
     const Size page = scroller->bounds().size();
@@ -169,17 +169,17 @@ void Input::release() {
   ++gesture_;
   target_ = pressed_ = held_ = touched_ = nullptr;
   scroller_ = nullptr;
-  drawer_ = nullptr;
+  page_ = nullptr;
 }
 
 void Input::cancelPointer() {
   if (!active_) return;
   const auto pressed = pressed_, touched = touched_;
-  const auto drawer = drag_ == Drag::Drawer ? drawer_ : nullptr;
+  const auto page = drag_ == Drag::Page ? page_ : nullptr;
   const Point way = last_ - start_;
   release();
   if (pressed) pressed->setPressed(false);
-  if (drawer) drawer->endPan(way, 0);
+  if (page) page->endPan(way, 0);
   if (touched) touched->touch(TouchAction::Up, touched->fromWindow(last_));
 }
 
@@ -196,27 +196,9 @@ void Input::wheel(double x, double y, double dx, double dy) {
 
 bool Input::key(Key key) {
   if (app_.hud().progressShown()) return true;  // nothing to reach, nothing to leave
-  const Ref<View> focused(app_.focused());
-  if (auto* input = dynamic_cast<TextInput*>(focused.get())) {
-    const bool oneLine = dynamic_cast<TextField*>(input) != nullptr;
-    switch (key) {
-      case Key::Enter:
-        if (oneLine) static_cast<TextField*>(input)->userPressedEnter();
-        return oneLine;
-      case Key::Up:
-      case Key::Down:
-        if (!oneLine) return false;
-        break;
-      case Key::Space:
-      case Key::Left:
-      case Key::Right:
-      case Key::Home:
-      case Key::End:
-        return false;  // the editor's own
-      default:
-        break;
-    }
-  }
+  const Ref<View> focused(app_.focus().view());
+  if (const KeyUse use = focused ? focused->keyPressed(key) : KeyUse::None; use != KeyUse::None)
+    return use == KeyUse::Used;
   switch (key) {
     case Key::Tab:
     case Key::Down:
@@ -240,11 +222,8 @@ bool Input::key(Key key) {
 }
 
 bool Input::text(std::string_view utf8) {
-  const Ref<View> focused(app_.focused());
-  auto* input = dynamic_cast<TextInput*>(focused.get());
-  if (!input || !input->editable() || app_.hud().progressShown()) return false;
-  input->userTyped(utf8);
-  return true;
+  const Ref<View> focused(app_.focus().view());
+  return focused && !app_.hud().progressShown() && focused->typed(utf8);
 }
 
 bool Input::moveFocus(int direction) {
@@ -253,17 +232,17 @@ bool Input::moveFocus(int direction) {
   const auto order = focusOrder(*window);
   if (order.empty()) return false;
   const auto count = static_cast<std::ptrdiff_t>(order.size());
-  const auto it = std::find(order.begin(), order.end(), Ref<View>(app_.focused()));
+  const auto it = std::find(order.begin(), order.end(), Ref<View>(app_.focus().view()));
   const auto next = it == order.end() ? (direction > 0 ? 0 : count - 1)
                                       : (it - order.begin() + direction + count) % count;
   const auto& view = order[static_cast<std::size_t>(next)];
-  app_.setFocus(view.get(), true);
+  app_.focus().set(view.get(), true);
   scrollIntoView(*view);
   return true;
 }
 
 bool Input::activateFocused() {
-  const Ref<View> focused(app_.focused());
+  const Ref<View> focused(app_.focus().view());
   if (!focused || !focused->enabled() || !reachable(*focused)) return false;
   if (!focused->takesTap()) return false;
   focused->tap(focused->bounds().center());
@@ -301,7 +280,7 @@ ScrollView* firstScroller(View& view) {
 bool Input::scrollPage(Key key) {
   auto* window = app_.keyWindow();
   if (!window) return false;
-  auto* found = scrollerFor(app_.focused(), {0, 1});
+  auto* found = scrollerFor(app_.focus().view(), {0, 1});
   const Ref<ScrollView> scroll(found ? found : firstScroller(*window));
   if (!scroll) return false;
   app_.animator().cancel(*scroll, Property::Value);

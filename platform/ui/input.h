@@ -1,5 +1,5 @@
-// Turns pointer and key events into taps, long presses, touches, scrolling, drawer
-// swipes and focus moves. Owned by the Application, reached through it. Main thread;
+// Turns pointer and key events into taps, long presses, touches, scrolling, swipes of
+// pages and focus moves. Owned by the Application, reached through it. Main thread;
 // window points. Views that go away in between are left out, never touched.
 #pragma once
 
@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/ui/controls/scroll_view.h"
-#include "platform/ui/pages/drawer_controller.h"
+#include "platform/ui/pages/view_controller.h"
 
 namespace ui {
 
@@ -15,33 +15,16 @@ class Application;
 
 enum class PointerPhase { Began, Moved, Ended, Cancelled };
 
-enum class Key {
-  Tab,
-  BackTab,
-  Up,
-  Down,
-  Left,
-  Right,
-  Enter,
-  Space,
-  Escape,
-  Back,
-  PageUp,
-  PageDown,
-  Home,
-  End,
-};
-
 class Input {
  public:
   explicit Input(Application& application) : app_(application) {}
 
   // One finger at a time: others are ignored until it has ended. True when a view, a
-  // scroller or the drawer has a use for the event.
+  // scroller or a page has a use for the event.
   bool pointer(PointerPhase phase, int id, double x, double y);
   void cancelPointer();  // a native scroller has taken the finger over
   bool pointerDown() const { return active_; }
-  bool swiping() const { return active_ && drag_ == Drag::Drawer; }  // the drawer
+  bool swiping() const { return active_ && drag_ == Drag::Page; }  // a page or a drawer
   bool key(Key key);
   bool text(std::string_view utf8);  // typed into the focused text input
   void wheel(double x, double y, double dx, double dy);
@@ -68,9 +51,9 @@ class Input {
   Ref<View> target_;                    // what was hit
   Ref<View> pressed_, held_, touched_;  // take tap, long press, touches
   Ref<ScrollView> scroller_;
-  Ref<DrawerController> drawer_;
+  Ref<ViewController> page_;  // whom a swipe moves
   Point scrollStart_;
-  enum class Drag : std::uint8_t { Undecided, Scroll, Drawer, None } drag_ = Drag::Undecided;
+  enum class Drag : std::uint8_t { Undecided, Scroll, Page, None } drag_ = Drag::Undecided;
 };
 
 }  // namespace ui

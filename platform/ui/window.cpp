@@ -63,8 +63,7 @@ Window::Window(const Rect& bounds) : overlay_(makeShared<OverlayLayer>()) {
 Window::~Window() {
   if (auto* app = Application::current()) {
     // Whoever listens may be gone already: a window goes at the very end.
-    if (const auto focused = app->focused_.lock(); focused && focused->isDescendantOf(*this))
-      app->focused_ = {};
+    if (app->focus().within(*this)) app->focus().drop();
     std::erase(app->windows_, this);
     if (app->key_ == this) app->key_ = nullptr;
   }

@@ -13,6 +13,7 @@ town::TownHost::Options onTheClockOf(testing_support::HeadlessPhone& phone) {
 }  // namespace
 
 TownTest::TownTest(platform::Ticks startAt) : phone(startAt), host(onTheClockOf(phone)) {
+  setBranding();
   registerApp();
   KesDateTime::restart();
   File().virtualAssetsFolder = ASSETS_FOLDER;

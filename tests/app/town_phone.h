@@ -10,6 +10,7 @@
 #include "app/infocitta/infocitta.h"
 #include "app/infocitta/infocitta_entity.h"
 #include "app/kit/deployment.h"
+#include "app/shell/branding.h"
 #include "app/shell/main.h"
 #include "app/shell/register_app.h"
 #include "platform/ui/reading/finder.h"

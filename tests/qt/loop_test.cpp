@@ -90,7 +90,7 @@ TEST_F(Loop, SettlesOnlyWhenNothingIsUnderWay) {
   EXPECT_TRUE(settle());
   EXPECT_TRUE(done);
   int ticks = 0;
-  app.startTimer(40, [&] { ++ticks; });
+  app.timers().start(40, [&] { ++ticks; });
   EXPECT_TRUE(loop.until([&] { return ticks == 1; }, 3000));
 }
 

@@ -75,7 +75,7 @@ constexpr const char* kPage = R"(UIWindow 0,0 320x568
                 UILabel 10,131.5 300x49.25 "<F0E0> Newsletter\n\"Varlo\"" name="Newsletter\n\"Varlo\""
         UIButton #btn 10,174 100x44 "Avanti" [disabled]
         UITextField #et 10,224 300x44 "Roma" name="Via"
-        UISwitch 10,274 51x31 [attivo]
+        UISwitch 10,274 51x31 [on]
     UINavigationBar 0,0 320x64
       UILabel 54,20 212x44 "InfoVarlo"
       UIButton 8,20 46x44 "<E5D2>" name="Menu"
@@ -83,7 +83,7 @@ constexpr const char* kPage = R"(UIWindow 0,0 320x568
 
 TEST_F(DumpTest, IsTheTextThatPeopleCompare) {
   EXPECT_EQ(readable(dump(*phone.window)), kPage);
-  phone.app.setFocus(find(*phone.window, "#et").get());
+  phone.app.focus().set(find(*phone.window, "#et").get());
   phone.app.hud().toast("Ciao", 1500);
   phone.app.hud().showProgress("Attendere");
   phone.app.messageBox("Msg", "Fatto", {"OK"}, {});
@@ -149,7 +149,7 @@ TEST_F(DumpTest, AssistiveTechnologyHearsRowsFieldsAndControls) {
   EXPECT_THAT(heard,
               ElementsAre("button: Menu", "heading: InfoVarlo", "button: Comune di Varlo",
                           "button: Newsletter\n\"Varlo\"", "button: Comune di Varlo",
-                          "button: Avanti (off)", "text field: Via = Roma", "switch:  = attivo"));
+                          "button: Avanti (off)", "text field: Via = Roma", "switch:  = on"));
 }
 
 TEST_F(DumpTest, APageOfHtmlReadsItsTextAndReportsItsEnd) {

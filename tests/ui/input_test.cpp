@@ -143,20 +143,20 @@ TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
   std::vector<std::string> visited;
   for (int i = 0; i < 5; ++i) {
     EXPECT_TRUE(phone.app.key(Key::Tab));
-    visited.push_back(phone.app.focused()->name());
+    visited.push_back(phone.app.focus().view()->name());
   }
   EXPECT_THAT(visited, ElementsAre("field", "left", "right", "last", "field"));
-  EXPECT_TRUE(phone.app.focusByKeyboard());
+  EXPECT_TRUE(phone.app.focus().byKeyboard());
   phone.app.key(Key::BackTab);
-  EXPECT_EQ(phone.app.focused()->name(), "last");
+  EXPECT_EQ(phone.app.focus().view()->name(), "last");
   phone.app.key(Key::Up);
   EXPECT_TRUE(phone.app.key(Key::Enter));
   EXPECT_THAT(log, ElementsAre("tap right"));
   phone.tapAt({5, 310});
-  EXPECT_FALSE(phone.app.focusByKeyboard()) << "the ring goes when a finger comes";
-  const Ref<View> kept(phone.app.focused());
+  EXPECT_FALSE(phone.app.focus().byKeyboard()) << "the ring goes when a finger comes";
+  const Ref<View> kept(phone.app.focus().view());
   kept->removeFromParent();
-  EXPECT_EQ(phone.app.focused(), nullptr);
+  EXPECT_EQ(phone.app.focus().view(), nullptr);
   EXPECT_FALSE(kept->isFocused());
 }
 
@@ -183,7 +183,7 @@ TEST_F(InputTest, KeysScrollAndBringTheFocusIntoView) {
 
 TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {
   phone.screen.keyboard = 216;
-  const auto observer = phone.app.addKeyboardObserver([&](bool shown, double height) {
+  const auto observer = phone.app.focus().addKeyboardObserver([&](bool shown, double height) {
     log.push_back((shown ? "keyboard " : "no keyboard ") +
                   std::to_string(static_cast<int>(height)));
   });
@@ -200,14 +200,14 @@ TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {
   EXPECT_FALSE(phone.app.key(Key::Space)) << "the editor's own key";
   EXPECT_TRUE(phone.app.key(Key::Enter));
   std::uint64_t second = 0;
-  const auto first = phone.app.addKeyboardObserver([&](bool, double) {
-    phone.app.removeKeyboardObserver(second);
+  const auto first = phone.app.focus().addKeyboardObserver([&](bool, double) {
+    phone.app.focus().removeKeyboardObserver(second);
     log.push_back("first");
   });
-  second = phone.app.addKeyboardObserver([&](bool, double) { log.push_back("second"); });
-  phone.app.removeKeyboardObserver(observer);
+  second = phone.app.focus().addKeyboardObserver([&](bool, double) { log.push_back("second"); });
+  phone.app.focus().removeKeyboardObserver(observer);
   field->requestFocus();
-  phone.app.removeKeyboardObserver(first);
+  phone.app.focus().removeKeyboardObserver(first);
   field->setEnabled(false);
   field->userEdited("zzz");
   EXPECT_EQ(field->text(), "ab");

@@ -1,8 +1,10 @@
 #include "phone.h"
+#include "platform/ui/controls/controls.h"
 #include "platform/ui/pages/drawer_controller.h"
 #include "platform/ui/pages/navigation_controller.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"
+#include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -180,22 +182,22 @@ TEST_F(PagesTest, BarItemsAreButtonsWithNames) {
     phone.tapAt(p);
     phone.pump.settle();
   };
-  tapNamed("Cerca");
+  tapNamed("Search");
   search->setEnabled(false);
   EXPECT_FALSE(nav->navigationBar().viewFor(*search)->enabled());
   phone.pump.drain();
-  tapNamed("Cerca");
+  tapNamed("Search");
   tapNamed("WEB");
   EXPECT_GT(nav->navigationBar().viewFor(*search)->frame().x,
             nav->navigationBar().viewFor(*web)->frame().x)
       << "the first stands outermost";
-  tapNamed("Indietro");
+  tapNamed("Back");
   EXPECT_EQ(stack(), "a");
   a->navigationItem().setLeftItems({item(BarButtonItem::drawer())});
   phone.pump.drain();
   tapNamed("Menu");
-  tapNamed("Indietro");
-  EXPECT_THAT(pressed, ElementsAre("Cerca", "WEB", "Menu", "no Indietro"));
+  tapNamed("Back");
+  EXPECT_THAT(pressed, ElementsAre("Search", "WEB", "Menu", "no Back"));
 }
 
 TEST_F(PagesTest, FlexibleSpacesPushToolbarItemsApart) {
@@ -386,6 +388,26 @@ TEST_F(DrawerTest, BackTakesOneStepAtATime) {
   EXPECT_TRUE(phone.app.key(Key::Back));
   EXPECT_EQ(stack(), "a");
   EXPECT_FALSE(phone.app.key(Key::Back)) << "nothing left to step back from";
+}
+
+TEST(Branding, ThePlatformSpeaksTheProgramsWordsInItsColour) {
+  struct Restore {
+    Words words = ui::words();
+    Looks looks = ui::looks();
+    ~Restore() { setBranding(words, looks); }
+  } const restore;
+  Words words;
+  words.off = "non attivo";
+  words.barButtons[0] = "Fine";
+  words.barButtons[12] = "Cerca";
+  setBranding(words, {Color{0xFF1F5F7A}, kWhite});
+  Phone phone;
+  auto nav = makeShared<NavigationController>();
+  EXPECT_EQ(nav->navigationBar().background(), Color{0xFF1F5F7A});
+  EXPECT_EQ(BarButtonItem::system(0)->title(), "Fine") << "no icon: its name is shown";
+  EXPECT_EQ(BarButtonItem::system(12)->accessibleName(), "Cerca");
+  EXPECT_EQ(BarButtonItem::system(99)->accessibleName(), "");
+  EXPECT_EQ(Switch().accessibleValue(), "non attivo");
 }
 
 TEST_F(DrawerTest, TurningThePhoneMidSlideEndsInPlace) {

@@ -179,7 +179,7 @@ TEST_F(PagesTest, ListensToTheKeyboardOnlyWhileShownAndOnlyForAHandler) {
   EXPECT_THAT(owner->trace, ElementsAre("keyboard 216", "keyboard 0"));
   owner->trace.clear();
   nav.ShowPage2(second, false);
-  phone.app.setKeyboard(216);
+  phone.app.focus().setKeyboard(216);
   EXPECT_THAT(happened(), ElementsAre("home goes", "second appears"));
 }
 

@@ -66,7 +66,7 @@ QAccessibleInterface* AccessibleTree::root() const {
 
 QAccessibleInterface* AccessibleTree::focused() const {
   auto* app = ui::Application::current();
-  const auto it = app ? made_.find(app->focused()) : made_.end();
+  const auto it = app ? made_.find(app->focus().view()) : made_.end();
   return it == made_.end() ? nullptr : it->second;
 }
 

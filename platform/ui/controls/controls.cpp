@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/ui/values/branding.h"
+
 namespace ui {
 
 void Switch::setOn(bool on) {
@@ -19,6 +21,8 @@ void Switch::userSet(bool on) {
 }
 
 void Switch::tap(Point) { userSet(!on_); }
+
+std::string Switch::accessibleValue() const { return on_ ? words().on : words().off; }
 
 void RangeControl::setValue(double value) {
   value = std::clamp(value, minimum_, maximum_);

@@ -17,7 +17,7 @@ class Switch : public View {
   void userSet(bool on);
   bool takesTap() const override { return true; }
   void tap(Point at) override;
-  std::string accessibleValue() const override { return on_ ? "attivo" : "non attivo"; }
+  std::string accessibleValue() const override;
 
  protected:
   Role defaultRole() const override { return Role::Switch; }

@@ -51,6 +51,28 @@ void TextInput::tap(Point at) {
   View::tap(at);
 }
 
+KeyUse TextInput::keyPressed(Key key) {
+  switch (key) {
+    case Key::Enter:
+    case Key::Space:
+    case Key::Up:
+    case Key::Down:
+    case Key::Left:
+    case Key::Right:
+    case Key::Home:
+    case Key::End:
+      return KeyUse::Editor;
+    default:
+      return KeyUse::None;
+  }
+}
+
+bool TextInput::typed(std::string_view utf8) {
+  if (!editable()) return false;
+  userTyped(utf8);
+  return true;
+}
+
 void TextInput::focusChanged(bool focused) {
   if (const auto hook = focused ? onBeginEdit : onEndEdit) hook();
 }
@@ -77,6 +99,14 @@ void TextField::setShrinksToFit(bool shrinks) {
   if (shrinks == shrinks_) return;
   shrinks_ = shrinks;
   markChanged(Change::Content);
+}
+
+// Up and Down mean nothing within one line: they lead to its neighbours.
+KeyUse TextField::keyPressed(Key key) {
+  if (key == Key::Up || key == Key::Down) return KeyUse::None;
+  if (key != Key::Enter) return TextInput::keyPressed(key);
+  userPressedEnter();
+  return KeyUse::Used;
 }
 
 void TextField::userPressedEnter() {

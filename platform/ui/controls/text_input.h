@@ -44,6 +44,9 @@ class TextInput : public View {
   std::string accessibleValue() const override { return displayText(); }
   bool takesTap() const override { return editable(); }
   void tap(Point at) override;
+  KeyUse keyPressed(Key key) override;
+  bool typed(std::string_view utf8) override;
+  bool wantsKeyboard() const override { return editable(); }
 
  protected:
   void focusChanged(bool focused) override;
@@ -71,6 +74,7 @@ class TextField : public TextInput {
 
   std::function<void()> onEnterPressed;
   void userPressedEnter();  // raises the hook; without one the field gives the focus up
+  KeyUse keyPressed(Key key) override;
   Size sizeThatFits(Size limit) const override;
 
  protected:

@@ -6,6 +6,7 @@
 #include "platform/ui/application.h"
 #include "platform/ui/controls/image_view.h"
 #include "platform/ui/tree/layout_view.h"
+#include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -36,14 +37,14 @@ void Dialog::present() {
   layer_->setFrame(window->bounds());
   window->overlay().addSubview(layer_);
   if (auto* toast = app->hud().toastView()) toast->bringToFront();
-  app->setFocus(nullptr);
+  app->focus().set(nullptr);
   app->screen().announce(title.empty() ? message : title);
   layer_->setAlpha(0);
   app->animator().alpha(*layer_, 1, {style::kFade});
 }
 
 void Dialog::build() {
-  const Color accent = circle.value_or(style::kTown);
+  const Color accent = circle.value_or(looks().accent);
   auto layer = makeShared<LayoutView>();
   layer->setModal(true);
   scrim_ = makeShared<View>();
@@ -68,7 +69,7 @@ void Dialog::build() {
     Ref<View> inside;
     if (spinner) {
       auto indicator = makeShared<ActivityIndicator>();
-      indicator->setColor(style::kOnTown);
+      indicator->setColor(looks().onAccent);
       indicator->setSpinning(true);
       inside = indicator;
     } else if (!iconImage.empty()) {
@@ -77,7 +78,7 @@ void Dialog::build() {
       picture->setContentMode(ContentMode::Fit);
       inside = picture;
     } else if (!icon.empty()) {
-      inside = cardLabel(icon, style::iconFont(28), style::kOnTown);
+      inside = cardLabel(icon, style::iconFont(28), looks().onAccent);
     }
     if (inside) {
       inside->setFrame(circleView_->bounds().inset({12, 12, 12, 12}));
@@ -99,7 +100,7 @@ void Dialog::build() {
     auto button = makeShared<Button>();
     button->setTitle(spec.text);
     button->setFont(Font::bold(16));
-    button->setTextColor(style::kOnTown);
+    button->setTextColor(looks().onAccent);
     button->setBackground(accent);
     button->setBorder({0, kClear, 6});
     button->setOnTap([weak = WeakRef<Dialog>(this), result = spec.result](View&) {

@@ -115,14 +115,14 @@ void Hud::toast(std::string text, std::int64_t milliseconds) {
   toast_ = layer;
   app_.screen().announce(toastLabel_->text());
   appear(app_, toast_);
-  toastTimer_ = app_.startTimer(milliseconds, [this] {
+  toastTimer_ = app_.timers().start(milliseconds, [this] {
     toastTimer_ = 0;
     dismissToast();
   });
 }
 
 void Hud::dismissToast() {
-  if (toastTimer_) app_.stopTimer(std::exchange(toastTimer_, 0));
+  if (toastTimer_) app_.timers().stop(std::exchange(toastTimer_, 0));
   if (!toast_) return;
   leave(app_, std::exchange(toast_, nullptr));
   toastLabel_ = nullptr;

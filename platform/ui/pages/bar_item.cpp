@@ -3,48 +3,22 @@
 #include <array>
 
 #include "platform/ui/pages/bar_view.h"
+#include "platform/ui/values/branding.h"
 
 namespace ui {
 
 namespace {
 
-struct SystemItem {
-  const char* icon;  // in the icon face; empty: shown as a text
-  const char* name;
-};
+// In the icon face, by the platform's numbers; those without one show their name.
+constexpr std::array<const char*, 23> kIcons{
+    "",       "",       "",       "",       "\uE145", "",       "",       "\uE150",
+    "\uE15E", "\uE80D", "\uE2C7", "\uE866", "\uE8B6", "\uE5D5", "\uE5CD", "\uE412",
+    "\uE872", "\uE037", "\uE034", "\uE020", "\uE01F", "\uE166", "\uE15A"};
 
-// By the platform's numbers; 5 and 6 show nothing.
-constexpr std::array<SystemItem, 23> kSystem{{
-    {"", "Fine"},
-    {"", "Annulla"},
-    {"", "Modifica"},
-    {"", "Salva"},
-    {"\uE145", "Aggiungi"},
-    {"", ""},
-    {"", ""},
-    {"\uE150", "Scrivi"},
-    {"\uE15E", "Rispondi"},
-    {"\uE80D", "Condividi"},
-    {"\uE2C7", "Organizza"},
-    {"\uE866", "Segnalibri"},
-    {"\uE8B6", "Cerca"},
-    {"\uE5D5", "Aggiorna"},
-    {"\uE5CD", "Interrompi"},
-    {"\uE412", "Fotocamera"},
-    {"\uE872", "Elimina"},
-    {"\uE037", "Riproduci"},
-    {"\uE034", "Pausa"},
-    {"\uE020", "Riavvolgi"},
-    {"\uE01F", "Avanti veloce"},
-    {"\uE166", "Annulla operazione"},
-    {"\uE15A", "Ripeti operazione"},
-}};
-
-const SystemItem& systemItem(int number) {
-  static constexpr SystemItem kNone{"", ""};
-  return number >= 0 && number < static_cast<int>(kSystem.size())
-             ? kSystem[static_cast<std::size_t>(number)]
-             : kNone;
+// Beyond the end: no item of the system.
+std::size_t indexOf(int number) {
+  return number >= 0 && number < static_cast<int>(kIcons.size()) ? static_cast<std::size_t>(number)
+                                                                 : kIcons.size();
 }
 
 constexpr const char* kMenuIcon = "\uE5D2";
@@ -53,9 +27,10 @@ constexpr const char* kMenuIcon = "\uE5D2";
 
 Ref<BarButtonItem> BarButtonItem::system(int number) {
   Ref<BarButtonItem> item(new BarButtonItem(Kind::System, number));
-  const auto& known = systemItem(number);
-  if (!*known.icon) item->title_ = known.name;
-  item->name_ = known.name;
+  if (const auto i = indexOf(number); i < kIcons.size()) {
+    item->name_ = words().barButtons[i];
+    if (!*kIcons[i]) item->title_ = item->name_;
+  }
   return item;
 }
 
@@ -79,12 +54,14 @@ Ref<BarButtonItem> BarButtonItem::custom(Ref<View> view) {
 
 Ref<BarButtonItem> BarButtonItem::drawer() {
   Ref<BarButtonItem> item(new BarButtonItem(Kind::Drawer, -1));
-  item->name_ = "Menu";
+  item->name_ = words().menu;
   return item;
 }
 
 std::string BarButtonItem::icon() const {
-  return kind_ == Kind::Drawer ? kMenuIcon : kind_ == Kind::System ? systemItem(number_).icon : "";
+  if (kind_ == Kind::Drawer) return kMenuIcon;
+  const auto i = kind_ == Kind::System ? indexOf(number_) : kIcons.size();
+  return i < kIcons.size() ? kIcons[i] : "";
 }
 
 void BarButtonItem::setStyle(int style) {

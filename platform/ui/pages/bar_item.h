@@ -43,7 +43,7 @@ class BarButtonItem : public platform::Shared {
   void setTint(std::optional<Color> tint);
   std::optional<Font> titleFont() const { return font_; }
   void setTitleFont(std::optional<Font> font);
-  // As set, else the title or the Italian name of the system item ("Cerca", "Menu").
+  // As set, else the title or the name of the system item in the program's words.
   std::string accessibleName() const;
   void setAccessibleName(std::string name);
 

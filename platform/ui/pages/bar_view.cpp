@@ -1,6 +1,7 @@
 #include "platform/ui/pages/bar_view.h"
 
 #include "platform/ui/application.h"
+#include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -19,7 +20,7 @@ Ref<Button> barButton() {
 Ref<Label> barLabel(const Font& font) {
   auto label = makeShared<Label>();
   label->setFont(font);
-  label->setTextColor(style::kOnTown);
+  label->setTextColor(looks().onAccent);
   label->setAlignment(TextAlign::Center);
   return label;
 }
@@ -28,8 +29,8 @@ Ref<Label> barLabel(const Font& font) {
 
 BarView::BarView(Kind kind) : kind_(kind) {
   const bool navigation = kind == Kind::Navigation;
-  setBackground(navigation ? style::kTown : style::kToolbar);
-  setTint(navigation ? style::kOnTown : style::kTint);
+  setBackground(navigation ? looks().accent : style::kToolbar);
+  setTint(navigation ? looks().onAccent : looks().accent);
   setClipsToBounds(true);
   if (!navigation) return;
   prompt_ = barLabel(Font::system(13));
@@ -38,7 +39,7 @@ BarView::BarView(Kind kind) : kind_(kind) {
   back_ = barButton();
   back_->setTitle(kBackIcon);
   back_->setFont(style::iconFont());
-  back_->setAccessibleName("Indietro");
+  back_->setAccessibleName(words().back);
   back_->setOnTap([this](View&) {
     if (const auto hook = onBack) hook();
   });

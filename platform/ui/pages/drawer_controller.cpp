@@ -125,8 +125,8 @@ void DrawerController::showSide(DrawerSide side, bool animated) {
   panel.setModal(true);
   scrim_->setHidden(false);
   if (auto* app = Application::current())
-    if (Ref<View> focused(app->focused()); focused && !focused->isDescendantOf(panel))
-      app->setFocus(nullptr);
+    if (Ref<View> focused(app->focus().view()); focused && !focused->isDescendantOf(panel))
+      app->focus().set(nullptr);
   if (appeared()) controllerOf(side)->setAppeared(true, animated);
 }
 
@@ -150,8 +150,8 @@ void DrawerController::settle(DrawerSide side, bool open, bool animated,
     panel->view().setModal(false);
     panel->view().setAccessibilityHidden(true);
     if (auto* app = Application::current())
-      if (Ref<View> focused(app->focused()); focused && focused->isDescendantOf(panel->view()))
-        app->setFocus(nullptr);
+      if (Ref<View> focused(app->focus().view()); focused && focused->isDescendantOf(panel->view()))
+        app->focus().set(nullptr);
     panel->setAppeared(false, animated);
   }
   view().layoutIfNeeded();
@@ -192,17 +192,18 @@ void DrawerController::closeDrawer(bool animated, std::function<void()> done) {
   settle(std::exchange(open_, DrawerSide::None), false, animated, std::move(done));
 }
 
-bool DrawerController::beginPan(Point at, Point moved) {
-  if (std::abs(moved.x) <= std::abs(moved.y)) return false;
+Ref<ViewController> DrawerController::beginPan(Point at, Point moved) {
+  if (std::abs(moved.x) <= std::abs(moved.y)) return nullptr;
+  at = view().fromWindow(at);
   if (open_ != DrawerSide::None) {
     const bool outward =
         shouldStretchDrawer || (open_ == DrawerSide::Left ? moved.x < 0 : moved.x > 0);
     const bool inside = panelFrame(open_, 1).contains(at);
     const int needed = inside ? drawer_gesture::kPanDrawer : drawer_gesture::kPanCenter;
-    if (!outward || !(closeGestureMask & needed)) return false;
+    if (!outward || !(closeGestureMask & needed)) return nullptr;
     panning_ = open_;
     panStart_ = 1;
-    return true;
+    return Ref<ViewController>(this);
   }
   const auto side = moved.x > 0 ? DrawerSide::Left : DrawerSide::Right;
   const double width = view().bounds().width;
@@ -210,12 +211,12 @@ bool DrawerController::beginPan(Point at, Point moved) {
       side == DrawerSide::Left ? at.x <= style::kEdgeWidth : at.x >= width - style::kEdgeWidth;
   const bool allowed = (openGestureMask & drawer_gesture::kPanCenter) ||
                        ((openGestureMask & drawer_gesture::kPanEdge) && edge);
-  if (!controllerOf(side) || !allowed) return false;
+  if (!controllerOf(side) || !allowed) return nullptr;
   panning_ = side;
   panStart_ = 0;
   showSide(side, true);
   place(side, 0);
-  return true;
+  return Ref<ViewController>(this);
 }
 
 void DrawerController::pan(Point moved) {

@@ -42,11 +42,9 @@ class DrawerController : public ViewController {
   int closeGestureMask = drawer_gesture::kPanCenter | drawer_gesture::kPanDrawer;
   bool shouldStretchDrawer = true;  // a pull beyond the width gives way a little
 
-  // A swipe, in this controller's view: begin() answers whether it takes the gesture.
-  bool beginPan(Point at, Point moved);
-  void pan(Point moved);
-  void endPan(Point moved, double velocityX);  // points a second
-
+  Ref<ViewController> beginPan(Point at, Point moved) override;
+  void pan(Point moved) override;
+  void endPan(Point moved, double velocityX) override;
   bool goBack() override;
 
  protected:

@@ -121,8 +121,8 @@ void NavigationController::showTop(ViewController* former, Slide slide) {
   coming->setFrame(here.movedBy({forward ? here.width : -here.width / 3, 0}));
   app->animator().center(*coming, here.center(), timing);
   leaving->setAccessibilityHidden(true);
-  if (auto focused = Ref<View>(app->focused()); focused && focused->isDescendantOf(*leaving))
-    app->setFocus(nullptr);
+  if (auto focused = Ref<View>(app->focus().view()); focused && focused->isDescendantOf(*leaving))
+    app->focus().set(nullptr);
   app->animator().center(
       *leaving, here.movedBy({forward ? -here.width / 3 : here.width, 0}).center(), timing,
       [weak = WeakRef<NavigationController>(this), view = WeakRef<View>(leaving)](bool) {

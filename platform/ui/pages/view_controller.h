@@ -66,6 +66,12 @@ class ViewController : public platform::Shared {
   void setAppeared(bool appeared, bool animated);
   // Takes a step back if there is one (close the drawer, pop a page); true when taken.
   virtual bool goBack() { return false; }
+  // A swipe that begins in this controller, in window points: whoever of it and the
+  // controllers inside takes it, or null. That one hears how it goes on and, once, how it
+  // ends (points, points a second).
+  virtual Ref<ViewController> beginPan(Point /*at*/, Point /*moved*/) { return nullptr; }
+  virtual void pan(Point /*moved*/) {}
+  virtual void endPan(Point /*moved*/, double /*velocityX*/) {}
 
  protected:
   virtual Ref<View> loadView();

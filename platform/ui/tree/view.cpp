@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/ui/application.h"
+#include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -194,9 +195,7 @@ void View::removeFromParent() {
 void View::leaveParent() {
   if (!parent_) return;
   const Ref<View> pin(this);
-  if (auto* a = app())
-    if (auto focused = a->focused_.lock(); focused && focused->isDescendantOf(*this))
-      a->setFocus(nullptr);
+  if (auto* a = app(); a && a->focus().within(*this)) a->focus().set(nullptr);
   View* parent = std::exchange(parent_, nullptr);
   if (!parent) return;  // whoever lost the focus removed it
   std::erase(parent->children_, pin);
@@ -207,10 +206,8 @@ void View::leaveParent() {
 
 void View::removeAllSubviews() {
   if (children_.empty()) return;
-  if (auto* a = app())
-    if (auto focused = a->focused_.lock();
-        focused && focused.get() != this && focused->isDescendantOf(*this))
-      a->setFocus(nullptr);
+  if (auto* a = app(); a && a->focus().within(*this) && a->focus().view() != this)
+    a->focus().set(nullptr);
   auto former = std::move(children_);
   children_.clear();
   index_.reset();
@@ -341,7 +338,7 @@ void View::setShadow(const Shadow& shadow) {
 Color View::tint() const {
   for (const View* v = this; v; v = v->parent_)
     if (v->rare_ && v->rare_->tint) return *v->rare_->tint;
-  return style::kTint;
+  return looks().accent;
 }
 void View::setTint(std::optional<Color> tint) {
   if (!tint && !rare_) return;
@@ -385,10 +382,10 @@ void View::touch(TouchAction action, Point at) {
 }
 
 void View::requestFocus() {
-  if (auto* a = app(); a && canFocus() && window()) a->setFocus(this);
+  if (auto* a = app(); a && canFocus() && window()) a->focus().set(this);
 }
 void View::resignFocus() {
-  if (auto* a = app(); a && isFocused()) a->setFocus(nullptr);
+  if (auto* a = app(); a && isFocused()) a->focus().set(nullptr);
 }
 
 // --- Names.

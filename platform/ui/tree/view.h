@@ -114,6 +114,11 @@ class View : public platform::Shared {
   virtual void tap(Point at);
   void longPress();
   void touch(TouchAction action, Point at);
+  // What the keyboard does while the view has the focus: a key, a text typed (true: taken).
+  virtual KeyUse keyPressed(Key /*key*/) { return KeyUse::None; }
+  virtual bool typed(std::string_view /*utf8*/) { return false; }
+  // The on-screen keyboard comes up for it.
+  virtual bool wantsKeyboard() const { return false; }
   // Arrow keys and the like while focused; true when used.
   virtual bool adjust(int /*steps*/) { return false; }
 
@@ -161,6 +166,7 @@ class View : public platform::Shared {
  private:
   friend class Animator;
   friend class Application;
+  friend class Focus;
   struct Rare;
   struct ChildIndex;
   enum Flag : std::uint16_t {

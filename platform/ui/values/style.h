@@ -1,5 +1,5 @@
-// The house's look: the measures and colours that every screen draws alike. Points,
-// milliseconds, ARGB.
+// The measures and colours that every screen draws alike, whoever's program it is (what is
+// the program's own lies in branding.h). Points, milliseconds, ARGB.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,6 @@
 
 namespace ui::style {
 
-inline constexpr Color kTown{0xFF1F5F7A};    // bars, active controls
-inline constexpr Color kOnTown{0xFFFFFFFF};  // on top of it
-inline constexpr Color kTint{0xFF1F5F7A};
 inline constexpr Color kText{0xFF1B1F23};
 inline constexpr Color kSecondaryText{0xFF5A646E};
 inline constexpr Color kPage{0xFFFFFFFF};

@@ -70,6 +70,30 @@ enum class Role : std::uint8_t {
   Status,
 };
 
+enum class Key {
+  Tab,
+  BackTab,
+  Up,
+  Down,
+  Left,
+  Right,
+  Enter,
+  Space,
+  Escape,
+  Back,
+  PageUp,
+  PageDown,
+  Home,
+  End,
+};
+
+// What a view does with a key while it has the focus.
+enum class KeyUse : std::uint8_t {
+  None,    // nothing: it moves the focus, scrolls, leads back
+  Used,    // it has done something with it
+  Editor,  // it is for the screen's own editor
+};
+
 // Numbered as the touch events are.
 enum class TouchAction { Down = 0, Up = 1, Move = 2 };
 

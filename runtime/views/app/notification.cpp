@@ -37,7 +37,7 @@ void KesNotificationWrapper::Register() {
   if (!app) return;
   const std::int64_t now = platform::current().clock().now();
   const std::int64_t due = std::clamp(native()->fireDate, now, now + kLongestWait);
-  app->startTimer(due - now, [notification = native()] { fire(notification); });
+  app->timers().start(due - now, [notification = native()] { fire(notification); });
 }
 
 }  // namespace kes

@@ -67,7 +67,7 @@ void KesViewController::viewWillAppear(bool animated) {
   auto* app = ui::Application::current();
   if (!app || !KesObjectWrapper::hasMethod(*this, "_keyboardstatechanged:")) return;
   stopObserving();
-  keyboardObserver_ = app->addKeyboardObserver(
+  keyboardObserver_ = app->focus().addKeyboardObserver(
       [weak = WeakRef<KesViewController>(this)](bool shown, double height) {
         const auto page = weak.lock();
         if (!page) return;
@@ -85,7 +85,8 @@ void KesViewController::viewWillDisappear(bool animated) {
 
 void KesViewController::stopObserving() {
   if (!keyboardObserver_) return;
-  if (auto* app = ui::Application::current()) app->removeKeyboardObserver(keyboardObserver_);
+  if (auto* app = ui::Application::current())
+    app->focus().removeKeyboardObserver(keyboardObserver_);
   keyboardObserver_ = 0;
 }
 

@@ -1,0 +1,43 @@
+#include "app/shell/branding.h"
+
+#include "platform/ui/values/branding.h"
+
+namespace varlo {
+
+void setBranding() {
+  ui::Words words;
+  words.application = "InfoVarlo";
+  words.back = "Indietro";
+  words.menu = "Menu";
+  words.on = "attivo";
+  words.off = "non attivo";
+  words.loaded = "Caricamento completato";
+  words.barButtons = {"Fine",
+                      "Annulla",
+                      "Modifica",
+                      "Salva",
+                      "Aggiungi",
+                      "",
+                      "",
+                      "Scrivi",
+                      "Rispondi",
+                      "Condividi",
+                      "Organizza",
+                      "Segnalibri",
+                      "Cerca",
+                      "Aggiorna",
+                      "Interrompi",
+                      "Fotocamera",
+                      "Elimina",
+                      "Riproduci",
+                      "Pausa",
+                      "Riavvolgi",
+                      "Avanti veloce",
+                      "Annulla operazione",
+                      "Ripeti operazione"};
+  ui::Looks looks;
+  looks.accent = ui::Color{0xFF1F5F7A};
+  ui::setBranding(std::move(words), looks);
+}
+
+}  // namespace varlo
