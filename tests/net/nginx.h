@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "server_process.h"
+#include "tests/support/server_process.h"
 
 class Nginx {
  public:

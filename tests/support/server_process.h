@@ -19,6 +19,8 @@ class ServerProcess {
   // ends before. Either way said() is what it said.
   bool start(std::vector<std::string> command, const std::string& whenItListens);
   void stop();
+  // As an empty battery would.
+  void killHard();
   const std::string& said() const { return said_; }
 
   // Runs a program to its end; whether it went well.
@@ -27,6 +29,7 @@ class ServerProcess {
   static int freePort();
 
  private:
+  void end(int signal);
   bool awaitListening(const std::string& words);
 
   pid_t process_ = -1;

@@ -1,4 +1,4 @@
-#include "server_process.h"
+#include "tests/support/server_process.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -77,6 +77,9 @@ bool ServerProcess::start(std::vector<std::string> command, const std::string& w
   said_.clear();
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error(std::strerror(errno));
+  // Nobody reads on once it listens: room for what a talkative one says.
+  constexpr int kRoom = 1 << 20;
+  ::fcntl(ends[1], F_SETPIPE_SZ, kRoom);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], 2);
@@ -89,9 +92,12 @@ bool ServerProcess::start(std::vector<std::string> command, const std::string& w
   return false;
 }
 
-void ServerProcess::stop() {
+void ServerProcess::stop() { end(SIGTERM); }
+void ServerProcess::killHard() { end(SIGKILL); }
+
+void ServerProcess::end(int signal) {
   if (process_ > 0) {
-    ::kill(process_, SIGTERM);
+    ::kill(process_, signal);
     awaitEnd(process_);
     process_ = -1;
   }
