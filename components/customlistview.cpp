@@ -15,6 +15,8 @@ constexpr std::int32_t kUnknownLast = 0x7FFFFFFF;
 constexpr std::int64_t kReachEndPause = 100;  // milliseconds
 constexpr double kReachEndDistance = 5;
 constexpr double kTextLeft = 5, kTextTop = 2, kTextMinHeight = 50;
+constexpr double kEmptyTop = 24, kEmptyHeight = 24, kEmptyFontSize = 15;
+constexpr auto kEmptyColor = static_cast<std::int32_t>(0xFF5B6770);
 constexpr std::int32_t kPressMilliseconds = 50, kHoldMilliseconds = 200, kFadeMilliseconds = 200;
 
 std::int32_t whole(double points) { return static_cast<std::int32_t>(Value(points).asInt64()); }
@@ -136,6 +138,7 @@ void kes_customlistview::insertAtImpl(std::int32_t index, const KexViewWrapper& 
                                       std::int32_t itemSize, const Value& value,
                                       std::optional<std::int32_t> former) {
   if (index < 0 || index > _getsize()) item(index);  // throws
+  takeEmptyTextAway();
   KexViewWrapper outer = KesXUI().CreatePanel(bi(), "Panel");
   KexViewWrapper inner = appPanel;
   outer.setColor(inner.Color());
@@ -230,9 +233,28 @@ void kes_customlistview::_resizeitem(std::int32_t index, std::int32_t itemSize) 
 }
 
 void kes_customlistview::_clear() {
+  takeEmptyTextAway();
   items_.clear();
   _sv.ScrollViewInnerPanel().RemoveAllViews();
   setContentSize(0);
+}
+
+void kes_customlistview::showEmptyText(const Text& text) {
+  if (!items_.empty()) return;
+  takeEmptyTextAway();
+  emptyLabel_.Initialize(bi(), "");
+  emptyLabel_.setText(text);
+  emptyLabel_.setFont(KesFont::CreateNew(kEmptyFontSize));
+  emptyLabel_.setTextColor(kEmptyColor);
+  emptyLabel_.setTextAlignment(KesLabelWrapper::ALIGNMENT_CENTER);
+  _mbase.AddView(emptyLabel_, 0, c().DipToCurrent(kEmptyTop), _mbase.Width(),
+                 c().DipToCurrent(kEmptyHeight));
+}
+
+void kes_customlistview::takeEmptyTextAway() {
+  if (!emptyLabel_.IsInitialized()) return;
+  emptyLabel_.RemoveViewFromParent();
+  emptyLabel_ = KesLabelWrapper();
 }
 
 // --- Where items are.
@@ -379,6 +401,7 @@ Resumable<> kes_customlistview::panelClickHandler(KexViewWrapper panel) {
 
 void kes_customlistview::_base_resize(double width, double height) {
   _sv.SetLayoutAnimated(0, 0, 0, width, height);
+  if (emptyLabel_.IsInitialized()) emptyLabel_.setWidth(width);
   if (_horizontal)
     _sv.setScrollViewContentHeight(height);
   else

@@ -50,6 +50,9 @@ class kes_customlistview final : public KesClass {
                   const Value& value);
   void _resizeitem(std::int32_t index, std::int32_t itemSize);
   void _clear();
+  // A quiet line in place of items, until there is one or the list is cleared. For a list
+  // that came back empty; one that is still on its way says nothing.
+  void showEmptyText(const Text& text);
 
   std::int32_t _getsize() const { return static_cast<std::int32_t>(items_.size()); }
   Value _getvalue(std::int32_t index) const { return item(index).value; }
@@ -90,6 +93,7 @@ class kes_customlistview final : public KesClass {
   Value callback() const { return callback_.lock(); }
   bool hears(const char* suffix, int parameters) const;
   clvitem& item(std::int32_t index) const;
+  void takeEmptyTextAway();
   // `former` is the size of the item that is replaced.
   void insertAtImpl(std::int32_t index, const KexViewWrapper& panel, std::int32_t itemSize,
                     const Value& value, std::optional<std::int32_t> former);
@@ -108,6 +112,7 @@ class kes_customlistview final : public KesClass {
   // Known weakly, since it holds the list as a rule.
   WeakRef<Shared> callback_;
   std::vector<Ref<clvitem>> items_;
+  KesLabelWrapper emptyLabel_;  // while there is nothing else to see
 };
 
 }  // namespace kes

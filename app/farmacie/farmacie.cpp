@@ -64,7 +64,8 @@ Resumable<> kes_main::_farmacie_farmaciaaperta() {
   KesList pharmacies;
   pharmacies.Initialize();
   auto job = co_await fetch(documents("/InfoVarlo/farmacie/master/farmacie.json"));
-  if (job->_success) pharmacies = readable(job, "Farmacia", "Citta", "Telefono", "Indirizzo");
+  const bool known = job->_success;
+  if (known) pharmacies = readable(job, "Farmacia", "Citta", "Telefono", "Indirizzo");
 
   job = co_await fetchAgain(std::move(job), documents("/InfoVarlo/farmacie/master/turni.json"));
   if (!job->_success) co_return;
@@ -85,6 +86,7 @@ Resumable<> kes_main::_farmacie_farmaciaaperta() {
     show(today, "Turno1", kRoundTheClock);
     if (textOf(today, "Turno2") != "") show(today, "Turno2", kDaytime);
   }
+  if (known) allShown(list);
 }
 
 // The entry of the day on which the instant falls, or Null. Numbers compare as numbers:

@@ -19,6 +19,7 @@ Resumable<> kes_main::_infocitta_caricalistacategorie() {
   eachRecord(maps(job), [&](const KesMap& category) {
     list->_addtextitem(nameOf(category, "Nome"), category);
   });
+  allShown(list);
 }
 
 void kes_infocitta::describe(ClassBuilder<kes_infocitta>& c) {
@@ -43,6 +44,7 @@ Resumable<> kes_infocitta::_infocitta_caricaelementi(Text title, Text link) {
   document_ = job.document();
   eachRecord(maps(job),
              [&](const KesMap& entity) { list->_addtextitem(nameOf(entity, "Name"), entity); });
+  allShown(list);
 }
 
 void kes_infocitta::_clv_itemclick(int, Value value) {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "app/kit/fetch.h"
+#include "components/customlistview.h"
 #include "runtime/views/dialogs/hud.h"
 
 namespace varlo {
@@ -31,6 +32,8 @@ class Feature : public Module<M> {
     job->_initialize(this->bi(), "", this->self());
     return Fetch(*this, std::move(job), url, kNoHeader, nullptr);
   }
+  // Closes the loading of a list: one that came back empty says so.
+  void allShown(const Ref<kes_customlistview>& list) { list->showEmptyText("Nessun elemento"); }
   void noConnection() { _hd.ToastMessageShow("Connessione non presente", false); }
 };
 

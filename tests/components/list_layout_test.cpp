@@ -1,5 +1,6 @@
 // How items fill the list: text items, horizontal lists, a new size.
 #include "list_fixture.h"
+#include "platform/ui/reading/finder.h"
 
 namespace kes {
 namespace {
@@ -89,6 +90,24 @@ TEST_F(ListTest, ANewSizeOfAHorizontalListMakesItsItemsHigher) {
   EXPECT_EQ(view(1).frame(), (ui::Rect{44, 0, 60, 350}));
   EXPECT_EQ(list->_getpanel(1).Height(), 350);
   EXPECT_EQ(list->_sv.ScrollViewContentHeight(), 350);
+}
+
+TEST_F(ListTest, AnEmptyListSaysSoUntilThereIsSomethingToSee) {
+  const auto says = [&] { return ui::find(*window, "Niente") != nullptr; };
+  list->showEmptyText("Niente");
+  EXPECT_TRUE(says());
+  EXPECT_EQ(list->_getsize(), 0) << "the line is no item";
+  list->_base_resize(200, 100);
+  EXPECT_EQ(ui::find(*window, "Niente")->frame().width, 200);
+  list->_addtextitem("uno", 1);
+  EXPECT_FALSE(says());
+  list->showEmptyText("Niente");
+  EXPECT_FALSE(says()) << "there is an item";
+  list->_removeat(0);
+  EXPECT_FALSE(says()) << "it is on its way, or not asked for";
+  list->showEmptyText("Niente");
+  list->_clear();
+  EXPECT_FALSE(says());
 }
 
 TEST_F(ListTest, TheRangeIsToldAfterANewSize) {
