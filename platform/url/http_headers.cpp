@@ -15,8 +15,12 @@ bool HttpHeaders::sameName(std::string_view a, std::string_view b) {
 }
 
 bool HttpHeaders::isSendable(std::string_view name, std::string_view value) {
-  constexpr std::string_view breaks("\r\n\0", 3);
-  return isHttpToken(name) && value.find_first_of(breaks) == std::string_view::npos;
+  return isHttpToken(name) && isOneLine(value);
+}
+
+bool HttpHeaders::isOneLine(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](unsigned char c) { return (c < 0x20 && c != '\t') || c == 0x7F; });
 }
 
 std::string* HttpHeaders::slot(std::string_view name) {
@@ -45,6 +49,10 @@ void HttpHeaders::add(std::string_view name, std::string_view value) {
 
 void HttpHeaders::remove(std::string_view name) {
   std::erase_if(fields_, [&](const auto& f) { return sameName(f.first, name); });
+}
+
+void HttpHeaders::keep(bool (*wanted)(std::string_view name)) {
+  std::erase_if(fields_, [&](const auto& f) { return !wanted(f.first); });
 }
 
 bool isHttpToken(std::string_view s) {

@@ -17,6 +17,8 @@ class HttpHeaders {
   void set(std::string_view name, std::string_view value);
   void add(std::string_view name, std::string_view value);
   void remove(std::string_view name);
+  // Removes all but those whose names the predicate wants.
+  void keep(bool (*wanted)(std::string_view name));
   void clear() { fields_.clear(); }
 
   // The field's value, or null when there is none.
@@ -30,6 +32,8 @@ class HttpHeaders {
   static bool sameName(std::string_view a, std::string_view b);
   // Whether the field may go on the wire: the name a token, the value on one line.
   static bool isSendable(std::string_view name, std::string_view value);
+  // Whether the text holds no control character but tabs.
+  static bool isOneLine(std::string_view text);
 
  private:
   std::string* slot(std::string_view name);

@@ -11,8 +11,6 @@
 
 namespace platform {
 
-namespace {
-// 128 bits of the system's own randomness as text; empty when it has none to give.
 std::string randomName() {
   std::array<unsigned char, 16> bytes;
   if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) return {};
@@ -23,7 +21,6 @@ std::string randomName() {
   }
   return name;
 }
-}  // namespace
 
 TemporaryFile::~TemporaryFile() { remove(); }
 

@@ -10,6 +10,9 @@
 
 namespace platform {
 
+// 128 bits of the system's own randomness as text; empty when it has none to give.
+std::string randomName();
+
 class TemporaryFile {
  public:
   TemporaryFile() = default;

@@ -11,12 +11,13 @@ bool UrlBodyMemory::take(std::size_t bytes) {
   return false;
 }
 
-UrlBody::UrlBody(std::string folder, std::shared_ptr<UrlBodyMemory> memory)
+UrlBody::UrlBody(std::shared_ptr<DownloadFolder> folder, std::shared_ptr<UrlBodyMemory> memory)
     : folder_(std::move(folder)), memory_(std::move(memory)) {}
 
 UrlBody::~UrlBody() { memory_->give(taken_); }
 
 bool UrlBody::write(std::string_view bytes) {
+  size_ += bytes.size();
   if (bytes_) {
     if (bytes_->size() + bytes.size() <= kInMemory && memory_->take(bytes.size())) {
       taken_ += bytes.size();
@@ -29,7 +30,8 @@ bool UrlBody::write(std::string_view bytes) {
 }
 
 bool UrlBody::spill() {
-  if (!file_.create(folder_)) return false;
+  const auto folder = folder_->path(error_);
+  if (folder.empty() || !file_.create(folder)) return false;
   path_ = file_.path();
   if (!file_.write(*bytes_)) return false;
   bytes_.reset();
@@ -38,6 +40,7 @@ bool UrlBody::spill() {
 }
 
 bool UrlBody::clear() {
+  size_ = 0;
   if (!bytes_) return file_.truncate();
   bytes_->clear();
   memory_->give(std::exchange(taken_, 0));
@@ -56,6 +59,7 @@ void UrlBody::discard() {
   file_.remove();
   bytes_.reset();
   memory_->give(std::exchange(taken_, 0));
+  folder_.reset();
 }
 
 }  // namespace platform

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/url/download_folder.h"
 #include "platform/url/temporary_file.h"
 
 namespace platform {
@@ -33,7 +34,7 @@ class UrlBody {
   // The most that one body keeps in memory.
   static constexpr std::size_t kInMemory = std::size_t{64} * 1024;
 
-  UrlBody(std::string folder, std::shared_ptr<UrlBodyMemory> memory);
+  UrlBody(std::shared_ptr<DownloadFolder> folder, std::shared_ptr<UrlBodyMemory> memory);
   ~UrlBody();
   UrlBody(const UrlBody&) = delete;
   UrlBody& operator=(const UrlBody&) = delete;
@@ -44,6 +45,7 @@ class UrlBody {
   // Nothing more is written. False when the last bytes got lost.
   bool close() { return file_.close(); }
 
+  std::size_t size() const { return size_; }
   // The whole body, or null where it has to be read from path(). What was taken stays
   // readable when the body goes.
   std::shared_ptr<const std::string> bytes() const { return bytes_; }
@@ -52,17 +54,19 @@ class UrlBody {
   // The file goes, and the bytes with it. The path stays known, of a file that is no more.
   void discard();
 
-  const std::string& error() const { return file_.error(); }
+  const std::string& error() const { return error_.empty() ? file_.error() : error_; }
 
  private:
   bool spill();
 
-  const std::string folder_;
+  std::shared_ptr<DownloadFolder> folder_;  // until the body is discarded
   const std::shared_ptr<UrlBodyMemory> memory_;
   std::shared_ptr<std::string> bytes_ = std::make_shared<std::string>();
-  std::size_t taken_ = 0;
+  std::size_t size_ = 0;
+  std::size_t taken_ = 0;  // of the memory that is shared
   TemporaryFile file_;
   std::string path_;
+  std::string error_;  // the folder's
 };
 
 }  // namespace platform

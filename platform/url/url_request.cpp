@@ -24,4 +24,17 @@ bool UrlRequest::isUrl(std::string_view text) {
   return !text.empty();
 }
 
+const char* UrlRequest::fault(const std::optional<UrlCredential>& credential) const {
+  // CONNECT asks a proxy for a tunnel, which is the transport's own affair.
+  if (!isHttpToken(method) || method == "CONNECT") return "The request's method is malformed.";
+  for (const auto& [name, value] : headers)
+    if (!HttpHeaders::isSendable(name, value)) return "A header of the request is malformed.";
+  // A colon would end the name early, and the password with it.
+  if (credential &&
+      (!HttpHeaders::isOneLine(credential->user) || !HttpHeaders::isOneLine(credential->password) ||
+       credential->user.find(':') != std::string::npos))
+    return "The request's user name or password is malformed.";
+  return nullptr;
+}
+
 }  // namespace platform

@@ -107,7 +107,7 @@ class UrlSession::Engine {
   bool startWaiting();
   void send(UrlTransfer& t);
   void collectEnded();
-  void expireSilent();
+  void expireLate();
   int untilNextDeadline() const;
   void finish(UrlTransfer& t);
   bool sleep();
@@ -192,6 +192,7 @@ void UrlSession::Engine::loop() {
   sigset_t all;
   sigfillset(&all);
   pthread_sigmask(SIG_BLOCK, &all, nullptr);
+  DownloadFolder::sweep(configuration_.temporaryFolder);
 
   do {
     // What took the place of the tasks that ended is sent on its way before they are told.
@@ -201,7 +202,7 @@ void UrlSession::Engine::loop() {
       curl_multi_perform(multi_, &active);
       if (outcomes_.size() >= kToldTogether) teller_->ended(outcomes_);
       collectEnded();
-      expireSilent();
+      expireLate();
     } while (startWaiting());
     teller_->ended(outcomes_);
   } while (sleep());
@@ -275,11 +276,11 @@ void UrlSession::Engine::collectEnded() {
   }
 }
 
-void UrlSession::Engine::expireSilent() {
-  std::vector<UrlTransfer*> silent;
+void UrlSession::Engine::expireLate() {
+  std::vector<UrlTransfer*> late;
   for (auto& [handle, t] : running_)
-    if (t->deadline() <= resources_.now) silent.push_back(t.get());
-  for (auto* t : silent) {
+    if (t->deadline() <= resources_.now) late.push_back(t.get());
+  for (auto* t : late) {
     t->fail("The request timed out.");
     curl_multi_remove_handle(multi_, t->handle());
     finish(*t);

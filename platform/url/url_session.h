@@ -7,7 +7,11 @@
 // called from any thread. Any number of tasks may be under way: those beyond the session's
 // connections wait for one, and their time-outs count from when they get it. Only http and
 // https are spoken, redirects followed, cookies kept as long as the session; nothing is
-// cached. Nothing is thrown: what goes wrong is told to the delegate, with a text for people.
+// cached. Bodies come as they were before the server compressed them (gzip, deflate); other
+// codings pass through. Another host than the one of the request learns none of the headers
+// that may be a secret. The machine's own proxy settings hold, but not for loopback. What a
+// killed process left in the temporary folder goes with the first task. Nothing is thrown: what
+// goes wrong is told to the delegate, with a text for people.
 //
 // A session is destroyed on its delegate queue, inside a call of its delegate if need be.
 // That cancels what is under way: each such task gets its completed() at once, and after
@@ -55,8 +59,9 @@ class UrlSession {
  public:
   struct Configuration {
     std::string temporaryFolder;
-    std::string userAgent;  // for requests that name none
-    bool trustAll = false;  // takes any TLS certificate
+    std::string userAgent;    // for requests that name none
+    bool trustAll = false;    // takes any TLS certificate
+    std::string authorities;  // a file of certificates to trust in place of the system's
     int connectionsPerHost = 16;
     int connections = 64;
   };

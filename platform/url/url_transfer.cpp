@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <system_error>
@@ -43,12 +44,23 @@ bool isRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-bool isKnownCoding(const UrlResponse* response) {
-  const auto* coding = response ? response->headers.find("Content-Encoding") : nullptr;
-  if (!coding) return true;
-  for (auto known : {"gzip", "x-gzip", "deflate", "br", "zstd", "identity"})
-    if (HttpHeaders::sameName(*coding, known)) return true;
-  return false;
+// What may be told to another host than the one for which it was set: what every browser
+// says. Anything else may be a secret, whatever its name.
+bool isHarmless(std::string_view header) {
+  constexpr std::string_view known[] = {"Accept",
+                                        "Accept-Charset",
+                                        "Accept-Encoding",
+                                        "Accept-Language",
+                                        "Cache-Control",
+                                        "Content-Encoding",
+                                        "Content-Type",
+                                        "Content-Language",
+                                        "If-Modified-Since",
+                                        "Pragma",
+                                        "Range",
+                                        "User-Agent"};
+  return std::any_of(std::begin(known), std::end(known),
+                     [header](auto name) { return HttpHeaders::sameName(header, name); });
 }
 
 // Of a host key.
@@ -86,7 +98,9 @@ std::string UrlTransfer::hostKey(const std::string& url) {
 }
 
 UrlResources::UrlResources(const UrlSession::Configuration& configuration)
-    : configuration_(configuration), memory_(std::make_shared<UrlBodyMemory>(kBodyMemory)) {
+    : configuration_(configuration),
+      memory_(std::make_shared<UrlBodyMemory>(kBodyMemory)),
+      downloads_(std::make_shared<DownloadFolder>(configuration.temporaryFolder)) {
   static std::once_flag once;
   std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
   cookies_ = curl_share_init();
@@ -99,7 +113,7 @@ UrlResources::~UrlResources() {
 }
 
 std::shared_ptr<UrlBody> UrlResources::makeBody() const {
-  return std::make_shared<UrlBody>(configuration_.temporaryFolder, memory_);
+  return std::make_shared<UrlBody>(downloads_, memory_);
 }
 
 CURL* UrlResources::takeHandle() {
@@ -130,8 +144,6 @@ UrlTransfer::~UrlTransfer() {
   if (bodyFd_ >= 0) ::close(bodyFd_);
 }
 
-void UrlTransfer::sign() { lastSign_ = resources_.now; }
-
 void UrlTransfer::fail(std::string error) {
   // Don't make the session's thread wait for a resolver that gives no answer.
   if (easy_) curl_easy_setopt(easy_, CURLOPT_QUICK_EXIT, 1L);
@@ -146,9 +158,14 @@ bool UrlTransfer::stop(std::string why) {
 }
 
 bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
-  sign();
-  const double seconds = request_.timeout > 0 ? request_.timeout : UrlRequest::kDefaultTimeout;
-  patience_ = static_cast<std::int64_t>(std::min(seconds, 1e9) * 1000);
+  if (const char* fault = request_.fault(credential)) {
+    fail(fault);
+    return false;
+  }
+  if (!deadline_) {
+    const double seconds = request_.timeout > 0 ? request_.timeout : UrlRequest::kDefaultTimeout;
+    deadline_ = resources_.now + static_cast<std::int64_t>(std::min(seconds, 1e9) * 1000);
+  }
 
   if (!easy_)
     easy_ = resources_.takeHandle();
@@ -164,11 +181,14 @@ bool UrlTransfer::prepare(const std::optional<UrlCredential>& credential) {
     curl_easy_setopt(easy_, CURLOPT_USERNAME, credential->user.c_str());
     curl_easy_setopt(easy_, CURLOPT_PASSWORD, credential->password.c_str());
   }
-  if (!openBodyFile() || !addHeaders()) return false;
+  if (!openBodyFile()) return false;
+  addHeaders();
   addBody();
 
   response_.reset();
   body_.reset();
+  decoder_.reset();
+  received_ = stored_ = 0;
   curlError_[0] = 0;
   blocks_ = 0;
   headerBytes_ = skipped_ = 0;
@@ -187,8 +207,7 @@ void UrlTransfer::setOptions() {
   set(CURLOPT_MAXREDIRS, 3L);  // bounds the rounds of a challenge, too
   set(CURLOPT_NOSIGNAL, 1L);
   set(CURLOPT_ERRORBUFFER, curlError_);
-  set(CURLOPT_ACCEPT_ENCODING, "");
-  if (rawBody_) set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
+  set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
   set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(CURLOPT_CONNECTTIMEOUT_MS, 2'000'000'000L);  // deadline() is the one time-out
@@ -202,6 +221,8 @@ void UrlTransfer::setOptions() {
     set(CURLOPT_SSL_VERIFYPEER, 0L);
     set(CURLOPT_SSL_VERIFYHOST, 0L);
   }
+  if (const auto& trusted = resources_.configuration().authorities; !trusted.empty())
+    set(CURLOPT_CAINFO, trusted.c_str());
   // Who writes a cookie by hand wants no other.
   const bool byHand = request_.headers.find("Cookie");
   set(CURLOPT_SHARE, byHand ? nullptr : resources_.cookies());
@@ -219,16 +240,12 @@ bool UrlTransfer::openBodyFile() {
   return false;
 }
 
-bool UrlTransfer::addHeaders() {
+void UrlTransfer::addHeaders() {
   curl_slist_free_all(std::exchange(headerList_, nullptr));
   const auto add = [this](const std::string& line) {
     if (auto* list = curl_slist_append(headerList_, line.c_str())) headerList_ = list;
   };
   for (const auto& [name, value] : request_.headers) {
-    if (!HttpHeaders::isSendable(name, value)) {
-      fail("A header of the request is malformed.");
-      return false;
-    }
     // The framing is the transport's own affair.
     constexpr std::string_view framing[] = {"Content-Length", "Transfer-Encoding", "Connection"};
     if (std::any_of(std::begin(framing), std::end(framing),
@@ -236,6 +253,8 @@ bool UrlTransfer::addHeaders() {
       continue;
     add(value.empty() ? name + ";" : name + ": " + value);
   }
+  if (!request_.headers.find("Accept-Encoding"))
+    add("Accept-Encoding: " + std::string(ContentDecoder::kAccepted));
   if (hasBody()) {
     if (!request_.headers.find("Expect")) add("Expect:");
     // A form's type is what a posted body has until something else is said.
@@ -244,7 +263,6 @@ bool UrlTransfer::addHeaders() {
   const auto& userAgent = resources_.configuration().userAgent;
   if (!userAgent.empty()) curl_easy_setopt(easy_, CURLOPT_USERAGENT, userAgent.c_str());
   curl_easy_setopt(easy_, CURLOPT_HTTPHEADER, headerList_);
-  return true;
 }
 
 bool UrlTransfer::hasBody() const {
@@ -286,7 +304,6 @@ std::size_t UrlTransfer::onHeader(char* bytes, std::size_t size, std::size_t n, 
 }
 
 bool UrlTransfer::headerLine(std::string_view line) {
-  sign();
   headerBytes_ += line.size();
   if (headerBytes_ > kMaxHeaderBytes) return stop("The server's headers are too large.");
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
@@ -295,6 +312,8 @@ bool UrlTransfer::headerLine(std::string_view line) {
     if (++blocks_ > kMaxHeaderBlocks) return stop("The server gives no final answer.");
     // What came before was a challenge or an interim answer.
     if (body_ && !body_->clear()) return stop(body_->error());
+    decoder_.reset();
+    received_ = stored_ = 0;
     long status = 0;
     curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
     response_ = std::make_shared<UrlResponse>();
@@ -323,18 +342,51 @@ std::size_t UrlTransfer::onBody(char* bytes, std::size_t size, std::size_t n, vo
 }
 
 bool UrlTransfer::bodyBytes(std::string_view bytes) {
-  sign();
   if (redirects()) {
     skipped_ += bytes.size();
     return skipped_ <= kMaxRedirectBody;
   }
+  if (received_ == 0 && !beginBody()) return false;
+  received_ += static_cast<std::int64_t>(bytes.size());
+  if (received_ > request_.bodyLimit) return stopTooLarge();
+  if (!decoder_) return store(bytes);
+  if (decoder_->write(bytes)) return true;
+  return why_.empty() ? stop(decoder_->error()) : false;
+}
+
+// The first byte of a body is there, and its headers are.
+bool UrlTransfer::beginBody() {
   if (!body_) body_ = resources_.makeBody();
+  if (!response_) return true;
+  if (const auto* length = response_->headers.find("Content-Length");
+      length && std::strtoll(length->c_str(), nullptr, 10) > request_.bodyLimit)
+    return stopTooLarge();
+  if (const auto* coding = response_->headers.find("Content-Encoding"))
+    decoder_ = ContentDecoder::make(*coding, [this](auto plain) { return store(plain); });
+  return true;
+}
+
+bool UrlTransfer::store(std::string_view bytes) {
+  stored_ += static_cast<std::int64_t>(bytes.size());
+  if (stored_ > request_.bodyLimit) return stopTooLarge();
   return body_->write(bytes) || stop("The body can't be stored: " + body_->error());
+}
+
+// Nothing more comes; the task fails when the body is not whole.
+void UrlTransfer::endBody() {
+  if (!body_) body_ = resources_.makeBody();
+  if (decoder_ && !decoder_->end())
+    fail(decoder_->error());
+  else if (!body_->close())
+    fail("The body can't be stored: " + body_->error());
+}
+
+bool UrlTransfer::stopTooLarge() {
+  return stop("The body is too large: more than " + std::to_string(request_.bodyLimit) + " bytes.");
 }
 
 std::size_t UrlTransfer::onRead(char* into, std::size_t size, std::size_t n, void* self) {
   auto& t = *static_cast<UrlTransfer*>(self);
-  t.sign();
   const auto wanted = std::min<std::int64_t>(static_cast<std::int64_t>(size * n), t.bodyLeft_);
   if (wanted <= 0) return 0;
   ssize_t got;
@@ -371,13 +423,6 @@ bool UrlTransfer::ended(CURLcode code) {
   // the final one.
   const bool lastWord =
       why_.empty() && response_ && response_->status > 103 && response_->status < 200;
-  if (code == CURLE_BAD_CONTENT_ENCODING && !rawBody_ && request_.method == "GET" &&
-      !isKnownCoding(response_.get())) {
-    // A coding that doesn't exist ("utf-8" is a favourite) is no reason to do without the
-    // body; it is asked for again to be taken as it comes.
-    rawBody_ = true;
-    return true;
-  }
   if (code != CURLE_OK && !lastWord) {
     fail(!why_.empty() ? why_ : curlError_[0] ? curlError_ : curl_easy_strerror(code));
     return false;
@@ -386,8 +431,7 @@ bool UrlTransfer::ended(CURLcode code) {
     fail("The server's answer has no headers.");
     return false;
   }
-  if (!body_) body_ = resources_.makeBody();
-  if (!body_->close()) fail("The body can't be stored: " + body_->error());
+  endBody();
   return false;
 }
 
@@ -414,9 +458,7 @@ bool UrlTransfer::follow() {
     return false;
   }
   if (hostKey(target) != hostKey(request_.url)) {
-    request_.headers.remove("Authorization");
-    request_.headers.remove("Cookie");
-    request_.headers.remove("Host");
+    request_.headers.keep(isHarmless);
   }
   const bool asGet = (status == 303 && request_.method != "HEAD") ||
                      ((status == 301 || status == 302) && request_.method == "POST");

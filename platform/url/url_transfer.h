@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/url/content_decoder.h"
 #include "platform/url/url_session.h"
 #include "platform/url/url_teller.h"
 
@@ -38,6 +39,7 @@ class UrlResources {
  private:
   const UrlSession::Configuration& configuration_;
   const std::shared_ptr<UrlBodyMemory> memory_;
+  const std::shared_ptr<DownloadFolder> downloads_;
   CURLSH* cookies_ = nullptr;
   std::vector<CURL*> idle_;
 };
@@ -65,8 +67,8 @@ class UrlTransfer {
   // Ends the task with an error of our own.
   void fail(std::string error);
 
-  // Milliseconds of the monotonic clock at which a silent server has had its time.
-  std::int64_t deadline() const { return lastSign_ + patience_; }
+  // Milliseconds of the monotonic clock at which the server has had its time.
+  std::int64_t deadline() const { return deadline_; }
   UrlOutcome takeOutcome();
 
  private:
@@ -78,14 +80,17 @@ class UrlTransfer {
 
   bool headerLine(std::string_view line);
   bool bodyBytes(std::string_view bytes);
+  bool beginBody();
+  bool store(std::string_view bytes);
+  void endBody();
+  bool stopTooLarge();
   void setOptions();
   bool openBodyFile();
-  bool addHeaders();
+  void addHeaders();
   bool hasBody() const;
   void addBody();
   bool redirects() const;
   bool follow();
-  void sign();
   bool stop(std::string why);
 
   std::shared_ptr<const UrlTask> task_;
@@ -95,11 +100,9 @@ class UrlTransfer {
   CURL* easy_ = nullptr;
   curl_slist* headerList_ = nullptr;
   char curlError_[CURL_ERROR_SIZE] = "";
-  std::int64_t lastSign_ = 0;
-  std::int64_t patience_ = 0;
+  std::int64_t deadline_ = 0;  // 0 until the first request of the task is readied
 
   int hops_ = 0;
-  bool rawBody_ = false;
   int blocks_ = 0;               // header blocks seen, interim ones included
   std::size_t headerBytes_ = 0;  // of all blocks of the hop
   std::size_t skipped_ = 0;      // body bytes of a redirect
@@ -109,6 +112,9 @@ class UrlTransfer {
   bool failed_ = false;
   std::string error_;
   std::shared_ptr<UrlBody> body_;
+  std::unique_ptr<ContentDecoder> decoder_;  // null when the body is plain
+  std::int64_t received_ = 0;                // bytes of the body as they came
+  std::int64_t stored_ = 0;                  // and as they are kept
   int bodyFd_ = -1;
   std::int64_t bodyLeft_ = 0;
 };

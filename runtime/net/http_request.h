@@ -40,8 +40,12 @@ class KesHttpRequest final : public TypedWrapper<KesHttpRequest, MutableUrlReque
   void SetHeader(std::string_view name, std::string_view value);
   void SetContentType(std::string_view value) { SetHeader("Content-Type", value); }
   void SetContentEncoding(std::string_view value) { SetHeader("Content-Encoding", value); }
+  // For the whole request, until the last byte of its answer.
   std::int32_t Timeout() const;
   void setTimeout(std::int32_t milliseconds);
+  // The most bytes that the answer may have, any compression undone; a longer one fails.
+  std::int64_t BodyLimit() const { return request().bodyLimit; }
+  void setBodyLimit(std::int64_t bytes) { request().bodyLimit = bytes; }
 
  private:
   void initialize(std::string_view link, std::string_view method);

@@ -36,7 +36,7 @@ Text KesHttpResponse::GetString2(std::string_view charset) const {
         {reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size()}, 0,
         static_cast<int>(bytes->size()), charset);
   auto stream = GetInputStream();
-  const auto bytes = stream.readAll();
+  const auto bytes = stream.readAll(location_->size());
   stream.Close();
   return KesCommon::BytesToString(bytes, 0, static_cast<int>(bytes.size()), charset);
 }

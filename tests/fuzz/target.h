@@ -17,6 +17,7 @@ namespace fuzz {
 
 using Bytes = std::span<const std::uint8_t>;
 
+void coding(Bytes input);
 void compressed(Bytes input);
 void date(Bytes input);
 void framing(Bytes input);

@@ -32,7 +32,7 @@ struct Told {
 class RecordingSession {
  public:
   explicit RecordingSession(const std::string& folder)
-      : RecordingSession(platform::UrlSession::Configuration{folder, "", false, 6, 64}) {}
+      : RecordingSession(platform::UrlSession::Configuration{folder, "", false, "", 6, 64}) {}
   explicit RecordingSession(platform::UrlSession::Configuration configuration);
   ~RecordingSession();
 

@@ -31,8 +31,9 @@ std::size_t KesInputStream::read(std::span<std::uint8_t> into) {
   return static_cast<std::size_t>(n);
 }
 
-std::vector<std::uint8_t> KesInputStream::readAll() {
+std::vector<std::uint8_t> KesInputStream::readAll(std::size_t expected) {
   std::vector<std::uint8_t> all;
+  all.reserve(expected);
   std::uint8_t block[8192];
   while (const auto n = read(block)) all.insert(all.end(), block, block + n);
   return all;

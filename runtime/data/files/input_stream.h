@@ -26,9 +26,10 @@ class KesInputStream final : public TypedWrapper<KesInputStream, InputStream> {
   std::int32_t ReadBytes(const Ref<KesArray>& buffer, std::int32_t offset, std::int32_t length);
   void Close();
 
-  // For callers in C++: one read, and everything up to the end.
+  // For callers in C++: one read, and everything up to the end; whoever knows how much that
+  // is spares the memory for growing.
   std::size_t read(std::span<std::uint8_t> into);
-  std::vector<std::uint8_t> readAll();
+  std::vector<std::uint8_t> readAll(std::size_t expected = 0);
 };
 
 }  // namespace kes
