@@ -1,5 +1,6 @@
 #include <cmath>
 
+#include "runtime/views/layout/geometry.h"
 #include "runtime/views/wrappers/button_wrapper.h"
 #include "runtime/views/wrappers/kex_view_wrapper.h"
 #include "runtime/views/wrappers/label_wrapper.h"
@@ -190,11 +191,9 @@ TEST_F(LayoutsTest, AnchorsHoldAViewAtItsEdgesAndScaleLeavesTheParentAlone) {
                                  {"width", Value(c.width)},
                                  {"height", Value(c.width)},
                                  {"hanchor", Value(c.anchor)},
-                                 {"vanchor", Value(c.anchor)},
-                                 {"pw", Value(320.9f)},
-                                 {"ph", Value(320.9f)}})
+                                 {"vanchor", Value(c.anchor)}})
       map.put(key, v);
-    KesLayoutBuilder::buildResize(*view, map, c.scale);
+    applyGeometry(*view, map, {.size = {320.9, 320.9}, .scale = c.scale});
     EXPECT_NEAR(view->frame().x, c.x, 1e-4) << c.left << " " << c.width << " anchor " << c.anchor;
     EXPECT_NEAR(view->frame().width, c.w, 1e-4);
     EXPECT_NEAR(view->frame().y, c.x, 1e-4);

@@ -61,7 +61,7 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
   style.maxLines = 1;
   style.width = room;
   style.elide = true;
-  const auto* rich = button.attributedTitle();
+  const auto* rich = button.attributedText();
   const TextLayout title =
       rich ? TextLayout(*rich, style) : TextLayout(std::string_view(button.title()), style);
   const ui::Size text = title.size();

@@ -3,28 +3,15 @@
 // (setUserInteraction), as an image view.
 #pragma once
 
-#include "platform/ui/tree/view.h"
-#include "platform/ui/values/rich_text.h"
+#include "platform/ui/controls/text_holder.h"
 
 namespace ui {
 
-class Label : public View {
+class Label : public TextHolder {
  public:
   Label() { setUserInteraction(false); }
   std::string_view className() const override { return "UILabel"; }
 
-  const std::string& text() const { return rich_ ? rich_->text() : text_; }
-  void setText(std::string text);
-  // Null while the text is plain.
-  const AttributedText* attributedText() const { return rich_.get(); }
-  void setAttributedText(AttributedText text);
-
-  Font font() const { return font_; }
-  void setFont(const Font& font);
-  Color textColor() const { return color_; }
-  void setTextColor(Color color);
-  TextAlign alignment() const { return alignment_; }
-  void setAlignment(TextAlign alignment);
   int maxLines() const { return maxLines_; }  // 0: as many as are needed; 1 by default
   void setMaxLines(int lines);
   bool shrinksToFit() const { return shrinks_; }  // a smaller font rather than an ellipsis
@@ -38,12 +25,7 @@ class Label : public View {
   Role defaultRole() const override { return Role::StaticText; }
 
  private:
-  std::string text_;
-  std::unique_ptr<AttributedText> rich_;
-  Font font_;
-  Color color_ = kBlack;
   std::int16_t maxLines_ = 1;
-  TextAlign alignment_ = TextAlign::Left;
   bool shrinks_ = false;
 };
 

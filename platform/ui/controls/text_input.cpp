@@ -6,31 +6,6 @@
 
 namespace ui {
 
-void TextInput::setText(std::string text) {
-  textReplaced();
-  if (text == text_) return;
-  text_ = std::move(text);
-  markChanged(Change::Content);
-}
-
-void TextInput::setFont(const Font& font) {
-  if (font == font_) return;
-  font_ = font;
-  markChanged(Change::Content);
-}
-
-void TextInput::setTextColor(Color color) {
-  if (color == color_) return;
-  color_ = color;
-  markChanged(Change::Content);
-}
-
-void TextInput::setAlignment(TextAlign alignment) {
-  if (alignment == alignment_) return;
-  alignment_ = alignment;
-  markChanged(Change::Content);
-}
-
 void TextInput::setTraits(const TextInputTraits& traits) {
   if (traits == traits_) return;
   traits_ = traits;
@@ -38,11 +13,11 @@ void TextInput::setTraits(const TextInputTraits& traits) {
 }
 
 void TextInput::userEdited(std::string now) {
-  if (!editable() || now == text_) return;
+  if (!editable() || now == text()) return;
   Ref<View> pin(this);
-  const std::string former = text_;
+  const std::string former = text();
   setText(std::move(now));
-  if (const auto hook = onTextChanged) hook(former, text_);
+  if (const auto hook = onTextChanged) hook(former, text());
 }
 
 void TextInput::tap(Point at) {
@@ -132,19 +107,10 @@ void TextView::setEditable(bool editable) {
   markChanged(Change::State | Change::Accessibility);
 }
 
-void TextView::setAttributedText(AttributedText text) {
-  setText(text.text());
-  rich_ = std::make_unique<AttributedText>(std::move(text));
-  markChanged(Change::Content);
-}
-
 Size TextView::sizeThatFits(Size limit) const {
-  auto* app = Application::current();
-  if (!app) return bounds().size();
-  const double width = limit.width > 0 ? std::max(1.0, limit.width - 10) : 0;
-  const Size s = rich_ ? app->text().measure(*rich_, font(), width, 0)
-                       : app->text().measure(text(), font(), width, 0);
-  return {limit.width > 0 ? limit.width : s.width + 10, s.height + 16};
+  const auto s = measured(limit.width > 0 ? std::max(1.0, limit.width - 10) : 0, 0);
+  if (!s) return bounds().size();
+  return {limit.width > 0 ? limit.width : s->width + 10, s->height + 16};
 }
 
 }  // namespace ui

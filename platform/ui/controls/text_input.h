@@ -5,8 +5,7 @@
 // focused is being edited. Main thread.
 #pragma once
 
-#include "platform/ui/tree/view.h"
-#include "platform/ui/values/rich_text.h"
+#include "platform/ui/controls/text_holder.h"
 
 namespace ui {
 
@@ -18,16 +17,8 @@ struct TextInputTraits {
   bool operator==(const TextInputTraits&) const = default;
 };
 
-class TextInput : public View {
+class TextInput : public TextHolder {
  public:
-  const std::string& text() const { return text_; }
-  void setText(std::string text);
-  Font font() const { return font_; }
-  void setFont(const Font& font);
-  Color textColor() const { return color_; }
-  void setTextColor(Color color);
-  TextAlign alignment() const { return alignment_; }
-  void setAlignment(TextAlign alignment);
   const TextInputTraits& traits() const { return traits_; }
   void setTraits(const TextInputTraits& traits);
   virtual bool editable() const { return enabled(); }
@@ -37,10 +28,10 @@ class TextInput : public View {
 
   // What the user did: the whole text after an edit; text typed at the end.
   void userEdited(std::string now);
-  void userTyped(std::string_view utf8) { userEdited(text_ + std::string(utf8)); }
+  void userTyped(std::string_view utf8) { userEdited(text() + std::string(utf8)); }
 
   // A password is not read out.
-  std::string displayText() const override { return traits_.password ? "" : text_; }
+  std::string displayText() const override { return traits_.password ? "" : text(); }
   std::string accessibleValue() const override { return displayText(); }
   bool takesTap() const override { return editable(); }
   void tap(Point at) override;
@@ -50,14 +41,10 @@ class TextInput : public View {
 
  protected:
   void focusChanged(bool focused) override;
-  virtual void textReplaced() {}
+  using TextHolder::setAttributedText;  // not for what is being edited
 
  private:
-  std::string text_;
-  Font font_;
-  Color color_ = kBlack;
   TextInputTraits traits_;
-  TextAlign alignment_ = TextAlign::Left;
 };
 
 class TextField : public TextInput {
@@ -94,19 +81,15 @@ class TextView : public TextInput {
   std::string_view className() const override { return "UITextView"; }
   bool editable() const override { return editable_ && enabled(); }
   void setEditable(bool editable);
-  const AttributedText* attributedText() const { return rich_.get(); }
-  void setAttributedText(AttributedText text);  // an edit makes the text plain again
-  std::string displayText() const override { return rich_ ? rich_->text() : text(); }
+  using TextInput::setAttributedText;  // an edit makes the text plain again
 
   std::function<void(const std::string& url)> onLinkClick;
   Size sizeThatFits(Size limit) const override;
 
  protected:
   Role defaultRole() const override { return editable_ ? Role::TextArea : Role::StaticText; }
-  void textReplaced() override { rich_.reset(); }
 
  private:
-  std::unique_ptr<AttributedText> rich_;
   bool editable_ = true;
 };
 

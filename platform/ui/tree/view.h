@@ -28,6 +28,7 @@ using platform::Ref;
 using platform::WeakRef;
 
 class Animator;
+class TextHolder;
 class Window;
 
 class View : public platform::Shared {
@@ -132,6 +133,7 @@ class View : public platform::Shared {
   const std::string& name() const;  // the designer's
   void setName(std::string name);
   virtual std::string displayText() const { return {}; }  // what can be read on it
+  virtual TextHolder* textHolder() { return nullptr; }    // this view, where it is one
   Role role() const;  // as set, else by kind; a plain view that takes taps is a button
   void setRole(std::optional<Role> role);
   // As set, else the spoken text of the view; a plain view that takes taps goes by the

@@ -13,7 +13,7 @@ bool KesControlWrapper::accepts(const Value& v) const {
          v.as<ui::RangeControl>() || v.as<ui::SegmentedControl>() || v.as<ui::DatePicker>();
 }
 
-Ref<ui::View> KesControlWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesControlWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                        bool bridge) const {
   if (!view) view = makeView();
   view->setEnabled(props::flag(properties, "enabled"));

@@ -11,7 +11,7 @@ class KesControlWrapper : public ViewWrapper<KesControlWrapper, ui::View> {
   static constexpr std::string_view kPlatformClass = "UIControl";
   static constexpr std::string_view kName = "KesControlWrapper";
   bool accepts(const Value& v) const override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   bool Enabled() const { return view().enabled(); }
   void setEnabled(bool enabled) { view().setEnabled(enabled); }

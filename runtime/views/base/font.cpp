@@ -35,8 +35,7 @@ KesFont KesFont::CreateNew2(std::string_view name, float size) {
   return of(name.empty() ? ui::Font::system(usable(size)) : ui::Font::named(name, usable(size)));
 }
 
-KesFont KesFont::fromDesignerMap(Dictionary& view, std::string_view key, float scale,
-                                 bool intoText) {
+KesFont KesFont::fromDesignerMap(const Dictionary& view, std::string_view key, float scale) {
   const auto map = props::map(view, key);
   if (!map) return {};
   const Text name = props::text(*map, "fontName");
@@ -46,11 +45,6 @@ KesFont KesFont::fromDesignerMap(Dictionary& view, std::string_view key, float s
     if (name.EndsWith("Italic")) return CreateNewItalic(size);
     return CreateNew(size);
   }
-  const char* icon = name == "FontAwesome"      ? "fontAwesome"
-                     : name == "Material Icons" ? "materialIcons"
-                                                : nullptr;
-  if (icon && intoText && props::value(*map, icon).isText())
-    view.put("text", props::text(*map, icon));
   return CreateNew2(name, size);
 }
 

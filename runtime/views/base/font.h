@@ -33,10 +33,9 @@ class KesFont final : public TypedWrapper<KesFont, FontObject> {
   static KesFont CreateFontAwesome(float size) { return CreateNew2("FontAwesome", size); }
   static KesFont CreateMaterialIcons(float size) { return CreateNew2("Material Icons", size); }
 
-  // From a layout's font map ("fontName", "fontSize"), the size times the scale. With
-  // `intoText` an icon face's character goes into the view's own map as its text.
-  static KesFont fromDesignerMap(Dictionary& view, std::string_view key, float scale,
-                                 bool intoText);
+  // From a font map of a view's properties ("fontName", "fontSize"), the size times the
+  // scale. Not initialised where there is none.
+  static KesFont fromDesignerMap(const Dictionary& view, std::string_view key, float scale = 1);
 
   Text Name() const;
   double Size() const { return font().size(); }

@@ -25,10 +25,23 @@ bool flag(const Dictionary& map, std::string_view key) { return value(map, key).
 
 Text text(const Dictionary& map, std::string_view key) { return value(map, key).asText(); }
 
-Text textOrName(const Dictionary& map) {
-  Text own = text(map, "text");
+Text ownText(const Dictionary& map) {
+  if (const auto font = props::map(map, "font")) {
+    const Text face = text(*font, "fontName");
+    const char* icon = face == "FontAwesome"      ? "fontAwesome"
+                       : face == "Material Icons" ? "materialIcons"
+                                                  : nullptr;
+    if (icon && value(*font, icon).isText()) return text(*font, icon);
+  }
+  return text(map, "text");
+}
+
+Text shownText(const Dictionary& map) {
+  Text own = ownText(map);
   return own.empty() ? text(map, "name") : own;
 }
+
+bool isRoot(const Dictionary& map) { return value(map, "name").textView() == "Main"; }
 
 std::string string(const Dictionary& map, std::string_view key) {
   return std::string(value(map, key).textView());

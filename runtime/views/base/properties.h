@@ -18,8 +18,12 @@ std::int32_t integer(const Dictionary& map, std::string_view key);
 float number(const Dictionary& map, std::string_view key);
 bool flag(const Dictionary& map, std::string_view key);
 Text text(const Dictionary& map, std::string_view key);
-// "text", or "name" where it is empty.
-Text textOrName(const Dictionary& map);
+// The character of an icon font, else "text".
+Text ownText(const Dictionary& map);
+// What a view with a text shows: the same, or its name.
+Text shownText(const Dictionary& map);
+// A view called "Main" is the root, which takes neither geometry nor border from the file.
+bool isRoot(const Dictionary& map);
 std::string string(const Dictionary& map, std::string_view key);
 Ref<Dictionary> map(const Dictionary& map, std::string_view key);
 

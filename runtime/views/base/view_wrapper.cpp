@@ -4,7 +4,6 @@
 #include "runtime/core/map.h"
 #include "runtime/views/base/device.h"
 #include "runtime/views/base/properties.h"
-#include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/pages/view_controller.h"
 
 namespace kes {
@@ -32,17 +31,16 @@ void KesViewWrapper::wireTaps(ui::View& view) {
   if (click || longClick) view.setUserInteraction(true);
 }
 
-Ref<ui::View> KesViewWrapper::build(Ref<ui::View> view, Dictionary& properties, bool bridge) const {
+Ref<ui::View> KesViewWrapper::build(Ref<ui::View> view, const Dictionary& properties,
+                                    bool bridge) const {
   if (!view) view = makeView();
   KesViewWrapper scratch;
   scratch.setObject(view);
   const Text name = props::text(properties, "name");
-  if (!(name == "Main")) {
-    KesLayoutBuilder::buildResize(*view, properties, 1.0f);
+  if (!props::isRoot(properties))
     scratch.SetBorder(props::number(properties, "borderWidth"),
                       props::color(properties, "borderColor"),
                       props::number(properties, "cornerRadius"));
-  }
   getMap(*view).set("name", name);
   view->setName(name.ToLowerCase().str());
   scratch.setColor(props::color(properties, "backgroundColor"));

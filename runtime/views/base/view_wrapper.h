@@ -32,8 +32,9 @@ class KesViewWrapper : public TypedWrapper<KesViewWrapper, ui::View> {
   }
   // Wires the events, on the present view if `keep`, else on a new one.
   virtual void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep);
-  // Fills a view, or a new one, from a layout's properties; may write into the map.
-  virtual Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const;
+  // Fills a view, or a new one, from a layout's properties: all but its place, which is
+  // applyGeometry's.
+  virtual Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const;
   virtual Ref<ui::View> makeView() const { return platform::makeShared<ui::View>(); }
 
   double Left() const;

@@ -3,7 +3,7 @@
 #include "runtime/core/map.h"
 #include "runtime/core/module.h"
 #include "runtime/views/base/properties.h"
-#include "runtime/views/layout/layout_builder.h"
+
 #include "runtime/views/pages/view_controller.h"
 #include "runtime/views/wrappers/label_wrapper.h"
 
@@ -36,11 +36,10 @@ void KesCustomViewWrapper::innerInitialize(const Ref<Kes>& bi, const Text& event
   eventName_ = eventName;
 }
 
-Ref<ui::View> KesCustomViewWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesCustomViewWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                           bool bridge) const {
   view = KesPanelWrapper::build(std::move(view), properties, bridge);
   const auto label = templateLabel(properties);
-  label->setFrame(view->bounds());
   view->insertSubview(label, 0);
   return view;
 }
@@ -58,7 +57,8 @@ void KesCustomViewWrapper::AfterDesignerScript() {
   auto base = KesPanelWrapper::fromBoxed(object());
   const bool ofRuntime = !customObject_.as<KesClass>();
   static_cast<KesPanelView&>(view()).setCustomObject(customObject_, ofRuntime);
-  const auto label = KesLabelWrapper::fromBoxed(base.GetView(0).object());
+  auto label = KesLabelWrapper::fromBoxed(base.GetView(0).object());
+  label.SetLayoutAnimated(0, 1, 0, 0, base.Width(), base.Height());
   base.RemoveViewAt(0);
   if (properties_) setTag(props::value(*properties_, "tag"));
 

@@ -27,7 +27,7 @@ class KesCustomViewWrapper
   static constexpr std::string_view kName = "KesCustomViewWrapper";
 
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   const Value& customObject() const { return customObject_; }
   void setCustomObject(Value object) { customObject_ = std::move(object); }

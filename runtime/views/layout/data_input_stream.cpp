@@ -130,7 +130,7 @@ Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>& ta
   }
 }
 
-Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table, std::size_t room) {
+Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table) {
   struct Open {
     const Text* key;    // of the map, in the one around it
     std::size_t first;  // of its entries
@@ -147,7 +147,7 @@ Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table, std:
       open.pop_back();
       const auto first = entries.begin() + static_cast<std::ptrdiff_t>(done.first);
       Dictionary::Entries own;
-      own.reserve(static_cast<std::size_t>(entries.end() - first) + room);
+      own.reserve(static_cast<std::size_t>(entries.end() - first));
       std::move(first, entries.end(), std::back_inserter(own));
       entries.erase(first, entries.end());
       auto map = platform::makeShared<Dictionary>(std::move(own));

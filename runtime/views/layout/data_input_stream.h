@@ -32,9 +32,8 @@ class KesDataInputStream {
   // The string of the number that follows, in a table read before.
   const Text& readCachedString(const std::vector<Text>& table);
   std::vector<Text> readStringTable();
-  // Keys are numbers in the table. The maps can be changed; each has room for so many
-  // entries more.
-  Ref<Dictionary> readMap(const std::vector<Text>& table, std::size_t room = 0);
+  // Keys are numbers in the table.
+  Ref<Dictionary> readMap(const std::vector<Text>& table);
   // So many bytes; false when fewer came.
   bool readFully(std::uint8_t* into, std::size_t length) { return receiveBytes(into, length); }
   // What comes, up to the limit.

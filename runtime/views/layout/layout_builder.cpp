@@ -3,12 +3,13 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/ui/controls/text_holder.h"
 #include "runtime/core/common.h"
-#include "runtime/data/files/file.h"
 #include "runtime/views/base/device.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/base/properties.h"
-#include "runtime/views/layout/data_input_stream.h"
+#include "runtime/views/layout/geometry.h"
+#include "runtime/views/layout/layout_file.h"
 #include "runtime/views/layout/layout_format.h"
 #include "runtime/views/pages/page.h"
 
@@ -19,55 +20,28 @@ namespace {
 constexpr float kUnusable = std::numeric_limits<float>::max();
 constexpr float kReferenceInches = 3.7f;
 
-// What the builder writes into a view's map: the geometry of the variant at hand, and
-// what it knows of the surroundings.
-constexpr const char* kGeometry[] = {"left", "top", "width", "height", "hanchor", "vanchor"};
-constexpr std::size_t kWritten = std::size(kGeometry) + 4;
-
-struct Layout {
-  std::vector<KesLayoutValues> variants;
-  Ref<Dictionary> props;
-};
-
-std::vector<KesLayoutValues> readVariants(KesDataInputStream& in) {
-  std::vector<KesLayoutValues> variants;
-  const std::int32_t count = in.readInt();
-  for (std::int32_t i = 0; i < count && !in.atEnd(); ++i) {
-    in.readFloat();  // layout values are normalised
-    const std::int32_t width = in.readInt();
-    variants.emplace_back(width, in.readInt());
-  }
-  return variants;
-}
-
-Layout readLayout(KesInputStream file) {
-  KesDataInputStream in(std::move(file));
-  in.readInt();
-  in.readAndDiscard(in.readInt());
-  const auto table = in.readStringTable();
-  Layout layout;
-  layout.variants = readVariants(in);
-  layout.props = in.readMap(table, kWritten);
-  return layout;
-}
-
-std::string variantKey(int index) {
-  return std::string(layout_format::kVariant) + std::to_string(index);
+// The size of the designer's font, scaled; the face stays what the view has by now.
+void scaleFont(ui::View& view, const Dictionary& properties, float scale) {
+  auto* text = view.textHolder();
+  const auto font = KesFont::fromDesignerMap(properties, "font", scale);
+  if (text && font.IsInitialized()) text->setFont(text->font().withSize(font.Size()));
 }
 
 }  // namespace
-
-struct KesLayoutBuilder::Pass {
-  Mode mode;
-  std::string variant;
-  float scale = 1.0f;
-  Ref<Kes> owner;
-};
 
 KesLayoutBuilder::State& KesLayoutBuilder::state() {
   static State shared;
   return shared;
 }
+
+// A layout's life. The file is read whole and the variant that fits the screen chosen; the
+// views are built from their properties, each bound to the owner's variable of its name
+// and added to its parent; then they are placed, parents first, since a child is anchored
+// to the size that its parent has by now. The designer script comes next and may place
+// them all again, larger or smaller. Last, custom views are handed to their objects, which
+// so see their final size. A panel that follows its size keeps the layout's data: on each
+// change the variant is chosen, the views placed and the script run once more, from the
+// same properties. Nothing reads the file again, and nothing writes into the properties.
 
 // --- Loading.
 
@@ -75,36 +49,22 @@ KesLayoutValues KesLayoutBuilder::loadLayout(std::string_view fileName, const Re
                                              const KesPanelWrapper& parent) {
   std::string name(fileName);
   if (!name.ends_with(layout_format::kExtension)) name += layout_format::kExtension;
+  LayoutFile file = readLayout(name);
   layoutData_ = platform::makeShared<KesLayoutData>();
-  customViewWrappers_.clear();
-  auto file = File().OpenInput(File().DirAssets(), name);
-  Layout layout;
-  try {
-    layout = readLayout(file);
-    if (layout.variants.empty()) throw KesException("The layout has no variant");
-  } catch (const KesException& e) {
-    file.Close();
-    KesCommon::LogError(formatText("Layout file %@ is damaged: %@", {name, e.reason()}));
-    throw KesException(name, e.reason());
-  }
-  file.Close();
-  layoutData_->variants = std::move(layout.variants);
-  findBestVariant(layoutData_->variants);
-  layoutData_->props = layout.props;
+  layoutData_->variants = std::move(file.variants);
+  layoutData_->props = std::move(file.props);
+  layoutData_->designerScriptName = fileToDesignerScriptClassName(name);
 
-  double width = parent.Width(), height = parent.Height();
-  if (width == 0 || height == 0) {
-    const ui::Rect screen = device::screenBounds();
-    width = screen.width;
-    height = screen.height;
-  }
+  findBestVariant(layoutData_->variants);
   const int chosenIndex = state().chosenIndex;
-  loadLayoutHelper(*layoutData_->props, &parent.view(), true,
-                   {Build, variantKey(chosenIndex), 1.0f, owner}, width, height, 0, 0);
+  ui::Size room{parent.Width(), parent.Height()};
+  if (room.width == 0 || room.height == 0) room = device::screenBounds().size();
+  const auto views = build(owner, parent.view());
+  place(views, room, Build);
   if (props::flag(*layoutData_->props, "handleResizeEvent"))
     KesObjectWrapper::getMap(parent.view()).set("layoutdata", layoutData_);
-  layoutData_->designerScriptName = fileToDesignerScriptClassName(name);
-  runScripts(layoutData_, static_cast<std::int32_t>(width), static_cast<std::int32_t>(height));
+  runScripts(layoutData_, static_cast<std::int32_t>(room.width),
+             static_cast<std::int32_t>(room.height));
   // The objects may load layouts of their own.
   const auto customViews = std::move(customViewWrappers_);
   const auto data = layoutData_;
@@ -112,7 +72,7 @@ KesLayoutValues KesLayoutBuilder::loadLayout(std::string_view fileName, const Re
   return data->variants[static_cast<std::size_t>(chosenIndex)];
 }
 
-std::optional<KesLayoutValues> KesLayoutBuilder::resizeLayout(const Ref<Kes>& owner,
+std::optional<KesLayoutValues> KesLayoutBuilder::resizeLayout(const Ref<Kes>&,
                                                               const KesPanelWrapper& panel) {
   const auto* attached = KesObjectWrapper::peekMap(panel.view());
   layoutData_ = attached ? attached->get("layoutdata").as<KesLayoutData>() : nullptr;
@@ -122,10 +82,10 @@ std::optional<KesLayoutValues> KesLayoutBuilder::resizeLayout(const Ref<Kes>& ow
   }
   findBestVariant(layoutData_->variants);
   const int chosenIndex = state().chosenIndex;
-  const double width = panel.Width(), height = panel.Height();
-  loadLayoutHelper(*layoutData_->props, &panel.view(), true,
-                   {Resize, variantKey(chosenIndex), 1.0f, owner}, width, height, 0, 0);
-  runScripts(layoutData_, static_cast<std::int32_t>(width), static_cast<std::int32_t>(height));
+  const ui::Size room{panel.Width(), panel.Height()};
+  place(present(), room, Resize);
+  runScripts(layoutData_, static_cast<std::int32_t>(room.width),
+             static_cast<std::int32_t>(room.height));
   return layoutData_->variants[static_cast<std::size_t>(chosenIndex)];
 }
 
@@ -158,57 +118,72 @@ float KesLayoutBuilder::distance(const KesLayoutValues& variant, const KesLayout
 
 // --- The views.
 
-void KesLayoutBuilder::loadLayoutHelper(Dictionary& properties, ui::View* parent, bool isTop,
-                                        const Pass& pass, double parentWidth, double parentHeight,
-                                        std::int32_t duration, float dampingRatio) {
-  Ref<ui::View> current;
-  if (isTop) {
-    dampingRatio = props::number(properties, "dumpingRatio");
-    duration = pass.mode == Scale ? 0 : props::integer(properties, "duration");
-    current = Ref<ui::View>(parent);
-    if (pass.mode == Build) {
-      KesViewWrapper::fromBoxed(current).setColor(props::color(properties, "backgroundColor"));
-      auto* page = dynamic_cast<KesMainView*>(parent->parent());
-      if (const auto controller = page ? page->controller() : nullptr)
-        KesPage::buildPage(*controller, properties, false);
-    }
-  } else {
-    const auto geometry = props::map(properties, pass.variant);
-    for (const char* key : kGeometry)
-      properties.put(key, geometry ? props::value(*geometry, key) : Value());
-    properties.put("pw", static_cast<float>(parentWidth));
-    properties.put("ph", static_cast<float>(parentHeight));
-    properties.put("dumpingRatio", dampingRatio);
-    properties.put("duration", duration);
-    const Text name = props::text(properties, "name").ToLowerCase();
-    if (pass.mode == Build) {
-      current = buildView(properties, name, *parent, pass.owner);
-    } else {
-      current = layoutData_->find(name);
-      if (current) buildResize(*current, properties, pass.scale);
-    }
-    if (!current) return;
-  }
-  const auto kids = props::map(properties, layout_format::kKids);
+template <class ViewOf>
+void KesLayoutBuilder::collect(std::vector<Node>& nodes, std::size_t parent, const ViewOf& viewOf) {
+  const auto kids = props::map(*nodes[parent].properties, layout_format::kKids);
   if (!kids) return;
-  if (!isTop) {
-    parentWidth = current->bounds().width;
-    parentHeight = current->bounds().height;
+  for (std::size_t i = 0; i < kids->size(); ++i) {
+    const auto child = props::map(*kids, std::to_string(i));
+    if (!child) continue;
+    auto view = viewOf(*child, nodes[parent].view.get());
+    if (!view) continue;
+    nodes.push_back({std::move(view), child.get(), parent});
+    collect(nodes, nodes.size() - 1, viewOf);
   }
-  for (std::size_t i = 0; i < kids->size(); ++i)
-    if (const auto child = props::map(*kids, std::to_string(i)))
-      loadLayoutHelper(*child, current.get(), false, pass, parentWidth, parentHeight, duration,
-                       dampingRatio);
 }
 
-Ref<ui::View> KesLayoutBuilder::buildView(Dictionary& properties, const Text& name,
-                                          ui::View& parent, const Ref<Kes>& owner) {
+std::vector<KesLayoutBuilder::Node> KesLayoutBuilder::build(const Ref<Kes>& owner,
+                                                            ui::View& parent) {
+  const Dictionary& root = *layoutData_->props;
+  std::vector<Node> nodes{{Ref<ui::View>(&parent), &root, 0}};
+  KesViewWrapper::fromBoxed(nodes[0].view).setColor(props::color(root, "backgroundColor"));
+  auto* page = dynamic_cast<KesMainView*>(parent.parent());
+  if (const auto controller = page ? page->controller() : nullptr)
+    KesPage::buildPage(*controller, root, false);
+  collect(nodes, 0, [&](const Dictionary& properties, ui::View* into) {
+    return buildView(properties, *into, owner);
+  });
+  return nodes;
+}
+
+std::vector<KesLayoutBuilder::Node> KesLayoutBuilder::present() const {
+  std::vector<Node> nodes{{nullptr, layoutData_->props.get(), 0}};
+  collect(nodes, 0, [&](const Dictionary& properties, ui::View*) {
+    return layoutData_->find(props::text(properties, "name").ToLowerCase());
+  });
+  return nodes;
+}
+
+void KesLayoutBuilder::place(const std::vector<Node>& nodes, ui::Size room, Mode mode) const {
+  static const Dictionary nowhere;
+  const Dictionary& root = *layoutData_->props;
+  const std::string variant =
+      std::string(layout_format::kVariant) + std::to_string(state().chosenIndex);
+  Room in;
+  in.damping = props::number(root, "dumpingRatio");
+  if (mode == Scale)
+    in.scale = static_cast<float>(state().autoscale);
+  else
+    in.milliseconds = props::integer(root, "duration");
+  for (std::size_t i = 1; i < nodes.size(); ++i) {
+    const Node& node = nodes[i];
+    if (mode == Build && props::isRoot(*node.properties)) continue;
+    if (in.scale != 1.0f) scaleFont(*node.view, *node.properties, in.scale);
+    in.size = node.parent == 0 ? room : nodes[node.parent].view->bounds().size();
+    const auto geometry = props::map(*node.properties, variant);
+    applyGeometry(*node.view, geometry ? *geometry : nowhere, in);
+  }
+}
+
+Ref<ui::View> KesLayoutBuilder::buildView(const Dictionary& properties, ui::View& parent,
+                                          const Ref<Kes>& owner) {
   const auto* type = ClassRegistry::instance().find(props::text(properties, "type"));
   Ref<KesViewWrapper> wrapper;
   if (type) wrapper = Value(type->make()).as<KesViewWrapper>();
   if (!wrapper) return nullptr;
   const Ref<ui::View> view = wrapper->build(nullptr, properties, false);
 
+  const Text name = props::text(properties, "name").ToLowerCase();
   const auto target = owner ? owner->eventsTarget() : nullptr;
   const auto* info = target ? target->classInfo() : nullptr;
   const auto* variable = info ? info->field("_" + name.str()) : nullptr;
@@ -237,30 +212,6 @@ Ref<ui::View> KesLayoutBuilder::buildView(Dictionary& properties, const Text& na
 
 const ClassInfo* KesLayoutBuilder::findCustomViewClass(std::string_view customType) {
   return ClassRegistry::instance().find(customType);
-}
-
-void KesLayoutBuilder::buildResize(ui::View& view, Dictionary& properties, float scale) {
-  float w = props::number(properties, "width") * scale;
-  float h = props::number(properties, "height") * scale;
-  float l = props::number(properties, "left") * scale;
-  float t = props::number(properties, "top") * scale;
-  const auto pw = static_cast<float>(props::integer(properties, "pw"));
-  const auto ph = static_cast<float>(props::integer(properties, "ph"));
-  const auto hanchor = props::integer(properties, "hanchor");
-  const auto vanchor = props::integer(properties, "vanchor");
-  if (hanchor == 1) l = pw - l - w;
-  if (hanchor == 2) w = pw - w - l;
-  if (vanchor == 1) t = ph - t - h;
-  if (vanchor == 2) h = ph - h - t;
-  if (scale != 1.0f) {
-    const auto font = textFont(view);
-    const auto scaled = KesFont::fromDesignerMap(properties, "font", scale, false);
-    if (font && scaled.IsInitialized()) setTextFont(view, font->withSize(scaled.Size()));
-  }
-  const auto finite = [](float v) { return std::isfinite(v) ? v : 0.0f; };
-  SetLayoutAnimated(view, props::integer(properties, "duration"),
-                    props::number(properties, "dumpingRatio"), finite(l), finite(t), finite(w),
-                    finite(h));
 }
 
 // --- Designer scripts.
@@ -302,11 +253,8 @@ void KesLayoutBuilder::scaleAll(const Ref<KesLayoutData>& layout, std::int32_t w
   if (!layout || !layout->props) return;
   KesLayoutBuilder builder;
   builder.layoutData_ = layout;
-  const auto& s = state();
-  builder.loadLayoutHelper(
-      *layout->props, nullptr, true,
-      {Scale, variantKey(s.chosenIndex), static_cast<float>(s.autoscale), nullptr},
-      static_cast<float>(width), static_cast<float>(height), 0, 0);
+  builder.place(builder.present(), {static_cast<double>(width), static_cast<double>(height)},
+                Scale);
 }
 
 Text KesLayoutBuilder::variantToMethod(const std::optional<KesLayoutValues>& variant) {

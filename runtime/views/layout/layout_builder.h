@@ -36,8 +36,6 @@ class KesLayoutBuilder {
   // How badly a variant fits a device; the largest float for one that is unusable.
   static float distance(const KesLayoutValues& variant, const KesLayoutValues& device);
   static const ClassInfo* findCustomViewClass(std::string_view customType);
-  // Left, top, width, height and anchors of the view's map, and with a scale the font.
-  static void buildResize(ui::View& view, Dictionary& properties, float scale);
 
   // For designer scripts.
   static void setScaleRate(float rate);
@@ -49,12 +47,21 @@ class KesLayoutBuilder {
   static bool isPortrait();
 
  private:
-  struct Pass;
-  void loadLayoutHelper(Dictionary& properties, ui::View* parent, bool isTop, const Pass& pass,
-                        double parentWidth, double parentHeight, std::int32_t duration,
-                        float dampingRatio);
-  Ref<ui::View> buildView(Dictionary& properties, const Text& name, ui::View& parent,
-                          const Ref<Kes>& owner);
+  // A view of the layout with its properties. The first node is the panel, which needs no
+  // view where nothing is built.
+  struct Node {
+    Ref<ui::View> view;
+    const Dictionary* properties;
+    std::size_t parent;  // its number, which is smaller
+  };
+  // Appends what is below a node, parents first; a view that `viewOf` doesn't give is left
+  // out with all that it holds.
+  template <class ViewOf>
+  static void collect(std::vector<Node>& nodes, std::size_t parent, const ViewOf& viewOf);
+  std::vector<Node> build(const Ref<Kes>& owner, ui::View& parent);
+  std::vector<Node> present() const;
+  Ref<ui::View> buildView(const Dictionary& properties, ui::View& parent, const Ref<Kes>& owner);
+  void place(const std::vector<Node>& nodes, ui::Size room, Mode mode) const;
 
   Ref<KesLayoutData> layoutData_;
   std::vector<Ref<KesCustomViewWrapper>> customViewWrappers_;

@@ -4,11 +4,9 @@
 // its views weakly. Main thread.
 #pragma once
 
-#include <optional>
 #include <unordered_map>
 #include <vector>
 
-#include "platform/ui/values/font.h"
 #include "runtime/views/base/view_wrapper.h"
 #include "runtime/views/layout/layout_values.h"
 
@@ -34,9 +32,5 @@ class KesLayoutData final : public Object {
   void setTextSize(std::string_view name, double size);
   double getTextSize(std::string_view name) const;
 };
-
-// The font of a view that shows text, or none.
-std::optional<ui::Font> textFont(const ui::View& view);
-void setTextFont(ui::View& view, const ui::Font& font);
 
 }  // namespace kes

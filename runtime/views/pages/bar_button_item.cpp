@@ -52,10 +52,10 @@ Ref<ui::BarButtonItem> KesBarButtonItemWrapper::buildBarButton(const Ref<Diction
   if (!properties) return nullptr;
   const auto type = props::integer(*properties, "btype");
   if (type == kNoButton) return nullptr;
-  const auto font = KesFont::fromDesignerMap(*properties, "font", 1.0f, true);
+  const auto font = KesFont::fromDesignerMap(*properties, "font");
   Ref<ui::BarButtonItem> item;
   if (type == kTextButton)
-    item = ui::BarButtonItem::text(props::string(*properties, "text"));
+    item = ui::BarButtonItem::text(props::ownText(*properties).str());
   else if (type == kImageButton)
     item = ui::BarButtonItem::image(buildBitmap(props::string(*properties, "image"), bridge));
   else

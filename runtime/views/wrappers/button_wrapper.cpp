@@ -2,7 +2,6 @@
 
 #include "runtime/views/base/image_source.h"
 #include "runtime/views/base/properties.h"
-#include "runtime/views/base/text_form.h"
 #include "runtime/views/richtext/attributed_string.h"
 
 namespace kes {
@@ -20,27 +19,22 @@ void KesButtonWrapper::InitializeCustom(const Ref<Kes>& bi, const kes::Text& eve
   setPressedTextColor(pressedTextColor);
 }
 
-Ref<ui::View> KesButtonWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesButtonWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                       bool bridge) const {
   auto button = ensure(view);
   button->setStyle(props::integer(properties, "style"));
   if (const auto tint = props::buildColor(properties, "tintColor")) button->setTint(*tint);
-  if (const auto color = props::buildColor(properties, "textColor")) button->setTextColor(*color);
   if (const auto color = props::buildColor(properties, "pressedTextColor"))
     button->setPressedTextColor(*color);
   button->setBackgroundImages(
       buildBitmap(props::string(properties, "backgroundImage"), bridge),
       buildBitmap(props::string(properties, "pressedBackgroundImage"), bridge));
-  const auto font = KesFont::fromDesignerMap(properties, "font", 1.0f, true);
-  if (font.IsInitialized()) button->setFont(font.font());
-  button->setTitle(props::textOrName(properties).str());
+  buildText(*button, properties);
   return KesControlWrapper::build(button, properties, bridge);
 }
 
-void KesButtonWrapper::setText(const Value& text) { self().setTitle(textForm(text)); }
-
 void KesButtonWrapper::setAttributedText(const Value& text) {
-  self().setAttributedTitle(AttributedString::from(text));
+  self().setAttributedText(AttributedString::from(text));
 }
 
 void KesButtonWrapper::setTextColor(std::int32_t argb) {

@@ -4,13 +4,13 @@
 
 #include "platform/ui/controls/button.h"
 #include "runtime/views/base/control_wrapper.h"
-#include "runtime/views/base/font.h"
+#include "runtime/views/base/text_wrapper.h"
 
 namespace kes {
 
 class KesBitmap;
 
-class KesButtonWrapper : public ViewWrapper<KesButtonWrapper, ui::Button, KesControlWrapper> {
+class KesButtonWrapper : public TextWrapper<KesButtonWrapper, ui::Button, KesControlWrapper> {
  public:
   static constexpr std::string_view kPlatformClass = "UIButton";
   static constexpr std::string_view kName = "KesButtonWrapper";
@@ -19,15 +19,10 @@ class KesButtonWrapper : public ViewWrapper<KesButtonWrapper, ui::Button, KesCon
   void Initialize(const Ref<Kes>& bi, const kes::Text& eventName, std::int32_t style);
   void InitializeCustom(const Ref<Kes>& bi, const kes::Text& eventName, std::int32_t textColor,
                         std::int32_t pressedTextColor);
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
-  kes::Text Text() const { return kes::Text(self().title()); }
-  void setText(const Value& text);
   void setAttributedText(const Value& text);
-  KesFont Font() const { return KesFont::of(self().font()); }
-  void setFont(const KesFont& font) { self().setFont(font.font()); }
-  std::int32_t TextColor() const { return static_cast<std::int32_t>(self().textColor().argb); }
-  void setTextColor(std::int32_t argb);
+  void setTextColor(std::int32_t argb);  // the tint for the reserved value
   void setPressedTextColor(std::int32_t argb);
   void setImage(const KesBitmap& bitmap);
   void SetBackgroundImages(const KesBitmap& normal, const KesBitmap& pressed);

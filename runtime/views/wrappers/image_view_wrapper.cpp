@@ -12,7 +12,7 @@ namespace {
 constexpr std::int32_t kLastMode = static_cast<std::int32_t>(ui::ContentMode::BottomRight);
 }
 
-Ref<ui::View> KesImageViewWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesImageViewWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                          bool bridge) const {
   auto image = ensure(view);
   image->setImage(buildBitmap(props::string(properties, "imageFile"), bridge));

@@ -16,7 +16,7 @@ class KesImageViewWrapper : public ViewWrapper<KesImageViewWrapper, ui::ImageVie
   static constexpr std::int32_t MODE_FILL = 0, MODE_FIT = 1, MODE_FILL_KEEPING_RATIO = 2,
                                 MODE_CENTER = 4, MODE_TOP_LEFT = 9;
 
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   // The bitmap last set; not initialised when there is none.
   KesBitmap Bitmap() const;

@@ -4,14 +4,14 @@
 
 namespace kes {
 
-Ref<ui::View> KesProgressWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesProgressWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                         bool bridge) const {
   auto progress = ensure(view);
   progress->progressColor = props::buildColor(properties, "progressColor");
   return KesViewWrapper::build(progress, properties, bridge);
 }
 
-Ref<ui::View> KesActivityIndicatorWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesActivityIndicatorWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                                  bool bridge) const {
   auto indicator = ensure(view);
   indicator->setStyle(props::integer(properties, "style"));

@@ -10,7 +10,7 @@ class KesProgressWrapper : public ViewWrapper<KesProgressWrapper, ui::ProgressVi
  public:
   static constexpr std::string_view kPlatformClass = "UIProgressView";
   static constexpr std::string_view kName = "KesProgressWrapper";
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   float Progress() const { return static_cast<float>(self().progress()); }  // 0 to 1
   void setProgress(float progress) { self().setProgress(progress); }
 };
@@ -20,7 +20,7 @@ class KesActivityIndicatorWrapper
  public:
   static constexpr std::string_view kPlatformClass = "UIActivityIndicatorView";
   static constexpr std::string_view kName = "KesActivityIndicatorWrapper";
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   void Start() { self().setSpinning(true); }
   void Stop() { self().setSpinning(false); }
   bool IsSpinning() const { return self().spinning(); }

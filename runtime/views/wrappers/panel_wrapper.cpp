@@ -27,7 +27,7 @@ void KesPanelWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventName,
   });
 }
 
-Ref<ui::View> KesPanelWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesPanelWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                      bool bridge) const {
   auto panel = ensure(view);
   const auto vertical = props::integer(properties, "verticalParallax");

@@ -18,7 +18,7 @@ class KesPanelWrapper : public ViewWrapper<KesPanelWrapper, KesPanelView> {
   static constexpr std::int32_t ACTION_DOWN = 0, ACTION_UP = 1, ACTION_MOVE = 2;
 
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   void AddView(const KesViewWrapper& view, double left, double top, double width, double height);
   // Builds the views of a layout file; see KesLayoutBuilder::loadLayout.

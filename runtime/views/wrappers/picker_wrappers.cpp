@@ -18,7 +18,7 @@ void KesDatePickerWrapper::innerInitialize(const Ref<Kes>& bi, const Text& event
     picker.onChange = [&picker](platform::Ticks) { raiseUIEvent(picker, "_valuechanged", {}); };
 }
 
-Ref<ui::View> KesDatePickerWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesDatePickerWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                           bool bridge) const {
   auto picker = ensure(view);
   picker->setMode(
@@ -38,7 +38,7 @@ void KesPickerWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventName
     };
 }
 
-Ref<ui::View> KesPickerWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesPickerWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                       bool bridge) const {
   auto picker = ensure(view);
   std::vector<Value> rows;

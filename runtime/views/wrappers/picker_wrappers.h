@@ -16,7 +16,7 @@ class KesDatePickerWrapper
   static constexpr std::string_view kName = "KesDatePickerWrapper";
   static constexpr std::int32_t MODE_TIME = 0, MODE_DATE = 1, MODE_DATE_AND_TIME = 2;
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   std::int64_t Ticks() const { return self().ticks(); }
   void setTicks(std::int64_t ticks) { self().setTicks(ticks); }
 };
@@ -33,7 +33,7 @@ class KesPickerWrapper : public ViewWrapper<KesPickerWrapper, ui::PickerView> {
   static constexpr std::string_view kPlatformClass = "UIPickerView";
   static constexpr std::string_view kName = "KesPickerWrapper";
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   void SetNumberOfColumns(std::int32_t count);
   void SetItems(std::int32_t column, const KesList& items);
   std::int32_t GetSelectedRow(std::int32_t column) const;

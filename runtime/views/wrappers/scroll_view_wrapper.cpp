@@ -30,7 +30,8 @@ void KesScrollView::innerInitialize(const Ref<Kes>& bi, const Text& eventName, b
   };
 }
 
-Ref<ui::View> KesScrollView::build(Ref<ui::View> view, Dictionary& properties, bool bridge) const {
+Ref<ui::View> KesScrollView::build(Ref<ui::View> view, const Dictionary& properties,
+                                   bool bridge) const {
   if (!dynamic_cast<ui::ScrollView*>(view.get())) view = makeView();
   auto& scroll = static_cast<ui::ScrollView&>(*view);
   scroll.setContentSize(

@@ -16,7 +16,7 @@ class KesScrollView : public ViewWrapper<KesScrollView, ui::ScrollView> {
                   double contentHeight);
   Ref<ui::View> makeView() const override;  // with an inner panel
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   KesPanelWrapper Panel() const;
   double ContentWidth() const { return self().contentSize().width; }

@@ -2,7 +2,6 @@
 
 #include "runtime/views/base/properties.h"
 #include "runtime/views/base/text_form.h"
-#include "runtime/views/wrappers/label_wrapper.h"
 
 namespace kes {
 
@@ -22,14 +21,11 @@ void KesTextFieldWrapper::innerInitialize(const Ref<Kes>& bi, const kes::Text& e
     field.onEndEdit = [&field] { raiseUIEvent(field, "_endedit", {}); };
 }
 
-Ref<ui::View> KesTextFieldWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesTextFieldWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                          bool bridge) const {
   auto field = ensure(view);
-  if (const auto color = props::buildColor(properties, "textColor")) field->setTextColor(*color);
   field->setHint(props::string(properties, "hintText"));
-  const auto font = KesFont::fromDesignerMap(properties, "font", 1.0f, true);
-  if (font.IsInitialized()) field->setFont(font.font());
-  field->setText(props::textOrName(properties).str());
+  buildText(*field, properties);
   field->setShrinksToFit(props::flag(properties, "adjustFontSizeToFit"));
   field->setAlignment(textAlign(props::integer(properties, "textAlignment")));
   field->setBorderStyle(props::integer(properties, "borderStyle"));
@@ -38,15 +34,6 @@ Ref<ui::View> KesTextFieldWrapper::build(Ref<ui::View> view, Dictionary& propert
   return KesControlWrapper::build(field, properties, bridge);
 }
 
-void KesTextFieldWrapper::setText(const Value& text) { self().setText(textForm(text)); }
 void KesTextFieldWrapper::setHintText(const Value& hint) { self().setHint(textForm(hint)); }
-
-void KesTextFieldWrapper::setTextColor(std::int32_t argb) {
-  self().setTextColor(ColorToUIColor(argb));
-}
-
-void KesTextFieldWrapper::setTextAlignment(std::int32_t alignment) {
-  self().setAlignment(textAlign(alignment));
-}
 
 }  // namespace kes

@@ -3,32 +3,23 @@
 // Conditions as for KesViewWrapper.
 #pragma once
 
-#include "runtime/views/base/font.h"
+#include "runtime/views/base/text_wrapper.h"
 #include "runtime/views/wrappers/text_input_traits.h"
 
 namespace kes {
 
 class KesTextFieldWrapper
-    : public ViewWrapper<KesTextFieldWrapper, ui::TextField, KesTextInputTraitsWrapper> {
+    : public TextWrapper<KesTextFieldWrapper, ui::TextField, KesTextInputTraitsWrapper> {
  public:
   static constexpr std::string_view kPlatformClass = "UITextField";
   static constexpr std::string_view kName = "KesTextFieldWrapper";
   static constexpr std::int32_t STYLE_NONE = 0, STYLE_LINE = 1, STYLE_BEZEL = 2, STYLE_ROUNDED = 3;
 
-  Ref<ui::View> makeView() const override { return platform::makeShared<ui::TextField>(); }
   void innerInitialize(const Ref<Kes>& bi, const kes::Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
-  kes::Text Text() const { return kes::Text(self().text()); }
-  void setText(const Value& text);
   kes::Text HintText() const { return kes::Text(self().hint()); }
   void setHintText(const Value& hint);
-  KesFont Font() const { return KesFont::of(self().font()); }
-  void setFont(const KesFont& font) { self().setFont(font.font()); }
-  std::int32_t TextColor() const { return static_cast<std::int32_t>(self().textColor().argb); }
-  void setTextColor(std::int32_t argb);
-  std::int32_t TextAlignment() const { return static_cast<std::int32_t>(self().alignment()); }
-  void setTextAlignment(std::int32_t alignment);
   std::int32_t BorderStyle() const { return self().borderStyle(); }
   void setBorderStyle(std::int32_t style) { self().setBorderStyle(style); }
   bool ShowClearButton() const { return self().showsClearButton(); }

@@ -2,9 +2,7 @@
 
 #include "platform/ui/application.h"
 #include "runtime/views/base/properties.h"
-#include "runtime/views/base/text_form.h"
 #include "runtime/views/richtext/attributed_string.h"
-#include "runtime/views/wrappers/label_wrapper.h"
 
 namespace kes {
 
@@ -29,14 +27,11 @@ void KesTextViewWrapper::innerInitialize(const Ref<Kes>& bi, const kes::Text& ev
     };
 }
 
-Ref<ui::View> KesTextViewWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesTextViewWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                         bool bridge) const {
   auto text = ensure(view);
   text->setEditable(props::flag(properties, "editable"));
-  if (const auto color = props::buildColor(properties, "textColor")) text->setTextColor(*color);
-  const auto font = KesFont::fromDesignerMap(properties, "font", 1.0f, true);
-  if (font.IsInitialized()) text->setFont(font.font());
-  text->setText(props::textOrName(properties).str());
+  buildText(*text, properties);
   text->setAlignment(textAlign(props::integer(properties, "textAlignment")));
   text->setTraits(traitsOf(properties));
   // A text view cannot be switched off: nothing of the controls' common ground is read.
@@ -44,18 +39,8 @@ Ref<ui::View> KesTextViewWrapper::build(Ref<ui::View> view, Dictionary& properti
   return KesViewWrapper::build(text, properties, bridge);
 }
 
-void KesTextViewWrapper::setText(const Value& text) { self().setText(textForm(text)); }
-
 void KesTextViewWrapper::setAttributedText(const Value& text) {
   self().setAttributedText(AttributedString::from(text));
-}
-
-void KesTextViewWrapper::setTextColor(std::int32_t argb) {
-  self().setTextColor(ColorToUIColor(argb));
-}
-
-void KesTextViewWrapper::setTextAlignment(std::int32_t alignment) {
-  self().setAlignment(textAlign(alignment));
 }
 
 }  // namespace kes

@@ -30,7 +30,7 @@ void KesSwitchWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventName
     control.onChange = [&control](bool on) { raiseUIEvent(control, "_valuechanged:", {on}); };
 }
 
-Ref<ui::View> KesSwitchWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesSwitchWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                       bool bridge) const {
   auto control = ensure(view);
   control->setOn(props::flag(properties, "value"));
@@ -49,7 +49,7 @@ void KesSliderWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventName
     };
 }
 
-Ref<ui::View> KesSliderWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesSliderWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                       bool bridge) const {
   auto control = ensure(view);
   control->setRange(props::number(properties, "minimumValue"),
@@ -69,7 +69,7 @@ void KesStepperWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventNam
     };
 }
 
-Ref<ui::View> KesStepperWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesStepperWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                        bool bridge) const {
   auto control = ensure(view);
   tint(*control, properties);
@@ -89,7 +89,7 @@ void KesSegmentedControlWrapper::innerInitialize(const Ref<Kes>& bi, const Text&
     };
 }
 
-Ref<ui::View> KesSegmentedControlWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesSegmentedControlWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                                 bool bridge) const {
   auto control = ensure(view);
   control->setItems(split(props::string(properties, "items")));

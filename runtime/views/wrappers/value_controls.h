@@ -14,7 +14,7 @@ class KesSwitchWrapper : public ViewWrapper<KesSwitchWrapper, ui::Switch, KesCon
   static constexpr std::string_view kPlatformClass = "UISwitch";
   static constexpr std::string_view kName = "KesSwitchWrapper";
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   bool Value() const { return self().on(); }
   void setValue(bool on) { self().setOn(on); }
 };
@@ -25,7 +25,7 @@ class KesSliderWrapper : public ViewWrapper<KesSliderWrapper, ui::Slider, KesCon
   static constexpr std::string_view kPlatformClass = "UISlider";
   static constexpr std::string_view kName = "KesSliderWrapper";
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   float Value() const { return static_cast<float>(self().value()); }
   void setValue(float value) { self().setValue(value); }
   float MinValue() const { return static_cast<float>(self().minimum()); }
@@ -40,7 +40,7 @@ class KesStepperWrapper : public ViewWrapper<KesStepperWrapper, ui::Stepper, Kes
   static constexpr std::string_view kPlatformClass = "UIStepper";
   static constexpr std::string_view kName = "KesStepperWrapper";
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   double Value() const { return self().value(); }
   void setValue(double value) { self().setValue(value); }
   double StepValue() const { return self().step(); }
@@ -58,7 +58,7 @@ class KesSegmentedControlWrapper
   static constexpr std::string_view kPlatformClass = "UISegmentedControl";
   static constexpr std::string_view kName = "KesSegmentedControlWrapper";
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
   std::int32_t SelectedIndex() const { return self().selected(); }
   void setSelectedIndex(std::int32_t index) { self().setSelected(index); }
   KesList GetItems() const;

@@ -36,7 +36,7 @@ void KesWebViewWrapper::innerInitialize(const Ref<Kes>& bi, const Text& eventNam
     };
 }
 
-Ref<ui::View> KesWebViewWrapper::build(Ref<ui::View> view, Dictionary& properties,
+Ref<ui::View> KesWebViewWrapper::build(Ref<ui::View> view, const Dictionary& properties,
                                        bool bridge) const {
   auto web = ensure(view);
   web->setScalesToFit(props::flag(properties, "scaleToFit"));

@@ -16,7 +16,7 @@ class KesWebViewWrapper : public ViewWrapper<KesWebViewWrapper, ui::WebView> {
   static constexpr std::string_view kName = "KesWebViewWrapper";
 
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
-  Ref<ui::View> build(Ref<ui::View> view, Dictionary& properties, bool bridge) const override;
+  Ref<ui::View> build(Ref<ui::View> view, const Dictionary& properties, bool bridge) const override;
 
   // A text from outside has no address: it reaches no file, and relative links in it
   // lead nowhere.
