@@ -12,6 +12,11 @@ void setBranding() {
   words.on = "attivo";
   words.off = "non attivo";
   words.loaded = "Caricamento completato";
+  words.map = "Mappa";
+  words.zoomIn = "Ingrandisci";
+  words.zoomOut = "Riduci";
+  words.north = "Torna al centro";
+  words.here = "La mia posizione";
   words.barButtons = {"Fine",
                       "Annulla",
                       "Modifica",

@@ -27,6 +27,11 @@ void ScrollView::setContentSize(Size size) {
   setNeedsLayout();
 }
 
+void ScrollView::reveal(View& inside) {
+  const Point origin = inside.toWindow({}) - content_->toWindow({});
+  scrollToShow({origin.x, origin.y, inside.bounds().width, inside.bounds().height});
+}
+
 Point ScrollView::maxOffset() const {
   const Size c = contentSize(), v = bounds().size();
   return {std::max(0.0, c.width - v.width), std::max(0.0, c.height - v.height)};

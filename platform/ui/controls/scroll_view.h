@@ -25,6 +25,7 @@ class ScrollView : public View {
   void setOffset(Point offset);
   void scrollTo(Point offset, std::int64_t milliseconds);  // animated
   void scrollToShow(const Rect& area);  // in the content's coordinates, least movement
+  void reveal(View& inside) override;
   Point maxOffset() const;
 
   bool paging() const { return paging_; }

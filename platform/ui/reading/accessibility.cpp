@@ -47,10 +47,15 @@ std::vector<View*> readingOrder(const View& view, const Cutoffs& cut) {
   const auto it = cut.find(&view);
   const std::size_t from = it == cut.end() ? 0 : it->second;
   std::vector<View*> order;
-  for (std::size_t i = from; i < view.children().size(); ++i) {
-    auto* c = view.children()[i].get();
-    if (!c->hidden() && !c->accessibilityHidden() && c->alpha() >= 0.01) order.push_back(c);
-  }
+  const auto readable = [](const View& v) {
+    return !v.hidden() && !v.accessibilityHidden() && v.alpha() >= 0.01;
+  };
+  if (from == 0)
+    for (View* c : view.childrenInReadingOrder())
+      if (readable(*c)) order.push_back(c);
+  if (!order.empty()) return order;
+  for (std::size_t i = from; i < view.children().size(); ++i)
+    if (auto* c = view.children()[i].get(); readable(*c)) order.push_back(c);
   std::stable_sort(order.begin(), order.end(),
                    [](View* a, View* b) { return a->frame().y < b->frame().y; });
   for (std::size_t first = 0; first < order.size();) {
@@ -86,12 +91,13 @@ void collect(View& view, const Cutoffs& cut, bool insideElement,
 }  // namespace
 
 std::string_view roleName(Role role) {
-  static constexpr std::array<std::string_view, 20> kNames{
-      "none",      "text",    "heading",   "button",      "link",   "image",       "text field",
-      "text area", "switch",  "slider",    "stepper",     "choice", "date picker", "picker",
-      "progress",  "working", "list item", "web content", "dialog", "alert"};
+  static constexpr std::array<std::string_view, 22> kNames{
+      "none",        "text",      "heading",  "button",  "link",      "image",
+      "text field",  "text area", "switch",   "slider",  "stepper",   "choice",
+      "date picker", "picker",    "progress", "working", "list item", "web content",
+      "dialog",      "alert",     "status",   "map"};
   const auto i = static_cast<std::size_t>(role);
-  return i < kNames.size() ? kNames[i] : "status";
+  return kNames[i];
 }
 
 std::vector<AccessibleElement> accessibilityTree(Window& window) {

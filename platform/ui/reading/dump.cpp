@@ -5,17 +5,19 @@
 #include <vector>
 
 #include "platform/ui/application.h"
+#include "platform/ui/controls/map_view.h"
 
 namespace ui {
 
 namespace {
 
-// At most two decimals, none that say nothing.
-std::string number(double v) {
-  v = std::round(v * 100) / 100;
+// At most so many decimals, none that say nothing.
+std::string number(double v, int decimals = 2) {
+  const double unit = std::pow(10, decimals);
+  v = std::round(v * unit) / unit;
   if (v == 0) v = 0;  // no "-0"
-  char text[32];
-  std::snprintf(text, sizeof text, "%.2f", v);
+  char text[340];     // the longest double
+  std::snprintf(text, sizeof text, "%.*f", decimals, v);
   std::string s = text;
   while (s.back() == '0') s.pop_back();
   if (s.back() == '.') s.pop_back();
@@ -37,6 +39,15 @@ std::string line(const Visible& seen, int depth) {
   if (!value.empty() && value != text) out += " [" + value + ']';
   if (!v.enabled()) out += " [disabled]";
   if (v.isFocused()) out += " [focused]";
+  return out + '\n';
+}
+
+std::string markerLine(const MapMarker& marker, int depth) {
+  std::string out(static_cast<std::size_t>(depth) * 2, ' ');
+  const GeoPoint at = marker.position();
+  out += "MapMarker " + quoted(marker.title()) + " @" + number(at.latitude, 6) + ',' +
+         number(at.longitude, 6);
+  if (marker.isFocused()) out += " [focused]";
   return out + '\n';
 }
 
@@ -96,7 +107,12 @@ std::string dump(const Window& window) {
         if (part == &page) return false;  // on its way out
       }
     }
+    // Markers are written with their map, seen or not.
+    if (dynamic_cast<const MapMarker*>(&seen.view)) return false;
+    if (dynamic_cast<const MapGround*>(&seen.view)) return true;
     *part += line(seen, seen.depth - base);
+    if (const auto* map = dynamic_cast<const MapView*>(&seen.view))
+      for (const auto& marker : map->markers()) *part += markerLine(*marker, seen.depth - base + 1);
     return true;
   });
   return page + progressPart + toastPart + dialogPart;

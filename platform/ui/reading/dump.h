@@ -5,7 +5,12 @@
 //
 // Class, #name if it has one, frame in screen points, its text in quotes, name="…"
 // where the accessible name is another one than the text, then flags in brackets:
-// focused, disabled, and what a control holds. After the views of the page: "overlay",
+// focused, disabled, and what a control holds. Below a map all its markers come in the
+// order in which they were added, seen or not, as
+//
+//   MapMarker "Municipio" @45.2379,10.0408
+//
+// and then the window that is open, if one is. After the views of the page: "overlay",
 // "toast" and "dialog" with theirs, where shown. People compare these texts: the format
 // stays as it is. Main thread.
 #pragma once

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/window.h"
 
@@ -74,11 +73,7 @@ Ref<View> find(Window& window, std::string_view text, int nth) {
 }
 
 void scrollIntoView(View& view) {
-  for (View* v = view.parent(); v; v = v->parent())
-    if (auto* scroll = dynamic_cast<ScrollView*>(v)) {
-      const Point origin = view.toWindow({}) - scroll->content().toWindow({});
-      scroll->scrollToShow({origin.x, origin.y, view.bounds().width, view.bounds().height});
-    }
+  for (View* v = view.parent(); v; v = v->parent()) v->reveal(view);
 }
 
 Point tapPoint(const View& view) {

@@ -54,6 +54,8 @@ class View : public platform::Shared {
   Point toWindow(Point p) const;
   Point fromWindow(Point p) const;
   Rect frameInWindow() const { return {toWindow({}).x, toWindow({}).y, size_.width, size_.height}; }
+  // Moves what is inside so that a descendant can be seen, if this is a view that can.
+  virtual void reveal(View& /*inside*/) {}
   // What the bars of the screen cover of this view.
   virtual Insets safeAreaInsets() const;
 
@@ -71,6 +73,8 @@ class View : public platform::Shared {
   // The children that a rectangle (own coordinates) may show, back to front. Quick for
   // thousands of children laid out along one axis.
   void childrenIn(const Rect& area, std::vector<View*>& out) const;
+  // The children as they are read, where that isn't by their places; by default nothing.
+  virtual std::vector<View*> childrenInReadingOrder() const { return {}; }
   // The topmost view at a point (own coordinates) that takes touches, or null.
   virtual View* hitTest(Point p);
 

@@ -17,6 +17,9 @@ struct Words {
   std::string back = "Back", menu = "Menu";
   std::string on = "on", off = "off";   // what a switch holds
   std::string loaded = "Loading done";  // said aloud when the progress overlay goes
+  // A map, and its buttons: nearer, farther, back to where it began, to where the phone is.
+  std::string map = "Map", zoomIn = "Zoom in", zoomOut = "Zoom out", north = "Back to the start",
+              here = "My location";
   // Names of the system's bar buttons, by the platform's numbers; 5 and 6 show nothing.
   std::array<std::string, 23> barButtons{
       "Done",   "Cancel", "Edit",  "Save",   "Add",     "",        "",     "Compose",

@@ -68,6 +68,7 @@ enum class Role : std::uint8_t {
   Dialog,
   Alert,
   Status,
+  Map,
 };
 
 enum class Key {
