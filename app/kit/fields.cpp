@@ -47,8 +47,8 @@ Text nameOf(const KesMap& map, std::string_view key) {
 
 double numberOf(const KesMap& map, std::string_view key) {
   const Value v = map.Get(key);
-  if (!v.isNumber()) fail(key, "a number", v);
-  return v.asDouble();
+  if (!v.isNumber() && !v.isText()) fail(key, "a number", v);
+  return Kes::ObjectToNumber(v).asDouble();
 }
 
 KesMap mapOf(const KesMap& map, std::string_view key) {

@@ -21,7 +21,8 @@ std::string_view kindOf(const Value& v);
 Text textOf(const KesMap& map, std::string_view key);
 // The same for what a row is known by: throws too where nothing can be read.
 Text nameOf(const KesMap& map, std::string_view key);
-// These throw where the field is missing or is something else.
+// These throw where the field is missing or is something else. A number may be written as
+// a text.
 double numberOf(const KesMap& map, std::string_view key);
 KesMap mapOf(const KesMap& map, std::string_view key);
 KesList listOf(const KesMap& map, std::string_view key);

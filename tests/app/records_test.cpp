@@ -37,6 +37,7 @@ TEST_F(BadRecords, AFieldIsReadAsWhatItIsOrNotAtAll) {
   EXPECT_EQ(textOf(map, "z"), "");
   EXPECT_EQ(textOf(map, "absent"), "");
   EXPECT_EQ(numberOf(map, "n"), 1.5);
+  EXPECT_EQ(numberOf(mapOf(R"({"t":"7"})"), "t"), 7);
   EXPECT_EQ(varlo::mapOf(map, "m").Get("k"), Value(2));
   EXPECT_EQ(listOf(map, "l").Size(), 1);
   for (const char* key : {"l", "m"}) EXPECT_THROW(textOf(map, key), KesException) << key;
