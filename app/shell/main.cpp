@@ -174,10 +174,17 @@ Resumable<> kes_main::_caricadisclaimer() {
   return showDocument("Disclaimer", "/InfoVarlo/config/master/about.html");
 }
 
-Resumable<> kes_main::showDocument(Text title, Text path) {
+// The content of the home page anew. A button that the former feature put on the bar goes
+// with its content.
+void kes_main::showOnHome(const char* layout, const Text& title) {
   _home.RootPanel().RemoveAllViews();
-  _home.RootPanel().LoadLayout("layweb", bi());
+  _home.RootPanel().LoadLayout(layout, bi());
   _home.setTitle(title);
+  _home.setTopRightButtons(KesList::of({}));
+}
+
+Resumable<> kes_main::showDocument(Text title, Text path) {
+  showOnHome("layweb", title);
   auto web = _web;  // a later page may replace it while this one loads
   const auto progress = _hd.progress("Caricamento...");
   const auto job = co_await fetch(documents(path));
@@ -200,9 +207,7 @@ Resumable<> kes_main::_controlloversione() {
 // --- What the shell offers to the features.
 
 Ref<kes_customlistview> kes_main::showList(const Text& title) {
-  _home.RootPanel().RemoveAllViews();
-  _home.RootPanel().LoadLayout("layclv", bi());
-  _home.setTitle(title);
+  showOnHome("layclv", title);
   return _clv;
 }
 

@@ -12,6 +12,7 @@
 #include "runtime/views/app/application_wrapper.h"
 #include "runtime/views/app/notification.h"
 #include "runtime/views/dialogs/custom_dialog.h"
+#include "runtime/views/pages/bar_button_item.h"
 #include "runtime/views/pages/navigation_controller.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/pages/side_menu.h"
@@ -144,6 +145,9 @@ class kes_main final : public Feature<kes_main> {
   Ref<kes_dateutils> _dateutils;
 
  private:
+  Ref<kes_customlistview> acts_;  // the list of acts that was shown last
+
+  void showOnHome(const char* layout, const Text& title);
   Resumable<> showDocument(Text title, Text path);
   std::int64_t dayOf(const Text& date);
 };
