@@ -124,6 +124,16 @@ void QtScreen::Parts::setUp() {
   connect(&pace, &QTimer::timeout, this, [this] { root.polish(); });
 }
 
+// The life of a frame. A view that changes tells the application, which tells the screen
+// once: changed() notes that a frame is `pending` and asks for a polish, which the window
+// does just before it draws. There makeFrame() runs the timers and the layout pass, and the
+// mirror brings the items in line; the scene is then synchronised, drawn and swapped
+// (frameShown()). What changes while the frame is `making` wants `again` one more, asked
+// for when the items are handed over (afterFrame()): at once where the display sets the
+// pace, by the timer `pace` where the software renderer would draw frames one after the
+// other. A window that isn't exposed draws nothing, so that the timer `unseen` makes its
+// frames: the tree goes on, only without pixels.
+//
 // Something is to be shown anew: at the window's next drawing, or the frame after the
 // one that is being made.
 void QtScreen::Parts::changed() {

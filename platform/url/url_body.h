@@ -3,9 +3,16 @@
 //
 // A small body that nobody wants as a file never costs one. Bodies made with one
 // UrlBodyMemory share its bound, so that answers that wait to be read can't fill the
-// memory: what is beyond it goes to files. Written by the session's thread, then read by
-// the delegate's; one thread at a time. Sizes are bytes. The writers report a failure by
-// giving false; error() is then the system's text.
+// memory: what is beyond it goes to files. Sizes are bytes. The writers report a failure
+// by giving false; error() is then the system's text.
+//
+// A body's life: the session's thread writes it and lets go of it before the delegate is
+// told of the task, from when on it is the delegate queue's. It lives as long as that one
+// turn, in which it may be read from memory or from its file: when the turn is over it is
+// discarded, whoever still knows it. A sub that waited for the answer is woken within the
+// turn and may read up to its next wait; what it keeps it has to have taken by then. A
+// failed task, and one that is cancelled, has no body. What a killed process left behind
+// goes with the next session's first task.
 #pragma once
 
 #include <atomic>

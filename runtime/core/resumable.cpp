@@ -17,6 +17,14 @@ void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Val
   parkFor(event, bi, std::move(rs), filter.object());
 }
 
+// A parked sub's life. The table of its Kes owns the frame, under the event and, where the
+// sub named one, its sender, which the table knows weakly. Parking again for the same event
+// and sender takes the place of whoever waited there, who is so cancelled; senders that
+// have died are swept on the way. The event takes the sub out of the table before waking
+// it: the sub may park anew at once, and for the same event. Waking runs it inside the
+// event, up to its next wait or its end, with the event's parameters in its hands. A sub
+// that goes unwoken ends with the Kes that holds it: the frame is destroyed where it
+// stands and its locals are unwound. Nothing but the table keeps a parked sub alive.
 void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender) {
   auto& list = bi.waitsFor(event);
   bool matched = false;

@@ -4,10 +4,10 @@
 //   <prefix>_responsesuccess::    (KesHttpResponse, task id), status 200 to 299
 //   <prefix>_responseerror::::    (KesHttpResponse, text, status, task id), all else
 //
-// Both come on the main thread. The engine deletes the body when the success event has
-// returned, and tells of no other request before; code inside must not wait for one. The
-// error event is a task of its own. Owned by whoever initialised it. It has to end before
-// the platform does. Main thread.
+// Both come on the main thread. The success event's turn is the one in which the body can
+// be read (platform/url/url_body.h); no other request is told of before it is over, so code
+// inside must not wait for one. The error event is a task of its own. Owned by whoever
+// initialised it. It has to end before the platform does. Main thread.
 #pragma once
 
 #include "platform/url/url_session.h"

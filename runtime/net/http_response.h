@@ -1,10 +1,10 @@
 // KesHttpResponse: one answer of a server, and where its body lies.
 //
-// Held by Ref. The body's file exists only while the success event runs: read it there,
-// on the main thread, before anything that gives up the turn. On the error path there is
-// no body, and perhaps no answer: the status is then 0 and texts are empty. GetString2
-// throws "Invalid CharSet %@" and "Error decoding data as string."; reading a body that
-// has gone throws "Error reading from stream: %@". Sizes are bytes.
+// Held by Ref. The body can be read for one turn (platform/url/url_body.h tells its life).
+// On the error path there is no body, and perhaps no answer: the status is then 0 and
+// texts are empty. GetString2 throws "Invalid CharSet %@" and "Error decoding data as
+// string."; reading a body that has gone throws "Error reading from stream: %@". Sizes are
+// bytes.
 #pragma once
 
 #include <memory>

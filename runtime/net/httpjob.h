@@ -7,11 +7,10 @@
 //
 // A verb only queues the request: headers and the time-out may be changed through
 // _getrequest() up to the end of the turn, and the wait directly after the verb can't
-// miss the event. Each verb ends in exactly one "jobdone:" on the target. After a success
-// the body can be read until the code that was woken gives up its turn; a failed job's
-// body is empty. A job in flight is kept alive by the service. Verbs give the empty text;
-// a file that can't be read makes _postfile and _postmultipart throw what the file
-// service throws. Main thread.
+// miss the event. Each verb ends in exactly one "jobdone:" on the target, in the turn
+// in which the body can be read (platform/url/url_body.h); a failed job's is empty. A job in flight
+// is kept alive by the service. Verbs give the empty text; a file that can't be read makes
+// _postfile and _postmultipart throw what the file service throws. Main thread.
 #pragma once
 
 #include "runtime/core/list.h"
