@@ -76,6 +76,43 @@ TEST_F(TextOnScreen, CutsWithAnEllipsisInsideItsWidth) {
   EXPECT_LT(ink(picture(), page().bounds()).height, one.height);
 }
 
+// Rows of a list built wide and turned narrow used to show half a line over the next row.
+TEST_F(TextOnScreen, ATextTooHighForItsBoxEndsAtAWholeLine) {
+  const auto font = ui::Font::system(15);
+  const double line = app.text().lineHeight(font);
+  ui::AttributedText rich(std::string("Guardia medica\n") + kLong);
+  ui::TextAttributes bold;
+  bold.font = ui::Font::bold(15);
+  rich.apply(0, 14, bold);
+  const struct {
+    const char* what;
+    bool rich;
+    double lines;  // of room
+    int shown;
+  } cases[] = {{"half a line more", false, 2.5, 2},
+               {"all but a hair of one", false, 2.9, 2},
+               {"the last reaches out by less than a point", false, 3 - 0.5 / line, 3},
+               {"less than a line", false, 0.5, 1},
+               {"up to a break", true, 1.4, 1},
+               {"with room between the lines", true, 2.6, 2}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const double spacing = c.rich ? 1.2 * line : line;
+    auto label = addText(kLong, {10, 10, 200, c.lines * spacing});
+    label->setFont(font);
+    label->setMaxLines(0);
+    if (c.rich) label->setAttributedText(rich);
+    const ui::Rect shown = ink(picture(c.what), page().bounds());
+    EXPECT_NEAR(shown.height, c.shown * spacing - 0.25 * line, 0.3 * line);
+    EXPECT_LE(shown.bottom(), 10 + std::max(label->bounds().height, line) + 1);
+    // All of it is there again when it has room.
+    label->setFrame({10, 10, 200, 400});
+    label->sizeToFit();
+    EXPECT_NEAR(ink(picture(), page().bounds()).bottom(), 10 + label->bounds().height, 0.4 * line);
+    label->removeFromParent();
+  }
+}
+
 TEST_F(TextOnScreen, AWordTooLongForItsLineIsShrunkOrBrokenAfterASign) {
   const char* const mail = "anagrafe@comune.varlo.example";
   const auto font = ui::Font::system(17);

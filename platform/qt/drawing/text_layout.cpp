@@ -17,6 +17,7 @@ namespace {
 constexpr QChar kEllipsis(0x2026);
 constexpr double kEndless = 1 << 24;
 constexpr double kSlack = 1.0 / 32;  // the engine counts in 1/64 points
+constexpr double kOverhang = 1;      // a last line that reaches out by less has room
 constexpr double kRichLeading = 0.2;
 constexpr double kIconCell = 1.25;  // the width of an icon beside a text, in sizes of its font
 
@@ -130,12 +131,15 @@ void TextLayout::layOut() {
   for (int i = 0;; ++i) {
     QTextLine line = layout_->createLine();
     if (!line.isValid()) break;
+    line.setLineWidth(wraps ? style_.width + kSlack : kEndless);
+    if (style_.height > 0 && i > 0 &&
+        height_ + line.height() * (1 + style_.leading / 2) > style_.height + kOverhang)
+      style_.maxLines = i;
     if (style_.maxLines > 0 && i == style_.maxLines) {
       overfull_ = true;
       line.setNumColumns(0);
       break;
     }
-    line.setLineWidth(wraps ? style_.width + kSlack : kEndless);
     if (wraps) breakWell(line);
     line.setPosition({0, height_ + line.height() * style_.leading / 2});
     height_ += line.height() * (1 + style_.leading);

@@ -23,6 +23,7 @@ class TextLayout {
     ui::Color color = ui::kBlack;
     ui::TextAlign alignment = ui::TextAlign::Left;
     double width = 0;    // 0: no limit
+    double height = 0;   // 0: no limit; else whole lines only, but one at least
     int maxLines = 0;    // 0: no limit; one line isn't wrapped
     bool elide = false;  // an ellipsis where text is left out, within the width
     double zoom = 1;     // of all fonts

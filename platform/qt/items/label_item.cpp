@@ -30,8 +30,10 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   }
   style.width = std::max(1.0, size.width);
   style.elide = true;
+  const bool shrinks = label.shrinksToFit() && label.maxLines() != 1;
+  if (!shrinks) style.height = size.height;
   auto layout = laidOut(label, style);
-  if (!label.shrinksToFit() || label.maxLines() == 1) return layout;
+  if (!shrinks) return layout;
   // Lines: smaller by a step until the words are whole and all of them have room.
   const double full = std::max(1.0, label.font().size());
   const auto fits = [&] { return layout->size().height <= size.height && !layout->breaksWords(); };
@@ -39,7 +41,9 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
     style.zoom = px / full;
     layout = laidOut(label, style);
   }
-  return layout;
+  if (fits()) return layout;
+  style.height = size.height;
+  return laidOut(label, style);
 }
 
 Picture textPicture(const TextLayout& layout, ui::Point at, const QRectF& part, double scale) {
