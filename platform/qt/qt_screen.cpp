@@ -273,11 +273,6 @@ bool QtScreen::openUrl(const std::string& url) {
 
 void QtScreen::notify(const ui::Notification& notification) { notifyDesktop(notification); }
 
-std::optional<ui::Image::Bytes> QtScreen::render(const ui::Image& image,
-                                                 const ui::ImageRendition& wanted) {
-  return parts_->images.render(image, wanted);
-}
-
 void QtScreen::focusChanged(ui::View*, bool) {
   parts_->refocus();
   parts_->accessible.focusMoved();

@@ -60,8 +60,6 @@ class QtScreen final : public ui::Screen {
   void requestTick(std::int64_t milliseconds) override;
   bool openUrl(const std::string& url) override;
   void notify(const ui::Notification& notification) override;
-  std::optional<ui::Image::Bytes> render(const ui::Image& image,
-                                         const ui::ImageRendition& wanted) override;
   void focusChanged(ui::View* view, bool byKeyboard) override;
   void announce(const std::string& text) override;
   bool scrollsNatively() const override { return true; }

@@ -4,11 +4,9 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "platform/ui/values/geometry.h"
-#include "platform/ui/values/image.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -38,13 +36,6 @@ class Screen {
 
   virtual bool openUrl(const std::string& url) = 0;
   virtual void notify(const Notification& notification) = 0;
-
-  // The bytes of a picture written anew; none where it cannot be read, or by a screen that
-  // draws no pixels.
-  virtual std::optional<Image::Bytes> render(const Image& /*image*/,
-                                             const ImageRendition& /*wanted*/) {
-    return std::nullopt;
-  }
 
   // The focus moved (null: nowhere). The screen draws a ring around it if byKeyboard.
   virtual void focusChanged(View* /*view*/, bool /*byKeyboard*/) {}

@@ -25,12 +25,10 @@ namespace kes {
 
 namespace {
 
-// A picture written anew by the screen, which alone knows pixels.
-std::optional<EncodedImage::Bytes> rendered(const EncodedImage& image,
-                                            const ui::ImageRendition& wanted) {
-  auto* app = ui::Application::current();
-  if (!app) return std::nullopt;
-  return app->screen().render(ui::Image::fromBytes(*image.bytes(), image.scale()), wanted);
+constexpr int kResizedQuality = 92;
+
+ui::Image shownAs(const EncodedImage& image) {
+  return ui::Image::fromShared(image.bytes(), image.scale());
 }
 
 }  // namespace
@@ -45,11 +43,20 @@ void registerViews() {
                   KesActivityIndicatorWrapper, KesTableView, KexViewWrapper>();
   registry.addAll<KesDrawerController, Bundle, AlertView, iCustomDialog, kes_richstring>();
   KesBitmap::screenScale = device::screenScale;
-  KesBitmap::encoder = [](const EncodedImage& image, std::string_view format, int quality) {
-    return rendered(image, {.format = format, .quality = quality, .pixels = {}});
+  KesBitmap::encoder = [](const EncodedImage& image, std::string_view format,
+                          int quality) -> std::optional<EncodedImage::Bytes> {
+    auto written = ui::render(shownAs(image), {.format = format, .quality = quality, .pixels = {}});
+    return written ? std::optional(std::move(written->bytes)) : std::nullopt;
   };
-  KesBitmap::resizer = [](const EncodedImage& image, double width, double height, bool keepRatio) {
-    return rendered(image, {.pixels = ui::Size{width, height}, .keepRatio = keepRatio});
+  KesBitmap::resizer = [](const EncodedImage& image, double width, double height,
+                          bool keepRatio) -> std::optional<EncodedImage::Drawn> {
+    // A photograph stays one: as PNG it would be many times as large.
+    auto drawn = ui::render(shownAs(image), {.format = image.format() == "JPEG" ? "JPEG" : "PNG",
+                                             .quality = kResizedQuality,
+                                             .pixels = ui::Size{width, height},
+                                             .keepRatio = keepRatio});
+    if (!drawn) return std::nullopt;
+    return EncodedImage::Drawn{std::move(drawn->bytes), drawn->share};
   };
   KesCommon::shared().windowSize = [] {
     const ui::Rect window = device::windowBounds();

@@ -21,11 +21,17 @@ struct Target {
 };
 
 constexpr Target kTargets[] = {
-    {"coding", fuzz::coding},     {"compressed", fuzz::compressed},
-    {"date", fuzz::date},         {"framing", fuzz::framing},
-    {"json", fuzz::json},         {"kil", fuzz::kil},
-    {"map_file", fuzz::map_file}, {"multipart", fuzz::multipart},
-    {"regex", fuzz::regex},       {"serialized", fuzz::serialized},
+    {"coding", fuzz::coding},
+    {"compressed", fuzz::compressed},
+    {"date", fuzz::date},
+    {"framing", fuzz::framing},
+    {"json", fuzz::json},
+    {"kil", fuzz::kil},
+    {"map_file", fuzz::map_file},
+    {"multipart", fuzz::multipart},
+    {"picture", fuzz::picture},
+    {"regex", fuzz::regex},
+    {"serialized", fuzz::serialized},
     {"url", fuzz::url},
 };
 

@@ -25,6 +25,7 @@ void json(Bytes input);
 void kil(Bytes input);
 void map_file(Bytes input);
 void multipart(Bytes input);
+void picture(Bytes input);
 void regex(Bytes input);
 void serialized(Bytes input);
 void url(Bytes input);

@@ -236,7 +236,7 @@ TEST_F(JobTest, GivesABodyAsABitmap) {
   KesBitmap::resizer = [](const EncodedImage& image, double width, double height, bool keepRatio) {
     EXPECT_EQ(image.format(), "PNG");
     EXPECT_TRUE(width == 40 && height == 30 && keepRatio);
-    return EncodedImage::Bytes{'B', 'M'};
+    return EncodedImage::Drawn{{'B', 'M'}};
   };
   const std::string png = "\x89PNG\r\n\x1a\nrest";
   town.documents().addFixed("/logo.png", "image/png", png);

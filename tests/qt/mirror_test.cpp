@@ -1,9 +1,12 @@
 // The items on the screen are what the view tree says, and no more than can be seen.
+#include <sys/resource.h>
 #include <QBuffer>
 #include <QQuickWindow>
+
 #include <cmath>
 
 #include "desk.h"
+#include "platform/qt/drawing/image_store.h"
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/image_view.h"
 #include "platform/ui/controls/indicators.h"
@@ -147,6 +150,54 @@ TEST_F(OnScreen, PlacesImagesByTheirContentMode) {
   EXPECT_TRUE(ink(picture(), page().bounds()).empty());
 }
 
+ui::Image striped(int width, int height, const char* format) {
+  QImage source(width, height, QImage::Format_RGB32);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x)
+      source.setPixelColor(x, y, y * 10 / height % 2 == 0 ? Qt::red : Qt::blue);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  source.save(&buffer, format);
+  return ui::Image::fromBytes({bytes.begin(), bytes.end()});
+}
+
+TEST_F(OnScreen, OfATallImageOnlyWhatIsSeenIsPainted) {
+  auto list = add<ui::ScrollView>({0, 0, kWidth, kHeight});
+  list->setContentSize({kWidth, 200'000});
+  auto view = ui::makeShared<ui::ImageView>();
+  view->setFrame({0, 0, kWidth, 200'000});
+  view->setImage(striped(30, 2000, "PNG"));
+  picture();
+  rusage before{}, after{};
+  getrusage(RUSAGE_SELF, &before);
+  list->content().addSubview(view);
+  // A stripe is 20,000 points: the first, the border of the first two, the last.
+  for (const auto& [offset, above, below] : {std::tuple{0.0, Qt::red, Qt::red},
+                                             {20'000 - 300.0, Qt::red, Qt::blue},
+                                             {200'000 - kHeight, Qt::blue, Qt::blue}}) {
+    list->setOffset({0, offset});
+    const QImage shown = picture();
+    EXPECT_EQ(at(shown, 180, 150), QColor(above)) << offset;
+    EXPECT_EQ(at(shown, 180, 600), QColor(below)) << offset;
+  }
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT((after.ru_maxrss - before.ru_maxrss) / 1024, 80);
+}
+
+TEST(ImageStore, OneFileInManyViewsIsDecodedOnce) {
+  qt::ImageStore store;
+  const ui::Image photo = striped(1200, 900, "JPEG");
+  for (int i = 0; i < 50; ++i) {
+    // Some were loaded anew, some are larger.
+    const auto image = i % 2 ? photo : ui::Image::fromBytes(*photo.bytes());
+    const ui::Rect box{0, 0, 40.0 + 5 * i, 40.0 + 5 * i};
+    const auto shown = store.pictures({image, box, ui::ContentMode::Fit, 0, 2}, box);
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].image.width(), 2 * box.width);
+  }
+  EXPECT_EQ(store.decoded(), 1);
+}
+
 TEST_F(OnScreen, ButtonsShowPressAndDisable) {
   auto button = add<ui::Button>({50, 50, 150, 44});
   button->setTitle("Premi");
@@ -214,34 +265,4 @@ TEST_F(OnScreen, LinesBetweenRowsKeepTheirWidth) {
     EXPECT_TRUE(image.pixelColor(300, y).green() == 255 || run > 0) << "blurred at " << y;
   }
   EXPECT_THAT(lines, testing::AllOf(testing::SizeIs(8), testing::Each(2)));
-}
-
-TEST_F(OnScreen, WritesAPictureAnew) {
-  QImage drawn(40, 20, QImage::Format_RGB32);
-  drawn.fill(QColor(200, 30, 30));
-  QByteArray png;
-  QBuffer buffer(&png);
-  ASSERT_TRUE(drawn.save(&buffer, "PNG"));
-  const auto image = ui::Image::fromBytes({png.begin(), png.end()});
-  struct Case {
-    ui::ImageRendition wanted;
-    QSize size;
-  };
-  const Case cases[] = {
-      {{"JPEG", 90, {}, false}, {40, 20}},
-      {{"PNG", 100, ui::Size{30, 30}, false}, {30, 30}},
-      {{"PNG", 100, ui::Size{30, 30}, true}, {30, 15}},
-      {{"PNG", 100, ui::Size{0, -5}, false}, {1, 1}},
-  };
-  for (const auto& [wanted, size] : cases) {
-    SCOPED_TRACE(wanted.format);
-    const auto bytes = screen.render(image, wanted);
-    ASSERT_TRUE(bytes);
-    const auto read = QImage::fromData(bytes->data(), static_cast<int>(bytes->size()),
-                                       std::string(wanted.format).c_str());
-    EXPECT_EQ(read.size(), size);
-    EXPECT_NEAR(QColor(read.pixel(0, 0)).red(), 200, 4);
-  }
-  EXPECT_FALSE(screen.render(image, {.format = "TEXT", .pixels = {}}));
-  EXPECT_FALSE(screen.render(ui::Image::fromBytes({1, 2, 3}), {}));
 }

@@ -192,6 +192,19 @@ TEST_F(TextOnScreen, PaintsTheColoursOfItsRuns) {
   EXPECT_EQ(ink(image, {0, 0, 30, 80}).x, all.x);
 }
 
+TEST_F(TextOnScreen, EmojiAreColoredPictures) {
+  const char* emoji[] = {"🍕", "🎉", "🎭", "🏀"};
+  for (int i = 0; i < 4; ++i)
+    addText(emoji[i], {20, 20.0 + 60 * i, 100, 50})->setFont(ui::Font::system(30));
+  const QImage image = picture("emoji");
+  for (int i = 0; i < 4; ++i) {
+    int colored = 0;
+    for (int y = 40 + 120 * i; y < 140 + 120 * i; ++y)
+      for (int x = 40; x < 240; ++x) colored += image.pixelColor(x, y).saturation() > 60;
+    EXPECT_GT(colored, 200) << emoji[i];
+  }
+}
+
 TEST_F(TextOnScreen, TallTextIsWholeWhereverItIsScrolledTo) {
   std::string text;
   for (int i = 0; i < 300; ++i) text += "riga " + std::to_string(i) + "\n";

@@ -41,8 +41,8 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
                          ? button.pressedBackgroundImage()
                          : button.backgroundImage();
   if (!back.empty())
-    stage().images.addPictures(pictures, back, box, ui::ContentMode::Fill, button.border().radius,
-                               scale);
+    pictures = stage().images.pictures(
+        {back, box, ui::ContentMode::Fill, button.border().radius, scale}, visibleArea());
 
   ui::Size image =
       button.image().empty() ? ui::Size{} : button.image().naturalSize().value_or(ui::Size{});
@@ -71,10 +71,10 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
   if (button.alignment() == ui::TextAlign::Right) x = box.width - padding - shown;
   x = snapped(x);
   if (!image.empty()) {
-    stage().images.addPictures(
-        pictures, button.image(),
-        {x, snapped((box.height - image.height) / 2), image.width, image.height},
-        ui::ContentMode::Fill, 0, scale);
+    const ui::Rect at{x, snapped((box.height - image.height) / 2), image.width, image.height};
+    const auto icon = stage().images.pictures({button.image(), at, ui::ContentMode::Fill, 0, scale},
+                                              visibleArea());
+    pictures.insert(pictures.end(), icon.begin(), icon.end());
     x += image.width + gap;
   }
   if (titled) {

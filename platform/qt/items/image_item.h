@@ -1,8 +1,9 @@
-// An image view: the image placed by its content mode, corners rounded as the view's.
+// An image view: the image placed by its content mode, corners rounded as the view's. Of a
+// large one what can be seen is painted, and more when it comes into sight.
 #pragma once
 
+#include "platform/qt/drawing/image_store.h"
 #include "platform/qt/items/view_item.h"
-#include "platform/ui/controls/image_view.h"
 
 namespace qt {
 
@@ -13,6 +14,10 @@ class ImageItem final : public ViewItem {
 
  protected:
   void sync(ui::View& view, ui::Change changed) override;
+  bool followsClip() const override;
+
+ private:
+  ImagePlace painted_;
 };
 
 }  // namespace qt

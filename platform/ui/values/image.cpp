@@ -1,85 +1,104 @@
 #include "platform/ui/values/image.h"
 
-#include <cstring>
+#include <algorithm>
+#include <cmath>
 #include <fstream>
+#include <iterator>
+#include <mutex>
+#include <string>
+
+#include "platform/base/log.h"
+#include "platform/pictures/picture.h"
 
 namespace ui {
+
+namespace {
+
+const std::string kNoPath;
+// What is written anew is held in memory as pixels, and so is bounded.
+constexpr double kMostWritten = 24 << 20;
+
+std::shared_ptr<const Image::Bytes> readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::make_shared<const Image::Bytes>(std::istreambuf_iterator<char>(file),
+                                              std::istreambuf_iterator<char>());
+}
+
+std::optional<Size> sizeOf(const Image::Bytes& file) {
+  try {
+    const pictures::Extent size = pictures::sizeOf(file);
+    return Size{static_cast<double>(size.width), static_cast<double>(size.height)};
+  } catch (const std::exception& e) {
+    platform::log(std::string("Picture refused: ") + e.what());
+    return std::nullopt;
+  }
+}
+
+}  // namespace
 
 struct Image::Data {
   std::string path;
   std::shared_ptr<const Bytes> bytes;
   double scale = 1;
+
+  // Of bytes, which don't change: worked out when first asked for.
+  std::once_flag measured, hashed;
+  std::optional<Size> pixels;
+  std::size_t fingerprint = 0;
 };
-
-namespace {
-
-using Head = Image::Bytes;
-
-unsigned big16(const Head& h, std::size_t at) { return h[at] << 8u | h[at + 1]; }
-unsigned big32(const Head& h, std::size_t at) { return big16(h, at) << 16u | big16(h, at + 2); }
-unsigned little16(const Head& h, std::size_t at) { return h[at + 1] << 8u | h[at]; }
-
-std::optional<Size> jpegSize(const Head& h) {
-  std::size_t at = 2;
-  while (at + 9 < h.size() && h[at] == 0xFF) {
-    const auto marker = h[at + 1];
-    const bool frame =
-        marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-    if (frame)
-      return Size{static_cast<double>(big16(h, at + 7)), static_cast<double>(big16(h, at + 5))};
-    at += 2 + std::max(2u, big16(h, at + 2));
-  }
-  return std::nullopt;
-}
-
-// Pixels, from the header of an encoded image.
-std::optional<Size> pixels(const Head& h) {
-  static constexpr unsigned char kPng[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-  if (h.size() >= 24 && std::memcmp(h.data(), kPng, 8) == 0)
-    return Size{static_cast<double>(big32(h, 16)), static_cast<double>(big32(h, 20))};
-  if (h.size() >= 10 && std::memcmp(h.data(), "GIF8", 4) == 0)
-    return Size{static_cast<double>(little16(h, 6)), static_cast<double>(little16(h, 8))};
-  if (h.size() >= 4 && h[0] == 0xFF && h[1] == 0xD8) return jpegSize(h);
-  return std::nullopt;
-}
-
-const std::string kNoPath;
-
-}  // namespace
 
 Image Image::fromFile(std::string path, double scale) {
   Image image;
-  if (!path.empty()) image.data_ = std::make_shared<Data>(Data{std::move(path), nullptr, scale});
+  if (path.empty()) return image;
+  image.data_ = std::make_shared<Data>();
+  image.data_->path = std::move(path);
+  image.data_->scale = scale;
   return image;
 }
 
 Image Image::fromBytes(Bytes bytes, double scale) {
+  return fromShared(std::make_shared<const Bytes>(std::move(bytes)), scale);
+}
+
+Image Image::fromShared(std::shared_ptr<const Bytes> bytes, double scale) {
   Image image;
-  if (!bytes.empty())
-    image.data_ =
-        std::make_shared<Data>(Data{{}, std::make_shared<const Bytes>(std::move(bytes)), scale});
+  if (!bytes || bytes->empty()) return image;
+  image.data_ = std::make_shared<Data>();
+  image.data_->bytes = std::move(bytes);
+  image.data_->scale = scale;
   return image;
 }
 
 const std::string& Image::path() const { return data_ ? data_->path : kNoPath; }
 std::shared_ptr<const Image::Bytes> Image::bytes() const { return data_ ? data_->bytes : nullptr; }
-double Image::scale() const { return data_ ? data_->scale : 1; }
+double Image::scale() const { return data_ && data_->scale > 0 ? data_->scale : 1; }
+
+std::shared_ptr<const Image::Bytes> Image::contents() const {
+  if (!data_) return std::make_shared<const Bytes>();
+  return data_->bytes ? data_->bytes : readFile(data_->path);
+}
+
+std::size_t Image::fingerprint() const {
+  if (!data_ || !data_->bytes) return 0;
+  std::call_once(data_->hashed, [this] {
+    const auto& bytes = *data_->bytes;
+    data_->fingerprint =
+        std::hash<std::string_view>()({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+  });
+  return data_->fingerprint;
+}
+
+std::optional<Size> Image::pixels() const {
+  if (!data_) return std::nullopt;
+  if (!data_->bytes) return sizeOf(*contents());
+  std::call_once(data_->measured, [this] { data_->pixels = sizeOf(*data_->bytes); });
+  return data_->pixels;
+}
 
 std::optional<Size> Image::naturalSize() const {
-  if (!data_) return std::nullopt;
-  std::optional<Size> size;
-  if (data_->bytes) {
-    size = pixels(*data_->bytes);
-  } else {
-    // A camera's JPEG may have a preview of up to 64 KiB before its own size.
-    Bytes head(128 * 1024);
-    std::ifstream file(data_->path, std::ios::binary);
-    file.read(reinterpret_cast<char*>(head.data()), static_cast<std::streamsize>(head.size()));
-    head.resize(static_cast<std::size_t>(file.gcount()));
-    size = pixels(head);
-  }
-  if (!size || data_->scale <= 0) return size;
-  return Size{size->width / data_->scale, size->height / data_->scale};
+  const auto size = pixels();
+  if (!size) return std::nullopt;
+  return Size{size->width / scale(), size->height / scale()};
 }
 
 bool Image::operator==(const Image& other) const {
@@ -87,6 +106,29 @@ bool Image::operator==(const Image& other) const {
   if (!data_ || !other.data_) return false;
   return data_->path == other.data_->path && data_->bytes == other.data_->bytes &&
          data_->scale == other.data_->scale;
+}
+
+std::optional<RenderedImage> render(const Image& image, const ImageRendition& wanted) {
+  const auto own = image.pixels();
+  if (!own) return std::nullopt;
+  Size size = wanted.pixels.value_or(*own);
+  size = {std::max(1.0, size.width), std::max(1.0, size.height)};
+  if (wanted.pixels && wanted.keepRatio) {
+    const double zoom = std::min(size.width / own->width, size.height / own->height);
+    size = {own->width * zoom, own->height * zoom};
+  }
+  const double share = std::min(1.0, std::sqrt(kMostWritten / (size.width * size.height)));
+  const auto side = [share](double length) {
+    return std::max(1, static_cast<int>(std::lround(std::min(length * share, kMostWritten))));
+  };
+  const pictures::Extent extent{side(size.width), side(size.height)};
+  try {
+    const auto bitmap = pictures::scaled(pictures::decode(*image.contents(), extent), extent);
+    return RenderedImage{pictures::encode(bitmap, wanted.format, wanted.quality), share};
+  } catch (const std::exception& e) {
+    platform::log(std::string("Picture not written anew: ") + e.what());
+    return std::nullopt;
+  }
 }
 
 }  // namespace ui

@@ -69,7 +69,8 @@ KesBitmap KesBitmap::Resize(double width, double height, bool keepRatio) const {
   auto drawn = resizer ? resizer(*image, width * scale, height * scale, keepRatio) : std::nullopt;
   if (!drawn) throw KesException("Cannot resize image");
   KesBitmap bitmap;
-  bitmap.wrap(Value(platform::makeShared<EncodedImage>(std::move(*drawn), scale)));
+  bitmap.wrap(
+      Value(platform::makeShared<EncodedImage>(std::move(drawn->bytes), scale * drawn->share)));
   return bitmap;
 }
 

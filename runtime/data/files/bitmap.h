@@ -20,6 +20,12 @@ class EncodedImage final : public Object {
  public:
   using Bytes = std::vector<std::uint8_t>;
 
+  // Drawn anew, in `share` of the pixels that were asked for, on each side.
+  struct Drawn {
+    Bytes bytes;
+    double share = 1;
+  };
+
   // scale: pixels for one point, 2 for a file made for double density.
   explicit EncodedImage(Bytes bytes, double scale = 1);
   std::string_view className() const override { return "UIImage"; }
@@ -60,7 +66,7 @@ class KesBitmap final : public TypedWrapper<KesBitmap, EncodedImage> {
   static inline std::function<std::optional<EncodedImage::Bytes>(
       const EncodedImage& image, std::string_view format, std::int32_t quality)>
       encoder;
-  static inline std::function<std::optional<EncodedImage::Bytes>(
+  static inline std::function<std::optional<EncodedImage::Drawn>(
       const EncodedImage& image, double width, double height, bool keepRatio)>
       resizer;
 };

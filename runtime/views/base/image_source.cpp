@@ -7,7 +7,7 @@ namespace kes {
 
 ui::Image imageOf(const KesBitmap& bitmap) {
   const auto image = bitmap.nativeOrNull();
-  return image ? ui::Image::fromBytes(*image->bytes(), image->scale()) : ui::Image();
+  return image ? ui::Image::fromShared(image->bytes(), image->scale()) : ui::Image();
 }
 
 ui::Image buildBitmap(std::string_view fileName, bool fromTemporary) {
