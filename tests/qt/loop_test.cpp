@@ -6,6 +6,7 @@
 #include "desk.h"
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/text_input.h"
+#include "platform/ui/pages/navigation_controller.h"
 
 using Loop = Desk;
 
@@ -101,6 +102,24 @@ TEST_F(Loop, TheWindowsSizeIsTheScreens) {
   ASSERT_TRUE(loop.until([&] { return page().bounds().width == 667; }, 3000));
   EXPECT_EQ(app.screenBounds(), (ui::Rect{0, 0, 667, 375}));
   EXPECT_EQ(picture().size(), QSize(1334, 750));
+}
+
+// Without waiting for a frame, which the screen draws when it likes.
+TEST_F(Loop, APageHasItsSizeAsSoonAsItIsShown) {
+  auto nav = ui::makeShared<ui::NavigationController>();
+  window->setRootViewController(nav);
+  for (const auto& [width, height] : {std::pair{375, 667}, {667, 375}}) {
+    screen.window().resize(width, height);
+    ASSERT_TRUE(loop.until([&, w = width] { return nav->view().bounds().width == w; }, 3000));
+    auto page = ui::makeShared<ui::ViewController>();
+    EXPECT_EQ(page->view().bounds().size(), app.screenBounds().size());
+    nav->push(page, true);
+    const ui::Size shown = page->view().bounds().size();
+    EXPECT_EQ(shown.width, width);
+    EXPECT_LT(shown.height, height);
+    ASSERT_TRUE(settle());
+    EXPECT_EQ(page->view().bounds().size(), shown) << "nothing is left for the frame to mend";
+  }
 }
 
 TEST_F(Loop, AddressesGoToTheDesktopThroughOneDoor) {

@@ -66,6 +66,7 @@ TEST_F(PagesTest, PagesAreToldWhenTheyComeAndGo) {
 }
 
 TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
+  EXPECT_EQ(b->view().bounds().size(), phone.app.screenBounds().size()) << "before it is shown";
   nav->push(a, false);
   show();
   EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 64, 320, 504}));

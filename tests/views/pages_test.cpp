@@ -121,6 +121,35 @@ TEST_F(PagesTest, OnlyAPageWithoutABarLeavesRoomForTheStatusBar) {
   EXPECT_EQ(home.RootPanel().Top(), 20);
 }
 
+// A sub that shows its page and goes on in the same turn, or after Sleep(0), builds by the
+// root panel's size.
+TEST_F(PagesTest, APageHasItsSizeFromItsMakingAndWhatTheBarsLeaveOnceShown) {
+  const auto sizeOf = [](const KesPage& page) {
+    return points(page.RootPanel().Width()) + "x" + points(page.RootPanel().Height());
+  };
+  nav.ShowPage2(home, false);
+  happened();
+  for (const auto& [screen, made, shown] :
+       {std::tuple{ui::Size{320, 568}, "320x548", "320x504"}, {{568, 320}, "568x300", "568x256"}}) {
+    phone.turn(screen);
+    happened();
+    KesPage fresh, slid;
+    fresh.Initialize(owner->bi(), "Home");
+    slid.Initialize(owner->bi(), "Home");
+    EXPECT_EQ(fresh.native()->view().bounds().size(), screen);
+    EXPECT_EQ(sizeOf(fresh), made) << "a page of its own leaves room for the status bar";
+    nav.ShowPage2(fresh, false);
+    EXPECT_EQ(sizeOf(fresh), shown);
+    nav.ShowPage(slid);
+    EXPECT_EQ(sizeOf(slid), shown) << "while it slides in";
+    EXPECT_THAT(owner->trace, ElementsAre("home goes", "home goes")) << "no size told yet";
+    EXPECT_THAT(happened(), testing::Contains("home " + std::string(shown)).Times(2))
+        << "told once by each, of the size that it came to";
+    nav.ShowPage2(home, false);
+    happened();
+  }
+}
+
 TEST_F(PagesTest, SafeAreaIsEmptyBeforeVersionEleven) {
   nav.setNavigationBarVisible(false);
   nav.ShowPage2(home, false);

@@ -102,7 +102,7 @@ void NavigationController::showTop(ViewController* former, Slide slide) {
   for (const auto& other : children)
     if (other != leaving && other != coming) other->removeFromParent();
   auto* app = Application::current();
-  const Rect here{0, 0, container_->bounds().width, container_->bounds().height};
+  const Rect content = contentFrame(), here{0, 0, content.width, content.height};
   if (coming) {
     coming->setAccessibilityHidden(false);
     container_->insertSubview(coming, slide == Slide::Backward ? 0 : container_->children().size());

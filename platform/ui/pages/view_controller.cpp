@@ -1,5 +1,6 @@
 #include "platform/ui/pages/view_controller.h"
 
+#include "platform/ui/application.h"
 #include "platform/ui/pages/drawer_controller.h"
 #include "platform/ui/pages/navigation_controller.h"
 #include "platform/ui/values/style.h"
@@ -37,7 +38,12 @@ ViewController::~ViewController() {
 }
 
 View& ViewController::view() {
-  if (!view_) view_ = loadView();
+  if (view_) return *view_;
+  view_ = loadView();
+  // As large as the screen until somebody knows better, so that what is put into a page
+  // before it is shown has something to go by.
+  if (const auto* app = Application::current(); app && view_->bounds().empty())
+    view_->setFrame({0, 0, app->screenBounds().width, app->screenBounds().height});
   return *view_;
 }
 

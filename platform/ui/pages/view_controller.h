@@ -49,7 +49,7 @@ class ViewController : public platform::Shared {
   ViewController& operator=(const ViewController&) = delete;
   std::string_view className() const override { return "UIViewController"; }
 
-  View& view();  // made by loadView() at the first call
+  View& view();  // made by loadView() at the first call, with the screen's size
   bool viewLoaded() const { return view_.get() != nullptr; }
   const std::string& title() const { return title_; }
   void setTitle(std::string title);  // the navigation item's too

@@ -118,7 +118,9 @@ void View::setFrame(const Rect& frame) {
 void View::geometryChanged(bool resized) {
   if (parent_ && parent_->index_) parent_->index_->valid = false;
   markChanged(Change::Geometry);
-  if (resized) setNeedsLayout();
+  if (!resized) return;
+  setNeedsLayout();
+  sizeChanged();
 }
 
 Size View::sizeThatFits(Size) const { return size_; }

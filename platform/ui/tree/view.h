@@ -75,6 +75,9 @@ class View : public platform::Shared {
   void childrenIn(const Rect& area, std::vector<View*>& out) const;
   // The children as they are read, where that isn't by their places; by default nothing.
   virtual std::vector<View*> childrenInReadingOrder() const { return {}; }
+  // Makes what was put off until it could be seen; for whoever reads or searches the
+  // whole tree.
+  virtual void completeChildren() {}
   // The topmost view at a point (own coordinates) that takes touches, or null.
   virtual View* hitTest(Point p);
 
@@ -162,6 +165,9 @@ class View : public platform::Shared {
 
  protected:
   virtual void layoutSubviews() {}
+  // It has another size, and the layout pass is still to come: for children whose place
+  // somebody may ask for before that.
+  virtual void sizeChanged() {}
   // It has another parent now, or none; also when the former one is being destroyed.
   virtual void parentChanged() {}
   virtual void focusChanged(bool /*focused*/) {}

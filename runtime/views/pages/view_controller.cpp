@@ -33,8 +33,18 @@ KesMainView::KesMainView(KesViewController& controller) : parent_(&controller) {
 
 void KesMainView::layoutSubviews() {
   View::layoutSubviews();
+  placeHolder();
+}
+
+// Not left to the layout pass alone: a sub that has just shown its page goes on at once
+// and builds by the root panel's size. The panel tells of it after the pass, as ever.
+void KesMainView::sizeChanged() {
+  if (holder_) placeHolder();
+}
+
+void KesMainView::placeHolder() {
   statusBarSize_ = statusBarHeight();
-  const auto controller = parent_.lock();
+  const auto* controller = parent_.peek();
   if (const auto* nav = controller ? controller->navigationController() : nullptr;
       nav && !nav->navigationBarHidden())
     statusBarSize_ = 0;
@@ -51,6 +61,7 @@ void KesMainView::layoutSubviews() {
 KesViewController::KesViewController(const Ref<Kes>& bi, const Text& eventName) {
   KesObjectWrapper::setBIAndEventName(*this, bi, eventName);
   mainView_ = platform::makeShared<KesMainView>(*this);
+  view();
 }
 
 KesViewController::~KesViewController() { stopObserving(); }

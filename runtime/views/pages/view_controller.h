@@ -1,7 +1,8 @@
 // KesViewController and KesMainView: the page behind KesPage.
 //
 // The main view holds one panel, the root panel, and gives it the room that the status
-// bar leaves. Page events ("_appear", "_disappear", "_keyboardstatechanged:",
+// bar leaves: from the start, when it is as large as the screen, and again as soon as the
+// page is put below a bar. Page events ("_appear", "_disappear", "_keyboardstatechanged:",
 // "_barbuttonclick:") go to the Kes and prefix that were attached to the controller;
 // the root panel raises "_resize::" under the same prefix. Shared by the page's wrappers
 // and its container. Main thread, points.
@@ -28,8 +29,11 @@ class KesMainView final : public ui::View {
 
  protected:
   void layoutSubviews() override;
+  void sizeChanged() override;
 
  private:
+  void placeHolder();
+
   Ref<KesPanelView> holder_;
   WeakRef<KesViewController> parent_;
   std::int32_t statusBarSize_ = 0, currentStatusBarSize_ = 0;
