@@ -44,6 +44,7 @@ void ScrollView::setOffset(Point offset) {
   offset_ = offset;
   markChanged(Change::Scroll);
   Ref<View> pin(this);
+  offsetChanged();
   if (const auto hook = onScroll) hook(offset.x, offset.y);
 }
 

@@ -44,6 +44,7 @@ class ScrollView : public View {
 
  protected:
   void layoutSubviews() override;  // a smaller view or content pulls the offset back
+  virtual void offsetChanged() {}  // before the hook is raised
 
  private:
   Ref<View> content_;

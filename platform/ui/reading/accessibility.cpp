@@ -84,6 +84,7 @@ void collect(View& view, const Cutoffs& cut, bool insideElement,
       out.push_back({Ref<View>(&view), role, std::move(name), view.accessibleValue(),
                      view.frameInWindow(), view.enabled(), view.isFocused()});
   }
+  view.completeChildren();
   const bool container = element && view.takesTap();
   for (auto* child : readingOrder(view, cut)) collect(*child, cut, insideElement || container, out);
 }

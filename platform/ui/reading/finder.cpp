@@ -21,6 +21,7 @@ class Search {
   // Answers whether the view or something in it matched.
   bool in(View& view) {
     if (view.hidden() || view.alpha() < 0.01 || view.accessibilityHidden()) return false;
+    view.completeChildren();
     const auto at = found.size();
     bool inner = false;
     for (const auto& child : order(view)) inner = in(*child) || inner;

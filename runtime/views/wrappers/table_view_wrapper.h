@@ -1,6 +1,7 @@
 // KesTableView: a plain list of one-line rows in one section. Event: "_selectedchanged::"
-// (section, row). Changes to rows are seen after ReloadAll. Conditions as for
-// KesViewWrapper; a row outside the list throws the array's range exception.
+// (section, row). Added and changed rows are seen after ReloadAll, Clear at once.
+// Conditions as for KesViewWrapper; a row outside the list throws the array's range
+// exception.
 #pragma once
 
 #include "platform/ui/controls/table_view.h"
@@ -26,7 +27,21 @@ class KesTableCellWrapper final : public TypedWrapper<KesTableCellWrapper, Table
 
 class TableViewWithCells final : public ui::TableView {
  public:
-  std::vector<Ref<TableCell>> cells;
+  using Filler = std::function<void(std::int32_t row, TableCell& cell)>;
+
+  std::int32_t size() const { return static_cast<std::int32_t>(cells_.size()); }
+  void add(Ref<TableCell> cell) { cells_.push_back(std::move(cell)); }
+  void addLater(std::int32_t count, Filler fill);
+  void clear();
+  const Ref<TableCell>& cell(std::int32_t row);  // makes it if need be; within the list
+
+ private:
+  struct Later {
+    std::int32_t first;
+    Filler fill;
+  };
+  std::vector<Ref<TableCell>> cells_;  // null for one that nobody has looked at
+  std::vector<Later> later_;           // in the order of their rows
 };
 
 class KesTableView : public ViewWrapper<KesTableView, TableViewWithCells> {
@@ -38,9 +53,13 @@ class KesTableView : public ViewWrapper<KesTableView, TableViewWithCells> {
   void innerInitialize(const Ref<Kes>& bi, const Text& eventName, bool keep) override;
 
   KesTableCellWrapper AddSingleLine(const Value& text);
+  // So many rows that are filled one by one, each when somebody looks at it: `fill` gets
+  // the number among these (from 0) and the row.
+  void AddSingleLines(std::int32_t count,
+                      std::function<void(std::int32_t, KesTableCellWrapper)> fill);
   KesTableCellWrapper GetItem(std::int32_t section, std::int32_t row) const;
-  std::int32_t Size() const { return static_cast<std::int32_t>(self().cells.size()); }
-  void Clear() { self().cells.clear(); }
+  std::int32_t Size() const { return self().size(); }
+  void Clear() { self().clear(); }
   void ReloadAll();
   void SetSelection(std::int32_t section, std::int32_t row);  // row -1: none
   double RowHeight() const { return self().rowHeight(); }
