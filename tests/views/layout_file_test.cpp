@@ -98,9 +98,12 @@ TEST(LayoutFile, PromisesOfSizeAreNotBelieved) {
   EXPECT_THAT(failure([&] { in.readMap({Text("k")}); }), HasSubstr("nested deeper"));
 }
 
+constexpr char kSomebody[] = "Somebody";
+
 class DamagedLayout : public ViewsTest {
  protected:
   DamagedLayout() {
+    ClassRegistry::instance().add<Bystander<kSomebody>>();
     bytes = layouts::toBytes(layouts::compile(R"(
 variant 320x480
 variant 375x667
@@ -117,7 +120,7 @@ panel box
     font: "FontAwesome" 20 "\u{F015}"
 custom other
   frame: left 0 width 10, top 0 height 10
-  customType: "Nobody"
+  customType: "Somebody"
   customProperties:
     A: 1.5
     B: 2.5d

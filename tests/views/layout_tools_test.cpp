@@ -189,8 +189,10 @@ void expectInside(const ui::View& parent, const std::string& where) {
   }
 }
 
+constexpr char kListView[] = "kes_customlistview", kSearchView[] = "kes_searchview";
+
 TEST(AppLayouts, AllLoadWithTheirViewsOnPhonesOfEverySize) {
-  ClassRegistry::instance().add<Anyone>();
+  ClassRegistry::instance().addAll<Anyone, Bystander<kListView>, Bystander<kSearchView>>();
   [&]<std::size_t... N>(std::index_sequence<N...>) {
     ClassRegistry::instance().addAll<ScaleLayout<N>...>();
   }

@@ -340,7 +340,7 @@ custom native
   customType: "NativeBadge"
 custom any
   frame: left 0 width 1, top 0 height 1
-  customType: "NotThere"
+  customType: "NativeBadge"
 )";
   KesPage page = showPage(phone, owner->bi(), "home");
   panel = page.RootPanel();
@@ -372,6 +372,10 @@ custom any
                    layouts::toBytes(layout));
   EXPECT_EQ(failure([&] { panel.LoadLayout("t", owner->bi()); }),
             "CustomView CustomType property was not set.");
+  std::string unknown(source);
+  unknown.replace(unknown.rfind("NativeBadge"), 11, "NotThere");
+  EXPECT_EQ(failure([&] { load("unknown", unknown.c_str()); }),
+            "CustomView class not found: NotThere");
 }
 
 TEST_F(LayoutsTest, AResizableLayoutFollowsItsPanel) {

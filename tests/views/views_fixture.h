@@ -11,6 +11,7 @@
 #include "runtime/views/app/app_delegate.h"
 #include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/register_views.h"
+#include "runtime/views/wrappers/label_wrapper.h"
 #include "tests/support/test_platform.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
@@ -76,6 +77,18 @@ struct Phone {
 class ViewsTest : public testing::Test {
  public:
   Phone phone;
+};
+
+// Stands in for a custom view of that name, and shows nothing. The name has to outlive the
+// program, as a literal does.
+template <const char* Name>
+class Bystander final : public Object {
+ public:
+  static void describe(ClassBuilder<Bystander>& c) {
+    c.name(Name);
+    c.template method<&Bystander::create>("DesignerCreateView:::");
+  }
+  void create(KesPanelWrapper, KesLabelWrapper, KesMap) {}
 };
 
 // A page without bars, fitted to the window.

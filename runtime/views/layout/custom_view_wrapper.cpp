@@ -45,6 +45,10 @@ Ref<ui::View> KesCustomViewWrapper::build(Ref<ui::View> view, const Dictionary& 
 }
 
 void KesCustomViewWrapper::AfterDesignerScript() {
+  if (!customObject_.isObject())
+    throw KesException(
+        formatText("CustomView class not found: %@",
+                   {properties_ ? props::text(*properties_, "customType").str() : std::string()}));
   KesMap designer;
   designer.Initialize();
   if (const auto given = properties_ ? props::map(*properties_, "customProperties") : nullptr)

@@ -33,6 +33,8 @@ class KesCustomViewWrapper
   void setCustomObject(Value object) { customObject_ = std::move(object); }
   void setProps(Ref<Dictionary> properties) { properties_ = std::move(properties); }
   // Calls the object's _initialize and "designercreateview:::", once it has its size.
+  // Throws "CustomView class not found: %@" where the type names no class in the registry:
+  // an empty panel would tell nobody.
   void AfterDesignerScript();
 
  private:
