@@ -4,11 +4,22 @@
 
 #include "townhost/embedded.h"
 #include "townhost/pharmacy_turns.h"
+#include "townhost/school_menus.h"
 
 namespace town {
 namespace {
 
 constexpr int turnDays = 60;  // published before and after today
+
+void publishSchools(Documents& documents) {
+  const std::string folder = "/InfoVarlo/menuscuola/master/";
+  documents.addFixed(folder + "scuole.json", typeOfPath(".json"), schoolsDocument());
+  for (const School& school : schools())
+    documents.add(folder + school.link + ".json", typeOfPath(".json"),
+                  [&school](const Occasion& occasion) {
+                    return schoolMenuDocument(school, dayAt(occasion.now));
+                  });
+}
 
 std::string embedded(std::string_view path) {
   for (const auto& file : embeddedFiles())
@@ -29,6 +40,7 @@ void publishAll(Documents& documents, const std::string& version) {
                 [keys](const Occasion& occasion) {
                   return turnsDocument(turnsAround(dayAt(occasion.now), turnDays, keys));
                 });
+  publishSchools(documents);
 }
 
 }  // namespace town
