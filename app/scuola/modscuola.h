@@ -1,7 +1,13 @@
-// kes_modscuola: the lunch menus of one school, day by day. One instance; main thread.
+// kes_modscuola: the lunch menus of one school, a page a day for the school days around
+// today. A school's document holds rotations of four weeks, each with the dates between
+// which it is valid. One instance; main thread.
 #pragma once
 
 #include "app/kit/feature.h"
+#include "runtime/views/pages/page.h"
+#include "runtime/views/wrappers/button_wrapper.h"
+#include "runtime/views/wrappers/label_wrapper.h"
+#include "runtime/views/wrappers/scroll_view_wrapper.h"
 
 namespace varlo {
 
@@ -13,8 +19,36 @@ class kes_modscuola final : public Feature<kes_modscuola> {
   void _process_globals() override;
 
   Resumable<> _start(Text link);
+  // What a school has on a day, and what its menu notes; of the first period that holds the
+  // day. `d` carries the time of day.
+  Text _menuscuola_recuperamenugiorno(const KesMap& document, std::int64_t d);
+  Text _menuscuola_recuperamenunote(const KesMap& document, std::int64_t d);
+  // Day, month and year by their places in the text: "15/09/2026".
+  std::int64_t _datetolong(const Text& date);
+
+  // What the views raise.
+  void _home_resize(double width, double height);
+  void _scview_scrollchanged(double x, double y);
+  void _before_click();
+  void _after_click();
 
   Ref<kes_main> _main;
+  KesPage _home;
+  KesList _panels;  // the days, one panel each
+  double _iwidth = 0, _iheight = 0;
+  KesScrollView _scview;
+  KesButtonWrapper _before, _after;  // lead to the day before and after
+  // Of the day that was loaded last.
+  KesLabelWrapper _lbltile, _lblvalue, _lblnote;
+
+ private:
+  KesPanelWrapper loadDay(const KesMap& document, std::int64_t d);
+  bool holds(const KesMap& period, std::int64_t d);
+  Value mealOf(const KesMap& period, std::int64_t d);
+  void placeDays(double day);
+  double shownDay() const;
+  void turn(int days);
+  void showWhereItGoes();
 };
 
 }  // namespace varlo

@@ -207,7 +207,7 @@ TEST(AppLayouts, AllLoadWithTheirViewsOnPhonesOfEverySize) {
        {"menuheader", "menutown", "menumotto", "menubody", "lstmenu", "menufooter", "lblversion"}},
       {"laymenuday", {"logo", "ltitle", "ltel", "laddress", "menudayline", "ppost"}},
       {"laymenuscuola", {"lbltile", "schoolline", "lblvalue", "lblnote"}},
-      {"layscview", {"scview"}},
+      {"layscview", {"scview", "before", "after"}},
       {"laysv", {"sv"}},
       {"layweb", {"web"}},
       {"laywebtitle", {"subtitle", "subtitleline", "web"}},

@@ -1,0 +1,15 @@
+// Text that can be read on a colour that a document chose. Pure functions.
+#pragma once
+
+#include <cstdint>
+
+namespace varlo {
+
+// How well two colours (ARGB, alpha not looked at) stand apart: 1 for the same, 21 for
+// black on white, 4.5 for what small text needs.
+double contrast(std::int32_t a, std::int32_t b);
+
+// Black, or white where black could not be read.
+std::int32_t readableOn(std::int32_t background);
+
+}  // namespace varlo
