@@ -6,10 +6,14 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "app/kit/deployment.h"
+#include "app/messaging/delivery.h"
 #include "app/shell/branding.h"
 #include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
+#include "platform/base/log.h"
 #include "platform/base/platform.h"
+#include "platform/push/push_line.h"
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
@@ -35,6 +39,16 @@ std::string folder(const fs::path& path) {
   return path.string() + "/";
 }
 
+// An app without messages is better than none.
+std::shared_ptr<push::PushLine> pushLine() {
+  try {
+    return varlo::makePushLine(varlo::deployment::pushBroker().str());
+  } catch (const std::exception& e) {
+    platform::log(std::string("No push messages will come: ") + e.what());
+    return nullptr;
+  }
+}
+
 int run() {
   if (!qt::QtProcess::displayAvailable())
     throw std::runtime_error("no display was found: start it from a desktop session");
@@ -51,8 +65,10 @@ int run() {
   qt::QtLoop loop(platform, screen);
   kes::KesAppDelegate delegate;
   application.setDelegate(&delegate);
+  varlo::PushDelivery delivery(pushLine());
   screen.show();
   delegate.didFinishLaunching();
+  delivery.deliverTo(delegate);
   application.activate();
   const int status = loop.exec();
   application.terminate();

@@ -187,8 +187,11 @@ def main():
             print(f"{run.title}: could not be measured: {e}", file=sys.stderr)
             failed = True
     if update and not wanted and not failed:
+        # What was measured by hand stands below the table, and stays.
+        with open("docs/performance.md", encoding="utf-8") as page:
+            by_hand = page.read().partition("\n## ")
         with open("docs/performance.md", "w", encoding="utf-8") as page:
-            page.write(HEADER + "\n".join(lines) + "\n")
+            page.write(HEADER + "\n".join(lines) + "\n" + by_hand[1] + by_hand[2])
     return 1 if failed else 0
 
 

@@ -92,6 +92,8 @@ Options Options::parse(const std::vector<std::string>& arguments) {
       o.height = positive(size.substr(x + 1), "a height", 4000);
     } else if (name == "--scale") {
       o.scale = positive(value(), "a scale", 8);
+    } else if (name == "--push") {
+      o.push = value();
     } else if (name == "--data") {
       o.data = value();
     } else {
@@ -113,6 +115,8 @@ std::string Options::usage() {
   --screen qt|headless   which side draws (default qt; pictures need it)
   --size WxH             the phone's points (default 375x667)
   --scale N              its pixel ratio (default 2)
+  --push URL             use this broker of push messages (mqtts://…, or mqtt://… on this
+                         machine) in place of the desk's own line
   --data DIR             documents, library and temporary folders (default: a fresh
                          temporary one)
 )";

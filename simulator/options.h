@@ -15,6 +15,7 @@ struct Options {
   std::string tour;    // folder for the tour's pictures; empty: no tour
   std::string script;  // script file to play; empty: none
   std::string town;    // base address of another host; empty: the embedded one
+  std::string push;    // broker of push messages; empty: the desk's own line
   std::string data;    // folder of documents, library and temporary files; empty: fresh
   std::optional<std::int64_t> now;  // ticks at which the clock starts
   Screen screen = Screen::Qt;

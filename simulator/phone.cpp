@@ -7,12 +7,12 @@
 #include <stdexcept>
 
 #include "app/kit/deployment.h"
-#include "app/messaging/messaging.h"
+#include "app/messaging/delivery.h"
 #include "app/shell/branding.h"
 #include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
 #include "platform/base/log.h"
-#include "runtime/data/json/json_parser.h"
+#include "platform/push/local_line.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/views/app/app_delegate.h"
 #include "townhost/fault_script.h"
@@ -54,20 +54,7 @@ struct Phone::Data {
   }
 };
 
-namespace {
-
-// Connects at once and hands on what a script pushes.
-class LocalPush final : public varlo::PushClient {
- public:
-  void connect(std::function<void(const kes::Value&)> completion) override { completion(true); }
-  void disconnect() override {}
-  void subscribe(const kes::Text&) override {}
-  void unsubscribe(const kes::Text&) override {}
-};
-
-}  // namespace
-
-Phone::Phone(const Options& options) {
+Phone::Phone(const Options& options) : broker_(options.push) {
   platform::setLogSink([this](std::string_view line) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
     std::lock_guard lock(logMutex_);
@@ -115,7 +102,7 @@ Phone::Phone(const Options& options) {
 }
 
 Phone::~Phone() {
-  varlo::PushClient::install(nullptr);
+  delivery_.reset();
   delegate_.reset();
   if (platform_) platform_->mainQueue().close();
   side_.reset();
@@ -126,10 +113,13 @@ Phone::~Phone() {
 void Phone::start() {
   varlo::registerApp();
   varlo::deployment::pointEveryServiceAt(kes::Text(town_));
-  varlo::PushClient::install(std::make_shared<LocalPush>());
   delegate_ = std::make_unique<kes::KesAppDelegate>();
   application().setDelegate(delegate_.get());
+  std::shared_ptr<push::PushLine> line = varlo::makePushLine(broker_);
+  if (!line) line = localLine_ = std::make_shared<push::LocalLine>(platform_->mainQueue());
+  delivery_ = std::make_unique<varlo::PushDelivery>(line);
   delegate_->didFinishLaunching();
+  delivery_->deliverTo(*delegate_);
   application().activate();
 }
 
@@ -173,11 +163,10 @@ std::string Phone::setFaults(const std::string& json) {
   }
 }
 
-void Phone::push(const std::string& json) {
-  kes::KesJSONParser parser;
-  parser.Initialize(kes::Text(json));
-  const kes::KesMap message = parser.NextObject();
-  delegate_->didReceiveRemoteNotification(message.ToDictionary(), [](int) {});
+std::string Phone::push(const std::string& json) {
+  if (!localLine_) return "messages come from the broker: send it there";
+  localLine_->receive(json);
+  return {};
 }
 
 }  // namespace sim

@@ -20,10 +20,14 @@
 namespace kes {
 class KesAppDelegate;
 }
+namespace push {
+class LocalLine;
+}
+namespace varlo {
+class PushDelivery;
+}
 
 namespace sim {
-
-class DeskPush;
 
 class Phone {
  public:
@@ -43,8 +47,8 @@ class Phone {
 
   // Sets or (with "none") clears faults of the embedded host; says what is wrong, if so.
   std::string setFaults(const std::string& json);
-  // A push message arrives.
-  void push(const std::string& json);
+  // A push message arrives on the desk's own line; says what is wrong, if a broker has it.
+  std::string push(const std::string& json);
 
   const std::string& townUrl() const { return town_; }
 
@@ -57,8 +61,11 @@ class Phone {
   std::unique_ptr<platform::PlatformScope> scope_;
   std::unique_ptr<town::TownHost> host_;
   std::string town_;
+  const std::string broker_;
   std::unique_ptr<Side> side_;
   std::unique_ptr<kes::KesAppDelegate> delegate_;
+  std::shared_ptr<push::LocalLine> localLine_;  // unless a broker was named
+  std::unique_ptr<varlo::PushDelivery> delivery_;
   mutable std::mutex logMutex_;
   std::vector<std::string> log_;
 };

@@ -171,8 +171,15 @@ void Player::perform(const Command& c) {
       fault(c);
       break;
     case Verb::Push:
-      phone_.push(c.text);
+      if (const auto why = phone_.push(c.text); !why.empty()) fail(c.line, why);
       break;
+    case Verb::Notified: {
+      const auto& shown = phone_.application().notifications();
+      if (std::any_of(shown.begin(), shown.end(), [&](const auto& n) { return n.body == c.text; }))
+        break;
+      fail(c.line, shown.empty() ? "no notification was shown"
+                                 : "the last notification was \"" + shown.back().body + "\"");
+    }
     case Verb::Background:
       phone_.application().enterBackground();
       break;

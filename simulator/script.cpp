@@ -135,6 +135,9 @@ Command parseCommand(Line& line, int number) {
   } else if (verb == "logged") {
     c.verb = Verb::Logged;
     c.text = line.quoted();
+  } else if (verb == "notified") {
+    c.verb = Verb::Notified;
+    c.text = line.quoted();
   } else if (verb == "fault" || verb == "push") {
     c.verb = verb == "push" ? Verb::Push : Verb::Fault;
     c.text = line.rest();

@@ -36,6 +36,7 @@ struct Command {
     Logged,      // logged "text": a line of the log contains it
     Fault,       // fault {json} | fault none: text
     Push,        // push {json}: text
+    Notified,    // notified "text": a notification with this body was shown
     Background,  // background
     Foreground,  // foreground
     Shot,        // shot FILE: text

@@ -34,6 +34,9 @@ Text townHall(std::string_view path) { return hosts().web + Text(path); }
 Text actsPortal(std::string_view path) { return hosts().acts + Text(path); }
 Text mapsLink(std::string_view query) { return hosts().maps + "/?q=" + Text(query); }
 Text appStorePage() { return values::kAppStorePage; }
+Text pushBroker() { return values::kPushBroker; }
+Text pushPrefix() { return values::kPushPrefix; }
+bool plainPushAllowed() { return values::kPlainPush; }
 Text graphToken() { return values::kGraphToken; }
 Text placesKey() { return values::kPlacesKey; }
 Text mapsKey() { return values::kMapsKey; }

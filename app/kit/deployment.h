@@ -42,6 +42,11 @@ kes::Text actsPortal(std::string_view path);
 kes::Text mapsLink(std::string_view query);
 
 kes::Text appStorePage();
+// The broker of push messages (docs/push.md), or nothing; what its topics begin with.
+kes::Text pushBroker();
+kes::Text pushPrefix();
+bool plainPushAllowed();
+
 kes::Text graphToken();  // 166 characters
 kes::Text placesKey();   // 39 characters
 kes::Text mapsKey();     // 39 characters

@@ -15,6 +15,12 @@ inline constexpr const char* kTownHall = "http://www.varlo.example";
 inline constexpr const char* kActsPortal = "http://albo.varlo.example";
 inline constexpr const char* kAppStorePage = "https://apps.varlo.example/infovarlo";
 
+// The broker of push messages ("mqtts://host[:port]"; empty: none, and none is tried), what
+// its topics begin with, and whether a broker elsewhere may be spoken to in the clear.
+inline constexpr const char* kPushBroker = "";
+inline constexpr const char* kPushPrefix = "varlo";
+inline constexpr bool kPlainPush = false;
+
 inline constexpr const char* kGraphToken =
     "0000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
     "000000000000000000000000000000000000000000000000000000000000000000000000000000000";

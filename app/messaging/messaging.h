@@ -1,13 +1,10 @@
-// Push messages and analytics as the shell sees them, in front of the client of the
-// push service.
-//
-// PushClient is what the host of the process lends: connecting with a completion, and
-// topics. Without one nothing ever connects. Main thread.
+// Push messages and analytics as the shell sees them, in front of the push line that the
+// program lends and of the sink of analytics. Plain copyable members; main thread.
 #pragma once
 
-#include <functional>
 #include <memory>
 
+#include "platform/push/push_line.h"
 #include "runtime/core/map.h"
 #include "runtime/core/wrapper.h"
 
@@ -15,25 +12,14 @@ namespace varlo {
 
 using namespace kes;
 
-class PushClient {
- public:
-  virtual ~PushClient() = default;
-  // The completion gets one argument, which is nil or not; it may be called later.
-  virtual void connect(std::function<void(const Value& argument)> completion) = 0;
-  virtual void disconnect() = 0;
-  virtual void subscribe(const Text& topic) = 0;
-  virtual void unsubscribe(const Text& topic) = 0;
-
-  static void install(std::shared_ptr<PushClient> client);
-  static std::shared_ptr<PushClient> installed();
-};
-
 class iFirebaseAnalytics {
  public:
   void Initialize();
   void SendEvent(const Text& name, const KesMap& parameters);
 };
 
+// Raises "_fcmconnected" on each connection. Asks again after half a second for as long as
+// there is none to be had; without a line it says so once and asks nobody.
 class iFirebaseNotifications {
  public:
   void Initialize(const Ref<Kes>& bi, const Text& eventName);
@@ -42,8 +28,13 @@ class iFirebaseNotifications {
   void FCMConnect();
   void FCMDisconnect();
 
+  // The line of the process; null: no messages come. Kept until another takes its place.
+  static void useLine(std::shared_ptr<push::PushLine> line);
+
  private:
+  struct Tries;
   Ref<Object> owner_;  // carries the event owner and prefix
+  std::shared_ptr<Tries> tries_;
 };
 
 }  // namespace varlo

@@ -7,6 +7,8 @@ namespace varlo {
 void setBranding() {
   ui::Words words;
   words.application = "InfoVarlo";
+  words.program = "it.varlo.infovarlo";
+  words.open = "Apri";
   words.back = "Indietro";
   words.menu = "Menu";
   words.on = "attivo";

@@ -4,7 +4,11 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <utility>
 
 #include "platform/ui/values/branding.h"
 
@@ -18,23 +22,52 @@ bool busThere() {
          QFileInfo::exists(QStringLiteral("/run/user/%1/bus").arg(getuid()));
 }
 
+constexpr auto kService = "org.freedesktop.Notifications";
+constexpr auto kPath = "/org/freedesktop/Notifications";
+
 }  // namespace
 
-bool notifyDesktop(const ui::Notification& n) {
+// The signals go to everybody on the bus: whose notification it was tells its number.
+bool Notifier::connectToBus() {
   if (!busThere()) return false;
-  const auto bus = QDBusConnection::sessionBus();
+  auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return false;
-  auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.Notifications"),
-                                             QStringLiteral("/org/freedesktop/Notifications"),
-                                             QStringLiteral("org.freedesktop.Notifications"),
-                                             QStringLiteral("Notify"));
+  if (!std::exchange(listening_, true)) {
+    bus.connect(kService, kPath, kService, QStringLiteral("ActionInvoked"), this,
+                SLOT(actionInvoked(uint, QString)));
+    bus.connect(kService, kPath, kService, QStringLiteral("NotificationClosed"), this,
+                SLOT(closed(uint, uint)));
+  }
+  return true;
+}
+
+bool Notifier::show(const ui::Notification& n) {
+  if (!connectToBus()) return false;
+  const auto& words = ui::words();
+  const auto text = [](const std::string& t) { return QString::fromStdString(t); };
   QVariantMap hints;
+  hints[QStringLiteral("desktop-entry")] = text(words.program);
   hints[n.sound ? QStringLiteral("sound-name") : QStringLiteral("suppress-sound")] =
       n.sound ? QVariant(QStringLiteral("message-new-instant")) : QVariant(true);
-  call << QString::fromStdString(ui::words().application) << 0U << QString()
-       << QString::fromStdString(n.title) << QString::fromStdString(n.body).toHtmlEscaped()
-       << QStringList() << hints << -1;
-  return bus.send(call);
+  // "default" is what a click on the notification itself does.
+  const QStringList actions{QStringLiteral("default"), text(words.open)};
+  auto call = QDBusMessage::createMethodCall(kService, kPath, kService, QStringLiteral("Notify"));
+  call << text(words.application) << 0U << text(words.program)
+       << text(n.title.empty() ? words.application : n.title) << text(n.body).toHtmlEscaped()
+       << actions << hints << -1;
+  auto* answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+  connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+    const QDBusPendingReply<uint> id = *answer;
+    if (id.isValid()) shown_.insert(id.value());
+    answer->deleteLater();
+  });
+  return true;
 }
+
+void Notifier::actionInvoked(uint id, const QString&) {
+  if (shown_.contains(id) && onActivated) onActivated();
+}
+
+void Notifier::closed(uint id, uint) { shown_.remove(id); }
 
 }  // namespace qt

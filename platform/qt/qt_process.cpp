@@ -145,6 +145,7 @@ QtProcess::QtProcess(const Options& options) {
   g_argv[0] = g_name.data();
   application_ = std::make_unique<QGuiApplication>(g_argc, g_argv);
   QGuiApplication::setApplicationName(QString::fromStdString(ui::words().application));
+  QGuiApplication::setDesktopFileName(QString::fromStdString(ui::words().program));
   QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

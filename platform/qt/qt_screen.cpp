@@ -75,6 +75,7 @@ struct QtScreen::Parts : QObject {
   FocusRing ring;
   AccessibleTree accessible;
   InputRouter router;
+  Notifier notifier;
   QTimer unseen;  // frames while the window doesn't draw
   QTimer pace;    // frames of animations where nothing else sets the pace
   QElapsedTimer frameClock;
@@ -85,6 +86,12 @@ struct QtScreen::Parts : QObject {
 };
 
 void QtScreen::Parts::setUp() {
+  // Minimised or behind others: it comes to the front as it was.
+  notifier.onActivated = [this] {
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    window.raise();
+    window.requestActivate();
+  };
   const auto& size = options.size;
   window.setTitle(QString::fromStdString(ui::words().application));
   window.setColor(toQColor(ui::style::kPage));
@@ -271,7 +278,7 @@ bool QtScreen::openUrl(const std::string& url) {
   return QDesktopServices::openUrl(QUrl(QString::fromStdString(url)));
 }
 
-void QtScreen::notify(const ui::Notification& notification) { notifyDesktop(notification); }
+void QtScreen::notify(const ui::Notification& notification) { parts_->notifier.show(notification); }
 
 void QtScreen::focusChanged(ui::View*, bool) {
   parts_->refocus();

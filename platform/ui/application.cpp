@@ -130,6 +130,13 @@ bool Application::openUrl(const std::string& url) {
   return screen_.openUrl(url);
 }
 
+void Application::notify(const Notification& notification) {
+  constexpr std::size_t kKept = 50;
+  if (notifications_.size() == kKept) notifications_.erase(notifications_.begin());
+  notifications_.push_back(notification);
+  screen_.notify(notification);
+}
+
 // --- Lifecycle.
 
 void Application::activate() {

@@ -89,6 +89,10 @@ class Application {
   bool openUrl(const std::string& url);  // http, https, tel, mailto; others are refused
   const std::string& lastOpenedUrl() const { return lastUrl_; }
 
+  void notify(const Notification& notification);
+  // The last ones shown, newest last; a few dozen.
+  const std::vector<Notification>& notifications() const { return notifications_; }
+
   // --- Lifecycle, as the side reports it.
   void setDelegate(ApplicationDelegate* delegate) { delegate_ = delegate; }
   State state() const { return state_; }
@@ -115,6 +119,7 @@ class Application {
   std::vector<Ref<Dialog>> dialogs_;
   bool frameAsked_ = false;
   std::string lastUrl_;
+  std::vector<Notification> notifications_;
   ApplicationDelegate* delegate_ = nullptr;
   State state_ = State::Inactive;
 };

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "broker.h"
 #include "platform/push/mqtt_line.h"
+#include "tests/support/broker.h"
 #include "tests/support/test_platform.h"
 
 using push::BrokerAddress;

@@ -43,6 +43,7 @@ bool ServerProcess::run(std::vector<std::string> command, const std::string& hom
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addclosefrom_np(&actions, 3);
   const auto process = spawn(std::move(command), {"PATH=/usr/bin:/bin", "HOME=" + home}, &actions);
   posix_spawn_file_actions_destroy(&actions);
   return awaitEnd(process) == 0;
@@ -83,6 +84,7 @@ bool ServerProcess::start(std::vector<std::string> command, const std::string& w
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], 2);
+  posix_spawn_file_actions_addclosefrom_np(&actions, 3);
   process_ = spawn(std::move(command), {"PATH=/usr/bin:/bin"}, &actions);
   posix_spawn_file_actions_destroy(&actions);
   ::close(ends[1]);

@@ -57,7 +57,7 @@ class Program {
 
 TEST(Program, ServesTheDayItIsToldUntilItIsInterrupted) {
   for (int signal : {SIGINT, SIGTERM}) {
-    Program program({"--now", "2031-12-31T23:00", "--version", "3.2"});
+    Program program({"--now", "2031-12-31T23:00", "--released", "3.2"});
     const auto url = program.line();
     EXPECT_THAT(url, testing::StartsWith("http://127.0.0.1:"));
     httplib::Client client(url);

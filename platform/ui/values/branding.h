@@ -14,6 +14,8 @@ namespace ui {
 
 struct Words {
   std::string application = "Application";  // the window's title; who sends notifications
+  std::string program;                      // its name among the desktop's entries and icons
+  std::string open = "Open";                // what a click on a notification does
   std::string back = "Back", menu = "Menu";
   std::string on = "on", off = "off";   // what a switch holds
   std::string loaded = "Loading done";  // said aloud when the progress overlay goes

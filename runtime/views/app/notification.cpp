@@ -16,7 +16,7 @@ constexpr std::int64_t kLongestWait = std::int64_t{365} * 24 * 3600 * 1000;
 void fire(const Ref<LocalNotification>& notification) {
   auto* app = ui::Application::current();
   if (!app) return;
-  app->screen().notify({{}, notification->body.str(), notification->sound});
+  app->notify({{}, notification->body.str(), notification->sound});
   auto* delegate = KesAppDelegate::current();
   if (delegate && app->state() == ui::Application::State::Active)
     delegate->didReceiveLocalNotification(notification);

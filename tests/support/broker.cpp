@@ -1,4 +1,4 @@
-#include "broker.h"
+#include "tests/support/broker.h"
 
 #include <pwd.h>
 #include <unistd.h>
