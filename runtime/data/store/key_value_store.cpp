@@ -47,8 +47,8 @@ void kes_keyvaluestore::_initialize(const Ref<Kes>&, const Text& dir, const Text
     const auto path = _sql1->path();
     _sql1->Close();
     const Text kept = setAside(path);
-    KesCommon::Log(
-        formatText("The store %@ is damaged (%@). It was set aside as %@.", {fileName, Text(why).Replace("\n", " "), kept}));
+    KesCommon::Log(formatText("The store %@ is damaged (%@). It was set aside as %@.",
+                              {fileName, Text(why).Replace("\n", " "), kept}));
     _sql1->Initialize(dir, fileName, true);
   }
   _createtable();
