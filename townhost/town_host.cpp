@@ -11,6 +11,8 @@
 
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
+#include "townhost/hall/acts.h"
+#include "townhost/hall/newsletters.h"
 #include "townhost/map/map_documents.h"
 #include "townhost/map/tile_painter.h"
 #include "townhost/spoil.h"
@@ -71,6 +73,8 @@ struct TownHost::Parts {
     publishAll(documents, options.version);
     port = engine.start(options.port);
     publishMaps(documents, url());
+    publishNewsletters(documents, url());
+    publishActs(documents, url());
   }
 
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port); }
