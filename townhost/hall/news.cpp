@@ -8,6 +8,10 @@ namespace town {
 
 namespace {
 
+// The town's editors write their articles in this dress.
+const std::string kArticle =
+    "<div style=\"font: 16px/1.5 sans-serif; color: #1E2B31; margin: 4px 6px\">";
+
 std::string newsDocument(CivilDay today) {
   JsonText json;
   json.open().key("NewDataSet").open().key("Table").openList();
@@ -16,7 +20,7 @@ std::string newsDocument(CivilDay today) {
     json.text("Titolo", dated(item.title, today));
     json.text("DescrizioneBreve", dated(item.brief, today));
     json.text("IMG", item.picture);
-    json.text("Descrizione", dated(item.html, today));
+    json.text("Descrizione", kArticle + dated(item.html, today) + "</div>");
     json.close();
   }
   json.closeList().close().close();
