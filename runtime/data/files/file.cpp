@@ -64,32 +64,19 @@ bool isNamedFolder(std::string_view path) {
   return false;
 }
 
-// Whether the path lies among the assets, by whatever folder and name it was reached.
-bool isAmongAssets(const std::string& path) {
-  const Text assets = File().DirAssets();
-  const auto root = withoutEndSeparators(assets);
-  if (root.empty()) return false;
-  const bool plain = path.find("/.") == std::string::npos && root.find("/.") == root.npos;
-  if (plain && !path.starts_with(root)) return false;
-  const auto rest =
-      fs::path(path).lexically_normal().lexically_relative(fs::path(root).lexically_normal());
-  return !rest.empty() && *rest.begin() != "..";
-}
-
 Path pathOf(std::string_view dir, std::string_view name) {
   Path p{KesFile::Combine(dir, name).str(), {}};
   if (p.text.find('\0') != std::string::npos) {
     p.text.resize(p.text.find('\0'));
     p.error = systemError(p.text, "The name holds a zero byte");
-  } else if (climbsOut(name)) {
-    p.error = systemError(p.text, "The name leads out of its folder");
   }
   return p;
 }
 
 Path pathToWrite(std::string_view dir, std::string_view name) {
   Path p = pathOf(dir, name);
-  if (p.error.empty() && isAmongAssets(p.text)) p.error = systemError(p.text, EROFS);
+  if (p.error.empty() && climbsOut(name))
+    p.error = systemError(p.text, "The name leads out of its folder");
   return p;
 }
 
@@ -324,6 +311,18 @@ void KesFile::Copy(std::string_view sourceDir, std::string_view sourceName,
   raise(kFailed, reason);
 }
 
+void KesFile::Move(std::string_view sourceDir, std::string_view sourceName,
+                   std::string_view targetDir, std::string_view targetName) const {
+  constexpr std::string_view kFailed = "Error moving file: %@";
+  const Path source = pathToReplace(sourceDir, checkAssets(sourceDir, sourceName, true));
+  const Path target = pathToReplace(targetDir, checkAssets(targetDir, targetName, true));
+  for (const Path* path : {&source, &target})
+    if (!path->error.empty()) raise(kFailed, path->error);
+  std::error_code failed;
+  fs::rename(source.text, target.text, failed);
+  if (failed) raise(kFailed, systemError(source.text, failed.value()));
+}
+
 void KesFile::Copy2(KesInputStream in, KesOutputStream out) {
   std::uint8_t block[kCopyBlock];
   while (const auto n = in.read(block)) out.write(std::span(block, n));
@@ -395,7 +394,7 @@ void KesFile::WriteString2(std::string_view dir, std::string_view name, std::str
                            std::string_view charset) const {
   constexpr std::string_view kFailed = "Error writing file: %@";
   KesCommon::getEncoding(charset);
-  // Not the rule for writing: here the assets refuse as a read-only disk would.
+  // Not the rule for writing: assets refuse by being read-only where they lie.
   const Path p = pathToWrite(dir, checkAssets(dir, name, false));
   if (!p.error.empty()) raise(kFailed, p.error);
   const auto bytes = encoded(text, charset);

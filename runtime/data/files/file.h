@@ -6,9 +6,8 @@
 // thread. Failures are KesException with an empty name and the text given at each
 // operation, where %@ names the file ("assets/laymenu.kil: No such file or directory").
 // Assets are read-only and stored under lower-case names: "The assets folder is
-// readonly." Every operation refuses, with its own text, a name that climbs out of its
-// folder; what writes, deletes or makes refuses the named folders themselves as well, and
-// whatever lies among the assets. Sizes are bytes, times are
+// readonly." What writes, deletes or makes refuses, with its own text, a name that
+// climbs out of its folder and the named folders themselves. Sizes are bytes, times are
 // ticks.
 #pragma once
 
@@ -44,6 +43,9 @@ class KesFile final : public Object {
   KesOutputStream OpenOutput(std::string_view dir, std::string_view name, bool append) const;
   // Replaces the target. "Error copying file: %@"
   void Copy(std::string_view sourceDir, std::string_view sourceName, std::string_view targetDir,
+            std::string_view targetName) const;
+  // Replaces the target at once: it is there whole, before or after. "Error moving file: %@"
+  void Move(std::string_view sourceDir, std::string_view sourceName, std::string_view targetDir,
             std::string_view targetName) const;
   // By blocks of 8192 bytes; closes the input, leaves the output open.
   static void Copy2(KesInputStream in, KesOutputStream out);
