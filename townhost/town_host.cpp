@@ -9,12 +9,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "townhost/drawn/gallery.h"
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
-#include "townhost/hall/acts.h"
-#include "townhost/hall/newsletters.h"
 #include "townhost/map/map_documents.h"
 #include "townhost/map/tile_painter.h"
+#include "townhost/pizza/pizzerias.h"
+#include "townhost/social/events.h"
+#include "townhost/social/restaurants.h"
 #include "townhost/spoil.h"
 #include "townhost/town_documents.h"
 #include "townhost/trial_paths.h"
@@ -73,8 +75,9 @@ struct TownHost::Parts {
     publishAll(documents, options.version);
     port = engine.start(options.port);
     publishMaps(documents, url());
-    publishNewsletters(documents, url());
-    publishActs(documents, url());
+    publishEvents(documents, gallery, url());
+    publishRestaurants(documents, gallery, url());
+    publishPizzerias(documents, gallery, url());
   }
 
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port); }
@@ -128,6 +131,7 @@ struct TownHost::Parts {
   }
 
   Options options;
+  Gallery gallery;
   Documents documents;
   Faults faults;
   RequestLog log;

@@ -1,0 +1,182 @@
+#include "townhost/social/events.h"
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace town {
+
+namespace {
+
+using Json = rapidjson::Writer<rapidjson::StringBuffer>;
+
+// Days count from today; no end: `endDay` is none. One that recurs comes again so many
+// times, so many days apart.
+constexpr int none = -1000;
+struct Plan {
+  const char* page;
+  const char *name, *place;  // place: "" for none
+  int day;
+  const char* time;
+  int endDay;
+  const char* endTime;
+  int cover;  // -1: none
+  int times = 1, apart = 7;
+};
+
+struct Cover {
+  Motif motif;
+  unsigned color;
+};
+constexpr Cover covers[] = {
+    {Motif::music, 0x2F4B8F}, {Motif::market, 0x8FB9D9}, {Motif::stage, 0x3A1820},
+    {Motif::book, 0x4C7A6A},  {Motif::ball, 0x86BBD8},   {Motif::wheel, 0xE2A65B},
+    {Motif::water, 0x2A7FB0}, {Motif::wine, 0x8C3B4A},   {Motif::music, 0x7A3E8E},
+    {Motif::ball, 0xD9A066},
+};
+
+const char *const town = "Comune.di.Varlo", *const live = "live.in.varlo";
+
+// clang-format off
+const Plan plans[] = {
+    {town, "Letture ad alta voce per i più piccoli", "Biblioteca civica", 0, "16:30", 0, "17:30", 3},
+    {town, "Mercatino dell'antiquariato e dell'artigianato", "Piazza Garibaldi", 1, "08:00", 1, "18:00", 1, 3, 7},
+    {town, "Consiglio comunale aperto: presentazione del bilancio partecipativo", "Palazzo municipale, sala consiliare", 3, "20:30", none, "", -1},
+    {town, "Fiera dei sapori", "Centro storico", 5, "09:00", 6, "22:00", 1},
+    {town, "Concerto della Banda Musicale Cittadina", "Teatro Comunale", 8, "21:00", 8, "23:00", 0},
+    {town, "Sportello casa: incontro informativo", "", 9, "18:00", 9, "19:30", -1},
+    {town, "Polenta in piazza", "Piazza Garibaldi", -2, "12:00", -2, "16:00", 1},
+    {live, "Aperitivo in jazz", "Caffè del Borgo", 0, "18:30", 0, "20:30", 8},
+    {live, "Mercato contadino", "Piazza della Stazione", 2, "08:30", 2, "13:00", 1, 4, 7},
+    {live, "Notte bianca dei negozi", "Corso Italia", 4, "18:00", 5, "01:00", 2},
+    {live, "Degustazione guidata dei vini del territorio", "Enoteca Al Ponte", 6, "19:30", 6, "22:00", 7},
+    {live, "Cineforum: serata d'autore", "Cinema Aurora", 10, "21:15", none, "", 2},
+    {live, "Passeggiata tra i mulini", "Ritrovo al ponte vecchio", -1, "09:00", -1, "12:30", -1},
+    {"calcio.varlo", "Calcio Varlo - Borgo San Rocco", "Stadio comunale", 1, "14:30", 1, "16:30", 4},
+    {"calcio.varlo", "Allenamenti aperti della scuola calcio", "Campo sportivo", 3, "17:00", 3, "18:30", 4, 3, 7},
+    {"volley.varlo", "Torneo giovanile di pallavolo", "Palazzetto dello sport", 5, "09:00", 6, "19:00", 9},
+    {"volley.varlo", "Pallavolo Varlo - Volley Montalto", "Palazzetto dello sport", 8, "20:30", none, "", 9},
+    {"basket.varlo", "Varlo Basket - Pallacanestro Riviera", "Palestra di via Manzoni", 2, "20:45", 2, "22:30", 9},
+    {"basket.varlo", "Minibasket: giornata di prova", "Palestra di via Manzoni", -3, "15:00", -3, "17:00", 9},
+    {"nuoto.varlo", "Trofeo di nuoto Città di Varlo", "Piscina comunale", 7, "08:30", 7, "18:00", 6},
+    {"ciclistica.varlese", "Pedalata in compagnia", "Piazza Garibaldi", 1, "09:00", 1, "12:00", 5, 4, 7},
+    {"ciclistica.varlese", "Cicloraduno dei tre colli", "Parco della Rocca", 12, "07:30", 13, "17:00", 5},
+    {"tennis.varlo", "Torneo sociale di doppio misto", "Circolo del tennis", 4, "18:00", 4, "22:00", 9},
+    {"ginnastica.aurora", "Saggio di ginnastica artistica", "Palazzetto dello sport", 11, "20:30", 11, "22:30", 2},
+    {"podisti.varlo", "Camminata della salute", "Ritrovo in piazza della Stazione", 0, "19:00", 0, "20:30", -1, 5, 2},
+};
+
+constexpr struct Club { const char *page, *name; } clubs[] = {
+    {"calcio.varlo", "Calcio Varlo"}, {"volley.varlo", "Pallavolo Varlo"},
+    {"basket.varlo", "Varlo Basket"}, {"nuoto.varlo", "Nuoto Club Varlo"},
+    {"ciclistica.varlese", "Ciclistica Varlese"}, {"tennis.varlo", "Tennis Club Varlo"},
+    {"ginnastica.aurora", "Ginnastica Aurora"}, {"podisti.varlo", "Gruppo Podisti Varlo"},
+};
+// clang-format on
+
+// "2026-11-21T16:30:00+0100"
+std::string timeOf(CivilDay day, const std::string& time) {
+  const std::chrono::year_month_day date(day);
+  char text[40];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%s", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                time.c_str());
+  const auto offset = offsetAt(parseInstant(text).value_or(0)).count();
+  return text + std::string(":00") + (offset == 120 ? "+0200" : "+0100");
+}
+
+std::string idOf(std::size_t plan, int time) {
+  return std::to_string(120800000000000 + 1000037 * static_cast<long>(plan) + 101 * time);
+}
+
+std::string coverPath(int cover) { return "/immagini/eventi/" + std::to_string(cover) + ".png"; }
+
+void text(Json& json, const char* key, const std::string& value) {
+  json.Key(key), json.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
+}
+
+void writeTimes(Json& json, const Plan& plan, CivilDay today, int shift) {
+  const auto day = [&](int n) { return today + std::chrono::days(n + shift); };
+  text(json, "start_time", timeOf(day(plan.day), plan.time));
+  if (plan.endDay != none) text(json, "end_time", timeOf(day(plan.endDay), plan.endTime));
+}
+
+void writeEvent(Json& json, std::size_t number, CivilDay today, const std::string& url) {
+  const Plan& plan = plans[number];
+  json.StartObject();
+  text(json, "name", plan.name);
+  json.Key("can_guests_invite"), json.Bool(true);
+  json.Key("attending_count"), json.Int(12 + 7 * static_cast<int>(number % 9));
+  json.Key("interested_count"), json.Int(40 + 13 * static_cast<int>(number % 11));
+  writeTimes(json, plan, today, 0);
+  if (plan.cover >= 0) {
+    json.Key("cover"), json.StartObject();
+    json.Key("offset_x"), json.Int(0), json.Key("offset_y"), json.Int(0);
+    text(json, "source", url + coverPath(plan.cover));
+    json.EndObject();
+  }
+  if (*plan.place) {
+    json.Key("place"), json.StartObject();
+    text(json, "name", plan.place);
+    json.EndObject();
+  }
+  if (plan.times > 1) {
+    json.Key("event_times"), json.StartArray();
+    // As the network gives them, in no order.
+    for (int i = plan.times - 1; i >= 0; --i) {
+      json.StartObject();
+      text(json, "id", idOf(number, i + 1));
+      writeTimes(json, plan, today, i * plan.apart);
+      json.EndObject();
+    }
+    json.EndArray();
+  }
+  text(json, "id", idOf(number, 0));
+  json.EndObject();
+}
+
+std::string eventsOf(const std::string& page, CivilDay today, const std::string& url) {
+  rapidjson::StringBuffer out;
+  Json json(out);
+  json.StartObject(), json.Key("data"), json.StartArray();
+  for (std::size_t i = 0; i < std::size(plans); ++i)
+    if (plans[i].page == page) writeEvent(json, i, today, url);
+  json.EndArray(), json.EndObject();
+  return {out.GetString(), out.GetSize()};
+}
+
+std::string clubsDocument() {
+  rapidjson::StringBuffer out;
+  Json json(out);
+  json.StartArray();
+  for (const Club& club : clubs) {
+    json.StartObject();
+    text(json, "Nome", club.name);
+    text(json, "URL", club.page);
+    json.EndObject();
+  }
+  json.EndArray();
+  return {out.GetString(), out.GetSize()};
+}
+
+}  // namespace
+
+void publishEvents(Documents& documents, Gallery& gallery, const std::string& url) {
+  documents.addFixed("/InfoVarlo/config/master/sport.json", typeOfPath(".json"), clubsDocument());
+  const auto publish = [&](const std::string& page) {
+    documents.add(
+        "/v2.9/" + page + "/events", typeOfPath(".json"),
+        [page, url](const Occasion& occasion) { return eventsOf(page, dayAt(occasion.now), url); });
+  };
+  publish(town);
+  publish(live);
+  for (const Club& club : clubs) publish(club.page);
+  for (int i = 0; i < static_cast<int>(std::size(covers)); ++i)
+    gallery.add(documents, coverPath(i),
+                [cover = covers[i]] { return drawCover(cover.motif, cover.color); });
+}
+
+}  // namespace town
