@@ -36,6 +36,7 @@ void kes_main::describe(ClassBuilder<kes_main>& c) {
   c.sub<&kes_main::_home_barbuttonclick>("home_barbuttonclick");
   c.sub<&kes_main::_secondpage_barbuttonclick>("secondpage_barbuttonclick");
   c.sub<&kes_main::_web_overrideurl>("web_overrideurl");
+  c.sub<&kes_main::_card_resize>("card_resize");
   c.sub<&kes_main::_jobdone>("jobdone");
   c.sub<&kes_main::_msg_click>("msg_click");
   c.sub<&kes_main::_complete>("complete");
@@ -88,8 +89,6 @@ void kes_main::_application_start(Value) {
     text.Initialize().Alignment("ALIGN_LEFT").Font(row.font(kIconSize)).Append(c().Chr(row.icon));
     text.PopAll().Append(row.label);
     _lstmenu->_addtextitemcs(text, row.value);
-    auto& button = _lstmenu->_getitem(_lstmenu->_getsize() - 1)->Panel.view();
-    if (row.spoken) button.setAccessibleName(row.spoken);
   }
 
   _smc.Initialize(menu, _navcontrol, KesPage());
@@ -215,7 +214,7 @@ Ref<kes_customlistview> kes_main::showList(const Text& title) {
 
 Resumable<> kes_main::_downloadimage(Text link, KesImageViewWrapper view) {
   const auto job = co_await fetch(link);
-  if (job->_success) view.setBitmap(job->_getbitmap());
+  if (job->_success) Record(job.document(), {}).attempt([&] { view.setBitmap(job->_getbitmap()); });
 }
 
 Resumable<> kes_main::_movecustomdialog(iCustomDialog dialog, double top) {

@@ -94,7 +94,8 @@ class kes_main final : public Feature<kes_main> {
   Resumable<> _fbeventi_scarica(Text title, Text page);
   void _fbeventi_leggidati(Text title, Text document);
   Resumable<> _fbeventi_sport();
-  Resumable<> _fbeventi_apri(Text id);  // a moment after the tap
+  Resumable<> _fbeventi_apri(Text id);             // a moment after the tap
+  void _card_resize(double width, double height);  // of the event's card that sends it
 
   // --- News and newsletter (notizie).
   Resumable<> _newsvarlo_caricalista();
