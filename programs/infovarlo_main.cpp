@@ -60,9 +60,7 @@ int run() {
   platform::PlatformScope scope(platform);
   varlo::setBranding();
   varlo::registerApp();
-  qt::QtScreen::Options options;
-  options.asksWhere = true;
-  qt::QtScreen screen(options);
+  qt::QtScreen screen({});
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
   kes::KesAppDelegate delegate;

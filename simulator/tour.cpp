@@ -33,6 +33,16 @@ constexpr Stop kStops[] = {
     {"08-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
     {"09-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
     {"10-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
+    {"20-eventi",
+     "menu\nwait idle\ntap \"Comune di Varlo\" 2\nwait idle\nexpect \"Letture ad alta voce\""},
+    {"21-live", "menu\nwait idle\ntap \"Live in Varlo\"\nwait idle\nexpect \"Aperitivo in jazz\""},
+    {"22-sport", "menu\nwait idle\ntap \"Sport\"\nwait idle\nexpect \"Calcio Varlo\""},
+    {"23-menu-del-giorno",
+     "menu\nwait idle\ntap \"Menu del Giorno\"\nwait idle\nexpect \"Osteria del Ponte\""},
+    {"24-menu-trattoria", "tap \"Trattoria da Nando\"\nwait idle\nexpect \"#menudelgiorno\""},
+    {"25-pizzaprezzi",
+     "back\nwait idle\nmenu\nwait idle\ntap \"PizzaPrezzi\"\nwait idle\nexpect \"Da Gino\""},
+    {"26-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
 };
 
 }  // namespace

@@ -7,14 +7,13 @@
 namespace platform {
 
 namespace {
-// Recursive, because a sink may itself log; never destroyed, because a thread may log while
-// the process ends.
+// Recursive, because a sink may itself log.
 std::recursive_mutex& mutex() {
-  static auto& m = *new std::recursive_mutex;
+  static std::recursive_mutex m;
   return m;
 }
 std::function<void(std::string_view)>& sink() {
-  static auto& s = *new std::function<void(std::string_view)>;
+  static std::function<void(std::string_view)> s;
   return s;
 }
 }  // namespace

@@ -50,8 +50,7 @@ void ClassInfo::index() {
 }
 
 ClassRegistry& ClassRegistry::instance() {
-  // Never destroyed: work in the background may outlive main().
-  static auto& registry = *new ClassRegistry;
+  static ClassRegistry registry;
   return registry;
 }
 

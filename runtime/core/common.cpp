@@ -50,7 +50,7 @@ Text KesExceptionWrapper::Message() const {
 }
 
 KesCommon& KesCommon::shared() {
-  static auto& only = *new Ref<KesCommon>(platform::makeShared<KesCommon>());
+  static const Ref<KesCommon> only = platform::makeShared<KesCommon>();
   return *only;
 }
 
