@@ -22,7 +22,7 @@ ui::Key keyNamed(const std::string& name) {
       {"space", ui::Key::Space},   {"escape", ui::Key::Escape},     {"up", ui::Key::Up},
       {"down", ui::Key::Down},     {"left", ui::Key::Left},         {"right", ui::Key::Right},
       {"pageup", ui::Key::PageUp}, {"pagedown", ui::Key::PageDown}, {"home", ui::Key::Home},
-      {"end", ui::Key::End}};
+      {"end", ui::Key::End},       {"f10", ui::Key::Menu}};
   return keys.at(name);
 }
 

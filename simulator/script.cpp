@@ -100,7 +100,7 @@ Command parseCommand(Line& line, int number) {
   } else if (verb == "key") {
     c.verb = Verb::Key;
     c.text = line.oneOf({"tab", "backtab", "enter", "space", "escape", "up", "down", "left",
-                         "right", "pageup", "pagedown", "home", "end"});
+                         "right", "pageup", "pagedown", "home", "end", "f10"});
   } else if (verb == "back") {
     c.verb = Verb::Back;
   } else if (verb == "menu") {

@@ -23,7 +23,8 @@ struct Command {
     Tap,         // tap "text" [n] | tap #name [n] | tap @x,y (points): text, number
     Type,        // type "text"
     Swipe,       // swipe left|right|up|down: text
-    Key,         // key tab|backtab|enter|escape|up|down|left|right: text
+    Key,         // key tab|backtab|enter|space|escape|up|down|left|right|pageup|pagedown|
+                 // home|end|f10 (the menu): text
     Back,        // back
     Menu,        // menu
     WaitIdle,    // wait idle

@@ -68,6 +68,7 @@ bool HeadlessPump::loadPages() {
 std::optional<std::int64_t> HeadlessPump::nextDue(bool withTimers) const {
   auto next = platform_.mainQueue().nextDue();
   if (app_.animator().isAnimating()) next = earlier(next, clock_.monotonic() + ui::style::kFrame);
+  next = earlier(next, app_.input().settledAt());
   if (withTimers) next = earlier(next, app_.timers().nextDue());
   return next;
 }

@@ -7,6 +7,9 @@
 
 namespace qt {
 
+// What can be seen of an item inside the items that clip it, in the root's points.
+QRectF shownPart(const QQuickItem& item, const QQuickItem& root);
+
 class FocusRing final : public PaintedItem {
   Q_OBJECT
  public:

@@ -46,6 +46,9 @@ std::optional<ui::Key> keyOf(const QKeyEvent& event) {
       return ui::Key::Home;
     case Qt::Key_End:
       return ui::Key::End;
+    case Qt::Key_F10:
+    case Qt::Key_Menu:
+      return ui::Key::Menu;
     default:
       return std::nullopt;
   }
@@ -53,7 +56,7 @@ std::optional<ui::Key> keyOf(const QKeyEvent& event) {
 
 // What leaves an editor or a page instead of being typed into it.
 bool leaves(ui::Key key, bool editor) {
-  if (key == ui::Key::Escape || key == ui::Key::Back) return true;
+  if (key == ui::Key::Escape || key == ui::Key::Back || key == ui::Key::Menu) return true;
   return editor && (key == ui::Key::Tab || key == ui::Key::BackTab);
 }
 
@@ -92,8 +95,10 @@ InputRouter::Touched InputRouter::touchedAt(QPointF at) const {
     auto* item = mirror_.itemOf(*view);
     if (!item || !item->takesTouches()) continue;
     touched.any = true;
+    touched.ignored = touched.ignored || app->input().ignoresTaps(*view);
     touched.ownsTaps = touched.ownsTaps || item->ownsTaps();
     const auto* scroll = dynamic_cast<const ScrollItem*>(item);
+    touched.acts = touched.acts || !scroll;
     touched.moving = touched.moving || (scroll && scroll->moving());
   }
   return touched;
@@ -105,7 +110,8 @@ bool InputRouter::pointer(QPointerEvent& event, ui::PointerPhase phase, int id, 
     const Touched touched = touchedAt(at);
     down_ = true;
     finger_ = id;
-    toToolkit_ = touched.any;
+    // Of a touch that was meant for what was there before, only a scroller may hear.
+    toToolkit_ = touched.any && !(touched.ignored && touched.acts);
     ownsTaps_ = touched.ownsTaps;
     // A finger that stops a list that moves touches nothing in it.
     toTree_ = !touched.moving;

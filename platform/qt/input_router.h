@@ -32,6 +32,8 @@ class InputRouter {
  private:
   struct Touched {  // what the toolkit has at a place
     bool any = false, ownsTaps = false, moving = false;
+    bool acts = false;     // something else than scroll
+    bool ignored = false;  // the tree ignores taps there
   };
   bool mouse(QMouseEvent& event);
   bool touch(QTouchEvent& event);

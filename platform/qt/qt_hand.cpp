@@ -67,6 +67,8 @@ int codeOf(ui::Key key) {
       return Qt::Key_Home;
     case ui::Key::End:
       return Qt::Key_End;
+    case ui::Key::Menu:
+      return Qt::Key_F10;
   }
   return 0;
 }

@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QUrl>
 #include <algorithm>
@@ -19,6 +20,7 @@
 #include "platform/qt/mirror.h"
 #include "platform/qt/notifier.h"
 #include "platform/qt/phone_window.h"
+#include "platform/qt/press_veil.h"
 #include "platform/ui/application.h"
 #include "platform/ui/values/branding.h"
 
@@ -48,6 +50,7 @@ struct QtScreen::Parts : QObject {
         root(window.contentItem()),
         mirror(stage, root),
         ring(&root),
+        veil(&root),
         accessible(stage, window, mirror),
         router(stage, mirror) {}
 
@@ -73,6 +76,7 @@ struct QtScreen::Parts : QObject {
   RootItem root;
   Mirror mirror;
   FocusRing ring;
+  PressVeil veil;
   AccessibleTree accessible;
   InputRouter router;
   Notifier notifier;
@@ -163,6 +167,7 @@ void QtScreen::Parts::makeFrame() {
   mirror.update(*app);
   refocus();
   ring.follow(mirror, app->focus().byKeyboard() ? app->focus().view() : nullptr);
+  veil.follow(mirror, app->input().pressed());
   accessible.changed();
   making = false;
   if (again && !window.isExposed()) {
@@ -228,6 +233,13 @@ bool QtScreen::Parts::watch(QEvent& event) {
     case QEvent::FocusIn:
       if (std::exchange(resigned, false)) guarded([&] { app->activate(); });
       return false;
+    case QEvent::KeyPress:
+      // Whatever has the keyboard, an editor or a page: this leaves.
+      if (static_cast<QKeyEvent&>(event).matches(QKeySequence::Quit)) {
+        window.close();
+        return true;
+      }
+      return router.handle(event);
     default:
       return router.handle(event);
   }

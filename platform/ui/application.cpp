@@ -74,6 +74,9 @@ void Application::frame() {
   frameAsked_ = true;  // what changes while the frame is made is part of it
   tick();
   layoutIfNeeded();
+  auto* window = keyWindow();
+  auto* root = window ? window->rootViewController() : nullptr;
+  if (focus_.takeLost() && root && dialogs_.empty()) input_.focusOn(root->landmark());
   frameAsked_ = false;
   if (animator_.isAnimating()) screen_.nextFrame();
 }
@@ -111,6 +114,9 @@ Ref<Dialog> Application::messageBox(std::string title, std::string message,
   for (std::size_t i = 0; i < buttons.size(); ++i)
     dialog->addButton(std::move(buttons[i]), static_cast<int>(i));
   dialog->onResult = std::move(done);
+  // What only informs is closed by any way out; that is no answer.
+  dialog->cancelable = buttons.size() < 2;
+  dialog->cancelResult = -1;
   dialog->present();
   return dialog;
 }

@@ -69,7 +69,8 @@ class Application {
   void frame();  // tick and layout pass; asks for another while something is animated
   void tick();   // due timers, animations
   void layoutIfNeeded();
-  bool idle() const { return !animator_.isAnimating(); }
+  // Nothing is animated and no tap is ignored for what was animated just now.
+  bool idle() const { return !animator_.isAnimating() && !input_.settledAt(); }
   void treeChanged();  // coalesced on its way to the screen
 
   // --- Input.

@@ -35,6 +35,11 @@ void Focus::set(View* view, bool byKeyboard) {
   if (now && view_.lock() == now) now->focusChanged(true);
 }
 
+void Focus::lose() {
+  set(nullptr);
+  lost_ = true;
+}
+
 void Focus::setKeyboard(double height) {
   if (height == keyboard_) return;
   keyboard_ = height;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "platform/base/shared.h"
@@ -23,6 +24,10 @@ class Focus {
   bool byKeyboard() const { return byKeyboard_; }
   // Null: nowhere. Tells the former view, the screen and the new one, in this order.
   void set(View* view, bool byKeyboard = false);
+  // What has it goes or is covered. Unless something else takes it, the next frame gives it
+  // to the page's landmark: nobody who works with keys or a reader is left nowhere.
+  void lose();
+  bool takeLost() { return std::exchange(lost_, false) && !view(); }
   // Without telling anybody: the view's whole tree is on its way out.
   void drop() { view_ = {}; }
 
@@ -40,6 +45,7 @@ class Focus {
   Screen& screen_;
   platform::WeakRef<View> view_;
   bool byKeyboard_ = false;
+  bool lost_ = false;
   double keyboard_ = 0;
   std::vector<Observer> observers_;
   std::uint64_t lastId_ = 0;

@@ -66,14 +66,16 @@ bool Input::began(Point at) {
   const auto window = windowAt(app_, at);
   target_ = Ref<View>(window ? window->hitTest(at) : nullptr);
   const bool hit = target_.get() != nullptr;
+  const bool paused = hit && ignoresTaps(*target_);
+  byKeys_ = false;
   if (app_.focus().byKeyboard()) app_.focus().set(app_.focus().view(), false);
   bool tapDecided = false;
   for (View* v = target_.get(); v; v = v->parent()) {
     if (!tapDecided && v->takesTap()) {
       tapDecided = true;  // a disabled control takes the tap and does nothing
-      if (v->enabled()) pressed_ = Ref<View>(v);
+      if (v->enabled() && !paused) pressed_ = Ref<View>(v);
     }
-    if (!held_ && v->hasOnLongPress() && v->enabled()) held_ = Ref<View>(v);
+    if (!held_ && v->hasOnLongPress() && v->enabled() && !paused) held_ = Ref<View>(v);
     if (!touched_ && v->hasOnTouch()) touched_ = Ref<View>(v);
   }
   if (window)
@@ -103,11 +105,12 @@ bool Input::moved(Point at) {
   lastTime_ = time;
   const Point way = at - start_;
   if (drag_ == Drag::Undecided && std::max(std::abs(way.x), std::abs(way.y)) >= style::kTapSlop) {
-    if (pressed_) pressed_->setPressed(false);
-    pressed_ = held_ = nullptr;
+    held_ = nullptr;
+    if (pressed_ && !pressed_->holdsPress()) dropPress();
     decideDrag(way);
   }
   if (!active_) return true;  // a hook ended it
+  if (pressed_ && pressed_->holdsPress()) pressed_->setPressed(pressReaches(at));
   if (drag_ == Drag::Page) {
     page_->pan(way);
   } else if (drag_ == Drag::Scroll) {
@@ -132,8 +135,23 @@ void Input::decideDrag(Point way) {
   } else {
     return;
   }
+  dropPress();
   if (const auto touched = std::exchange(touched_, nullptr))
     touched->touch(TouchAction::Up, touched->fromWindow(last_));
+}
+
+void Input::dropPress() {
+  if (const auto pressed = std::exchange(pressed_, nullptr)) pressed->setPressed(false);
+}
+
+// A control keeps its press while the finger is on it or near; anything else loses it once
+// the finger has moved.
+bool Input::pressReaches(Point at) const {
+  if (!pressed_ || !pressed_->window()) return false;
+  if (!pressed_->holdsPress())
+    return std::max(std::abs(at.x - start_.x), std::abs(at.y - start_.y)) < style::kTapSlop;
+  const double m = -style::kPressMargin;
+  return pressed_->frameInWindow().inset({m, m, m, m}).contains(at);
 }
 
 bool Input::ended(Point at) {
@@ -145,6 +163,7 @@ bool Input::ended(Point at) {
   const Point way = at - start_;
   if (now() - lastTime_ > 100) velocityX_ = 0;  // the finger rested before it left
   const double velocity = velocityX_;
+  const bool taps = pressReaches(at);
   release();
   if (pressed) pressed->setPressed(false);
   if (drag == Drag::Page) {
@@ -158,8 +177,12 @@ bool Input::ended(Point at) {
                          style::kPageTransition);
   } else {
     if (touched) touched->touch(TouchAction::Up, touched->fromWindow(at));
-    const bool still = std::max(std::abs(way.x), std::abs(way.y)) < style::kTapSlop;
-    if (pressed && still && pressed->window()) pressed->tap(pressed->fromWindow(at));
+    if (!taps || !pressed->window()) return true;
+    // The focus follows the finger, but takes nobody's text away from the keyboard.
+    const Ref<View> focused(app_.focus().view());
+    if (pressed->canFocus() && !(focused && focused->wantsKeyboard()))
+      app_.focus().set(pressed.get());
+    pressed->tap(pressed->fromWindow(at));
   }
   return target.get() != nullptr;
 }
@@ -194,8 +217,46 @@ void Input::wheel(double x, double y, double dx, double dy) {
 
 // --- Keys.
 
+void Input::ignoreTaps(View& tree, std::int64_t milliseconds) {
+  const auto at = now();
+  std::erase_if(pauses_, [at](const Pause& p) { return p.until <= at || !p.tree.lock(); });
+  pauses_.push_back({WeakRef<View>(&tree), at + milliseconds});
+  app_.screen().requestTick(milliseconds);
+}
+
+bool Input::ignoresTaps(const View& view) const {
+  const auto at = now();
+  return std::any_of(pauses_.begin(), pauses_.end(), [&](const Pause& p) {
+    const auto tree = p.until > at ? p.tree.lock() : nullptr;
+    return tree && view.isDescendantOf(*tree);
+  });
+}
+
+std::optional<std::int64_t> Input::settledAt() const {
+  const auto at = now();
+  std::optional<std::int64_t> last;
+  for (const auto& p : pauses_)
+    if (p.until > at && p.until > last.value_or(0) && p.tree.lock()) last = p.until;
+  return last;
+}
+
+void Input::focusOn(View* view) {
+  const Ref<View> pin(view);
+  if (view && app_.focus().view() == view) app_.focus().set(nullptr);
+  app_.focus().set(view, byKeys_);
+}
+
+void Input::moveFocusInto(View& tree) {
+  const auto order = focusOrder(tree);
+  const auto current =
+      std::find_if(order.begin(), order.end(), [](const auto& v) { return v->current(); });
+  const auto found = current == order.end() ? order.begin() : current;
+  focusOn(found == order.end() ? nullptr : found->get());
+  if (found != order.end()) scrollIntoView(**found);
+}
+
 bool Input::key(Key key) {
-  if (app_.hud().progressShown()) return true;  // nothing to reach, nothing to leave
+  byKeys_ = true;
   const Ref<View> focused(app_.focus().view());
   if (const KeyUse use = focused ? focused->keyPressed(key) : KeyUse::None; use != KeyUse::None)
     return use == KeyUse::Used;
@@ -216,6 +277,8 @@ bool Input::key(Key key) {
     case Key::Escape:
     case Key::Back:
       return stepBack();
+    case Key::Menu:
+      return openMenu();
     default:
       return scrollPage(key);
   }
@@ -223,29 +286,39 @@ bool Input::key(Key key) {
 
 bool Input::text(std::string_view utf8) {
   const Ref<View> focused(app_.focus().view());
-  return focused && !app_.hud().progressShown() && focused->typed(utf8);
+  return focused && reachable(*focused) && focused->typed(utf8);
 }
 
+// From where the focus is, which may be a title that no key reaches.
 bool Input::moveFocus(int direction) {
   auto* window = app_.keyWindow();
   if (!window) return false;
-  const auto order = focusOrder(*window);
-  if (order.empty()) return false;
-  const auto count = static_cast<std::ptrdiff_t>(order.size());
-  const auto it = std::find(order.begin(), order.end(), Ref<View>(app_.focus().view()));
-  const auto next = it == order.end() ? (direction > 0 ? 0 : count - 1)
-                                      : (it - order.begin() + direction + count) % count;
-  const auto& view = order[static_cast<std::size_t>(next)];
-  app_.focus().set(view.get(), true);
-  scrollIntoView(*view);
-  return true;
+  const auto all = accessibilityTree(*window);
+  const auto count = static_cast<std::ptrdiff_t>(all.size());
+  const auto here = std::find_if(
+      all.begin(), all.end(), [&](const auto& e) { return e.view.get() == app_.focus().view(); });
+  const auto from = here != all.end() ? here - all.begin() : direction > 0 ? -1 : count;
+  for (std::ptrdiff_t step = 1; step <= count; ++step) {
+    const auto& next = all[static_cast<std::size_t>((from + direction * step + count) % count)];
+    if (!next.enabled || !next.view->canFocus() || !next.view->userInteraction()) continue;
+    app_.focus().set(next.view.get(), true);
+    scrollIntoView(*next.view);
+    return true;
+  }
+  return false;
 }
 
 bool Input::activateFocused() {
   const Ref<View> focused(app_.focus().view());
-  if (!focused || !focused->enabled() || !reachable(*focused)) return false;
-  if (!focused->takesTap()) return false;
-  focused->tap(focused->bounds().center());
+  if (focused && focused->takesTap()) {
+    if (!focused->enabled() || !reachable(*focused)) return false;
+    if (!ignoresTaps(*focused)) focused->tap(focused->bounds().center());
+    return true;
+  }
+  if (app_.dialogs().empty()) return false;
+  const Ref<Dialog> dialog = app_.dialogs().back();
+  if (dialog->buttons().size() != 1) return false;
+  dialog->dismiss(dialog->buttons().front().result);
   return true;
 }
 
@@ -260,47 +333,43 @@ bool Input::stepBack() {
   return root && root->goBack();
 }
 
+bool Input::openMenu() {
+  auto* window = app_.keyWindow();
+  const Ref<ViewController> root(window ? window->rootViewController() : nullptr);
+  return root && app_.dialogs().empty() && root->openMenu();
+}
+
 namespace {
 
-ScrollView* firstScroller(View& view) {
-  for (auto it = view.children().rbegin(); it != view.children().rend(); ++it) {
-    View& child = **it;
-    if (child.hidden() || child.accessibilityHidden()) continue;
-    if (auto* scroll = dynamic_cast<ScrollView*>(&child);
-        scroll && scroll->maxOffset().y > 0 && reachable(child))
-      return scroll;
-    if (dynamic_cast<ScrollView*>(&child)) continue;
-    if (auto* inner = firstScroller(child)) return inner;
+// The largest that keys can scroll and that can be reached: the page's main one.
+void findMainScroller(View& view, const Rect& clip, View*& best, double& area) {
+  for (const auto& child : view.children()) {
+    if (child->hidden() || child->accessibilityHidden()) continue;
+    const Rect seen = clip.intersection(child->frameInWindow());
+    const double size = seen.width * seen.height;
+    if (child->scrollsByKeys() && size > area && reachable(*child)) {
+      best = child.get();
+      area = size;
+    } else if (size > area || !child->clipsToBounds()) {
+      findMainScroller(*child, child->clipsToBounds() ? seen : clip, best, area);
+    }
   }
-  return nullptr;
 }
 
 }  // namespace
 
 bool Input::scrollPage(Key key) {
+  for (Ref<View> v(app_.focus().view()); v; v = Ref<View>(v->parent()))
+    if (v->scrollsByKeys() && reachable(*v)) {
+      v->scrollByKey(key);
+      return true;
+    }
   auto* window = app_.keyWindow();
-  if (!window) return false;
-  auto* found = scrollerFor(app_.focus().view(), {0, 1});
-  const Ref<ScrollView> scroll(found ? found : firstScroller(*window));
-  if (!scroll) return false;
-  app_.animator().cancel(*scroll, Property::Value);
-  const double page = std::max(1.0, scroll->bounds().height - style::kTapSize);
-  Point to = scroll->offset();
-  switch (key) {
-    case Key::PageUp:
-      to.y -= page;
-      break;
-    case Key::PageDown:
-      to.y += page;
-      break;
-    case Key::Home:
-      to.y = 0;
-      break;
-    default:
-      to.y = scroll->maxOffset().y;
-      break;
-  }
-  scroll->setOffset(to);
+  View* found = nullptr;
+  double area = 0;
+  if (window) findMainScroller(*window, window->bounds(), found, area);
+  if (!found) return false;
+  Ref<View>(found)->scrollByKey(key);
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/ui/window.h"
 
 #include "platform/ui/application.h"
+#include "platform/ui/tree/layer_view.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -8,20 +9,6 @@ namespace ui {
 namespace {
 
 constexpr double kSeeThrough = 0.01;
-
-// In front of the page; touches fall through where it has no view.
-class OverlayLayer final : public View {
- public:
-  View* hitTest(Point p) override {
-    View* hit = View::hitTest(p);
-    return hit == this ? nullptr : hit;
-  }
-
- protected:
-  void layoutSubviews() override {
-    for (const auto& layer : children()) layer->setFrame(bounds());
-  }
-};
 
 class Walk {
  public:
@@ -51,7 +38,7 @@ class Walk {
 
 }  // namespace
 
-Window::Window(const Rect& bounds) : overlay_(makeShared<OverlayLayer>()) {
+Window::Window(const Rect& bounds) : overlay_(makeShared<LayerView>()) {
   setFrame(bounds);
   setHidden(true);
   setBackground(style::kPage);

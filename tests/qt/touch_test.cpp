@@ -73,6 +73,35 @@ TEST_F(Touching, ADragScrollsAndTapsNothing) {
   EXPECT_EQ(scroll->offset().y * kScale, std::round(scroll->offset().y * kScale));
 }
 
+TEST_F(Touching, APressIsSeenWithinATenthOfASecond) {
+  auto scroll = list(page(), {0, 0, kWidth, 300});
+  auto plain = add<ui::View>({0, 320, kWidth, 50});
+  plain->setBackground(ui::kWhite);
+  plain->setOnTap([](ui::View&) {});
+  QImage red(40, 40, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  ASSERT_TRUE(red.save(QString::fromStdString((folder / "rosso.png").string())));
+  auto button = add<ui::Button>({20, 400, 40, 40});
+  button->setImage(ui::Image::fromFile((folder / "rosso.png").string()));
+  ASSERT_TRUE(settle());
+  const auto press = [&](ui::Point at) {
+    hand.down(at);
+    loop.pass(100);
+    const QColor seen = Desk::at(picture(), at.x, at.y);
+    hand.up({at.x, 660});
+    return seen;
+  };
+  const QColor before = at(picture(), 200, 75);
+  EXPECT_LT(press({200, 75}).lightness(), before.lightness() - 20) << "a row of a list";
+  EXPECT_LT(press({200, 345}).lightness(), 235) << "what is no list";
+  const QColor seen = press({40, 420});
+  EXPECT_NEAR(seen.green(), 128, 10) << "a picture button lets the page through";
+  EXPECT_EQ(at(picture(), 200, 75), before);
+  button->setEnabled(false);
+  ASSERT_TRUE(settle());
+  EXPECT_GT(at(picture(), 40, 420).green(), 100) << "and when it takes no press";
+}
+
 TEST_F(Touching, AFlickGoesOnAndAFingerStopsItWithoutATap) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight}, 10000);
   ASSERT_TRUE(settle());

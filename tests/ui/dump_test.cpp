@@ -92,10 +92,10 @@ TEST_F(DumpTest, IsTheTextThatPeopleCompare) {
   EXPECT_EQ(text.substr(0, std::string_view(kPage).size()), kPage)
       << "the dialog takes the focus from the page and adds its part after it";
   EXPECT_EQ(text.substr(std::string_view(kPage).size()), R"(overlay "Attendere"
-  UIView 0,0 320x568
-    UIView 107,236.5 106x95
-      UIActivityIndicatorView 141.5,252.5 37x37
-      UILabel 123,297.5 74x18 "Attendere"
+  UIView 0,64 320x504
+    UIView 107,268.5 106x95
+      UIActivityIndicatorView 141.5,284.5 37x37
+      UILabel 123,329.5 74x18 "Attendere"
 toast "Ciao"
   UIView 0,0 320x568
     UIView 129,433.4 62x42
@@ -106,7 +106,7 @@ dialog "Msg"
     UIView 20,214 280x140 name="Msg"
       UILabel 36,230 248x22 "Msg"
       UILabel 36,264 248x18 "Fatto"
-      UIButton 36,294 248x44 "OK"
+      UIButton 36,294 248x44 "OK" [focused]
 )");
 }
 

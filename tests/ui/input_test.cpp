@@ -61,6 +61,40 @@ TEST_F(InputTest, MovingTooFarOrHoldingIsNoTap) {
   EXPECT_THAT(log, ElementsAre("tap view", "|", "|", "long", "|", "long", "|", "|"));
 }
 
+TEST_F(InputTest, AButtonKeepsItsPressWhileTheFingerIsNear) {
+  auto button = tappable<Button>(page, {100, 100, 100, 44}, "button");
+  const struct {
+    const char* says;
+    std::vector<Point> way;
+    bool pressedAtEnd;
+  } cases[] = {
+      {"slides inside", {{150, 111}, {180, 130}}, true},
+      {"slides out a little", {{210, 120}}, true},
+      {"far away", {{150, 300}}, false},
+      {"away and back", {{150, 300}, {150, 130}}, true},
+  };
+  for (const auto& c : cases) {
+    log.clear();
+    phone.app.pointer(PointerPhase::Began, 1, 150, 122);
+    for (const Point p : c.way) phone.app.pointer(PointerPhase::Moved, 1, p.x, p.y);
+    EXPECT_EQ(button->pressed(), c.pressedAtEnd) << c.says;
+    phone.app.pointer(PointerPhase::Ended, 1, c.way.back().x, c.way.back().y);
+    EXPECT_EQ(log.size(), c.pressedAtEnd ? 1U : 0U) << c.says;
+    EXPECT_FALSE(button->pressed()) << c.says;
+  }
+  // In a list that moves the drag is the list's.
+  log.clear();
+  auto list = place<ScrollView>(page, {0, 200, 320, 200});
+  list->setContentSize({320, 1000});
+  auto inside = tappable<Button>(list->content(), {0, 0, 320, 190}, "inside");
+  phone.app.pointer(PointerPhase::Began, 1, 150, 350);
+  phone.app.pointer(PointerPhase::Moved, 1, 150, 330);
+  EXPECT_FALSE(inside->pressed());
+  phone.app.pointer(PointerPhase::Ended, 1, 150, 330);
+  EXPECT_TRUE(log.empty());
+  EXPECT_EQ(list->offset().y, 20);
+}
+
 TEST_F(InputTest, OnlyOneFingerAtATimeAndCancelEndsIt) {
   auto view = tappable(page, {0, 0, 320, 100}, "view");
   view->setOnTouch([&](TouchAction a, double x, double) {
@@ -179,6 +213,13 @@ TEST_F(InputTest, KeysScrollAndBringTheFocusIntoView) {
   EXPECT_EQ(list->selectedRow(), 5);
   list->setSelectedRow(-1);
   EXPECT_EQ(log.size(), 1u) << "the program's choice is not the user's";
+  // With the focus elsewhere it is the largest list that moves.
+  tappable<Button>(page, {0, 500, 100, 44}, "outside")->requestFocus();
+  auto small = place<ScrollView>(page, {0, 400, 320, 60});
+  small->setContentSize({320, 600});
+  phone.app.key(Key::End);
+  EXPECT_EQ(list->offset().y, 20 * 44 - 200);
+  EXPECT_EQ(small->offset().y, 0);
 }
 
 TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {

@@ -68,13 +68,14 @@ TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
          d.dismiss(8);
        },
        {7}},
-      {"Enter on the first button",
+      {"Enter on the first button", false, [&](Dialog&) { phone.app.key(Key::Enter); }, {-1}},
+      {"Enter on the second button",
        false,
        [&](Dialog&) {
          phone.app.key(Key::Tab);
          phone.app.key(Key::Enter);
        },
-       {-1}},
+       {-3}},
   };
   for (const auto& c : cases) {
     results.clear();
@@ -103,6 +104,7 @@ TEST_F(OverlayTest, ALongMessageScrollsAndLeavesTheButtonInReach) {
   EXPECT_LE(card.bottom(), 568);
   auto text = find(*phone.window, "riga 59");
   ASSERT_TRUE(text);
+  phone.app.focus().set(nullptr);
   EXPECT_TRUE(phone.app.key(Key::End));
   EXPECT_LE(text->frameInWindow().bottom(), card.bottom());
   phone.swipe({160, 250}, {160, 330});
@@ -149,7 +151,7 @@ TEST_F(OverlayTest, ProgressIsOneAndModalUntilHidden) {
   EXPECT_TRUE(find(*phone.window, "Quasi fatto"));
   EXPECT_FALSE(find(*phone.window, "Caricamento..."));
   phone.tapAt({50, 50});
-  EXPECT_TRUE(phone.app.key(Key::Escape));
+  EXPECT_FALSE(phone.app.key(Key::Escape)) << "nowhere to go back to";
   EXPECT_EQ(taps, 0);
   EXPECT_FALSE(find(*phone.window, "#page"));
   phone.app.hud().hideProgress();
@@ -157,7 +159,84 @@ TEST_F(OverlayTest, ProgressIsOneAndModalUntilHidden) {
   EXPECT_EQ(taps, 1) << "free at once, while it fades";
   phone.pump.settle();
   EXPECT_TRUE(phone.window->overlay().children().empty());
-  EXPECT_THAT(phone.screen.announcements, ElementsAre("Caricamento...", "Quasi fatto"));
+  EXPECT_THAT(phone.screen.announcements,
+              ElementsAre("Caricamento...", "Quasi fatto", "Loading done"));
+}
+
+TEST_F(OverlayTest, WhatOnlyInformsClosesByAnyWayOut) {
+  const auto box = [&](std::vector<std::string> buttons) {
+    results.clear();
+    phone.app.messageBox("Orari", "8-12", std::move(buttons),
+                         [this](int i) { results.push_back(i); });
+    phone.pump.settle();
+  };
+  const struct {
+    const char* says;
+    std::vector<std::string> buttons;
+    std::function<void()> act;
+    std::vector<int> heard;
+  } cases[] = {
+      {"Enter presses the only button", {"Chiudi"}, [&] { phone.app.key(Key::Enter); }, {0}},
+      {"…also with the focus elsewhere",
+       {"Chiudi"},
+       [&] {
+         phone.app.focus().set(nullptr);
+         phone.app.key(Key::Enter);
+       },
+       {0}},
+      {"Escape is no answer", {"Chiudi"}, [&] { phone.app.key(Key::Escape); }, {-1}},
+      {"Back", {"Chiudi"}, [&] { phone.app.key(Key::Back); }, {-1}},
+      {"a tap beside it",
+       {"Chiudi"},
+       [&] {
+         phone.tapAt({2, 560});
+       },
+       {-1}},
+      {"a question waits", {"Sì", "No"}, [&] { phone.app.key(Key::Escape); }, {}},
+  };
+  for (const auto& c : cases) {
+    box(c.buttons);
+    c.act();
+    EXPECT_EQ(results, c.heard) << c.says;
+    if (!phone.app.dialogs().empty()) phone.app.dialogs().back()->dismiss(9);
+    phone.pump.settle();
+  }
+  EXPECT_EQ(taps, 0);
+}
+
+TEST_F(OverlayTest, ADialogThatComesUnderAFingerIsNotAnsweredByIt) {
+  auto d = dialog(true);
+  d->present();
+  phone.pump.advance(100);
+  phone.tapAt({2, 560});
+  tap("Cerca");
+  EXPECT_TRUE(results.empty()) << "the second tap of two closed it unread";
+  phone.pump.settle();
+  tap("Cerca");
+  phone.tapAt({50, 50});
+  EXPECT_EQ(taps, 0) << "the second tap on its button went through to the page";
+  phone.pump.settle();
+  phone.tapAt({50, 50});
+  EXPECT_EQ(taps, 1);
+}
+
+TEST_F(OverlayTest, TheFocusGoesToADialogAndBackToWhereItWas) {
+  auto field = place<TextField>(controller->view(), {0, 100, 320, 40}, "behind");
+  auto button = place<Button>(controller->view(), {0, 200, 320, 40}, "button");
+  phone.app.focus().set(button.get(), true);
+  auto d = dialog(true);
+  d->present();
+  EXPECT_EQ(phone.app.focus().view(), d->buttonView(0));
+  phone.app.key(Key::Escape);
+  EXPECT_EQ(phone.app.focus().view(), button.get());
+  EXPECT_TRUE(phone.app.focus().byKeyboard()) << "keys are in use: the place is shown";
+  auto search = dialog(true);
+  auto inside = place<TextField>(*search->content, {0, 0, 260, 40});
+  search->present();
+  EXPECT_EQ(phone.app.focus().view(), inside.get()) << "what is to be filled in comes first";
+  button->removeFromParent();
+  search->dismiss(0);
+  EXPECT_FALSE(phone.app.focus().view()) << "what had it is gone";
 }
 
 TEST_F(OverlayTest, AToastLetsTapsThroughAndGoesByItself) {

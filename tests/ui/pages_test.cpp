@@ -388,7 +388,200 @@ TEST_F(DrawerTest, BackTakesOneStepAtATime) {
   EXPECT_EQ(stack(), "ab");
   EXPECT_TRUE(phone.app.key(Key::Back));
   EXPECT_EQ(stack(), "a");
+  phone.pump.settle();
   EXPECT_FALSE(phone.app.key(Key::Back)) << "nothing left to step back from";
+}
+
+// A tap on a list that opens a page, and what comes of a second one.
+TEST_F(DrawerTest, TapsAreForThePageTheyWereAimedAt) {
+  // The telephone row of the page that comes lies where the row was that was tapped.
+  place(b->view(), {0, 0, 320, 50}, "phone")->setOnTap([this](View&) { log.push_back("dial"); });
+  auto rows = place<ScrollView>(b->view(), {0, 100, 320, 300});
+  rows->setContentSize({320, 900});
+  place(a->view(), {0, 0, 320, 50}, "opens")->setOnTap([this](View&) { nav->push(b, true); });
+  const Point at{160, 90}, back{20, 40};
+  phone.pump.drain();
+  log.clear();
+  for (const int later : {0, 100, 200, 290}) {  // 590 ms in all
+    phone.tapAt(at);
+    phone.pump.advance(later);
+  }
+  EXPECT_EQ(stack(), "ab");
+  phone.swipe({160, 400}, {160, 300});
+  EXPECT_GT(rows->offset().y, 0) << "a drag is no tap";
+  phone.pump.settle();
+  EXPECT_THAT(log, testing::Not(testing::Contains("dial")));
+  phone.tapAt(at);
+  EXPECT_EQ(log.back(), "dial") << "later it is meant";
+  // Two quick taps on the back button, or two keys, go back once.
+  nav->push(makeShared<Page>("c", log), false);
+  phone.pump.drain();
+  for (const int later : {0, 150, 200}) {
+    phone.tapAt(back);
+    phone.pump.advance(later);
+  }
+  EXPECT_EQ(stack(), "ab");
+  phone.pump.settle();
+  nav->push(makeShared<Page>("d", log), false);
+  EXPECT_TRUE(phone.app.key(Key::Back));
+  EXPECT_TRUE(phone.app.key(Key::Escape));
+  EXPECT_EQ(stack(), "ab");
+}
+
+TEST_F(DrawerTest, ASecondTapOnTheMenuChoosesNothingOnItsWayOut) {
+  drawer->openDrawer(DrawerSide::Left, false);
+  phone.pump.settle();
+  log.clear();
+  find(*phone.window, "#row")->setOnTap([this](View&) {
+    log.push_back("row");
+    drawer->closeDrawer(true);
+  });
+  phone.tapAt({20, 120});
+  phone.pump.advance(16);
+  phone.tapAt({20, 120});
+  EXPECT_THAT(log, testing::Not(testing::Contains("under")));
+  EXPECT_EQ(std::count(log.begin(), log.end(), "row"), 1);
+}
+
+TEST_F(DrawerTest, OnAPushedPageTheEdgeSwipeGoesBack) {
+  const struct {
+    const char* says;
+    Point from, to;
+    std::int64_t rest;  // milliseconds before the finger leaves
+    const char* left;
+  } cases[] = {
+      {"all the way", {5, 300}, {250, 310}, 0, "a"},
+      {"slowly, beyond the middle", {5, 300}, {200, 300}, 300, "a"},
+      {"slowly, not to the middle", {5, 300}, {120, 300}, 300, "ab"},
+      {"a flick", {5, 300}, {90, 300}, 0, "a"},
+      {"there and back again", {5, 300}, {6, 300}, 0, "ab"},
+      {"not from the edge", {60, 300}, {300, 300}, 0, "ab"},
+      {"downwards", {5, 100}, {60, 400}, 0, "ab"},
+  };
+  for (const auto& c : cases) {
+    if (!nav->contains(*b)) nav->push(b, false);
+    phone.pump.settle();
+    phone.app.pointer(PointerPhase::Began, 1, c.from.x, c.from.y);
+    for (int i = 1; i <= 10; ++i) {
+      phone.pump.advance(16);
+      phone.app.pointer(PointerPhase::Moved, 1, c.from.x + (c.to.x - c.from.x) * i / 10,
+                        c.from.y + (c.to.y - c.from.y) * i / 10);
+    }
+    phone.pump.advance(c.rest);
+    phone.app.pointer(PointerPhase::Ended, 1, c.to.x, c.to.y);
+    EXPECT_FALSE(open()) << c.says << ": the menu opened over a page that is not its own";
+    phone.pump.settle();
+    EXPECT_EQ(stack(), c.left) << c.says;
+    const Ref<ViewController> top(nav->topViewController());
+    const auto& shown = top->view().parent()->children();
+    ASSERT_EQ(shown.size(), 1U) << c.says << ": the other page stays about";
+    EXPECT_EQ(top->view().frame().origin(), Point()) << c.says;
+    EXPECT_FALSE(top->view().accessibilityHidden()) << c.says;
+    EXPECT_EQ(static_cast<Page&>(*top).appeared(), true) << c.says;
+  }
+  // A page that may not be left this way stays, and so does one that a program replaces.
+  nav->setViewControllers({a, b}, false);
+  b->navigationItem().setHidesBackButton(true);
+  phone.swipe({5, 300}, {250, 300});
+  phone.pump.settle();
+  EXPECT_EQ(stack(), "ab");
+  b->navigationItem().setHidesBackButton(false);
+  phone.app.pointer(PointerPhase::Began, 1, 5, 300);
+  phone.app.pointer(PointerPhase::Moved, 1, 100, 300);
+  nav->pop(false);
+  phone.app.pointer(PointerPhase::Moved, 1, 200, 300);
+  phone.app.pointer(PointerPhase::Ended, 1, 300, 300);
+  phone.pump.settle();
+  EXPECT_EQ(stack(), "a");
+  EXPECT_EQ(a->view().frame().origin(), Point());
+}
+
+TEST_F(DrawerTest, AnOverlayCoversTheContentAndNothingElse) {
+  nav->push(b, false);
+  b->navigationItem().setLeftItems({});
+  auto web = BarButtonItem::text("WEB");
+  web->onPress = [this](BarButtonItem&) { log.push_back("WEB"); };
+  b->navigationItem().setRightItems({web});
+  place(b->view(), {0, 0, 320, 50}, "content")->setOnTap([this](View&) { log.push_back("tap"); });
+  phone.pump.settle();
+  phone.app.hud().showProgress("Caricamento...");
+  phone.pump.settle();
+  log.clear();
+  phone.tapAt({160, 90});
+  EXPECT_THAT(log, ElementsAre()) << "the content is covered";
+  phone.tapAt(tapPoint(*find(*phone.window, "WEB")));
+  EXPECT_THAT(log, ElementsAre("WEB"));
+  phone.app.key(Key::Tab);
+  phone.app.key(Key::Tab);
+  ASSERT_TRUE(phone.app.focus().view());
+  EXPECT_TRUE(phone.app.focus().view()->isDescendantOf(nav->navigationBar()));
+  // Over the menu it does not lie.
+  EXPECT_TRUE(phone.app.key(Key::Menu));
+  phone.pump.settle();
+  phone.tapAt({20, 120});
+  EXPECT_EQ(log.back(), "row");
+  EXPECT_TRUE(phone.app.key(Key::Escape));
+  EXPECT_FALSE(open());
+  phone.pump.settle();
+  EXPECT_TRUE(phone.app.key(Key::Back));
+  EXPECT_EQ(stack(), "a");
+  phone.pump.settle();
+  EXPECT_TRUE(phone.app.hud().progressShown()) << "it is bound to no page";
+  phone.tapAt({160, 90});
+  EXPECT_EQ(log.back(), "+a");
+  phone.app.hud().hideProgress();
+  phone.tapAt({160, 90});
+  EXPECT_EQ(log.back(), "under");
+}
+
+TEST_F(DrawerTest, TheFocusIsSomewhereAfterEveryStep) {
+  auto opener = BarButtonItem::drawer();
+  opener->onPress = [this](BarButtonItem&) { drawer->openDrawer(DrawerSide::Left, true); };
+  a->navigationItem().setLeftItems({opener});
+  auto second = place(menu->view(), {0, 200, 280, 50}, "second");
+  second->setOnTap([](View&) {});
+  second->setAccessibleName("Mappe");
+  phone.pump.settle();
+  const auto focused = [&] {
+    const auto* view = phone.app.focus().view();
+    return view ? view->accessibleName() : "nothing";
+  };
+  for (const bool keys : {true, false}) {
+    const auto openMenu = [&] {
+      if (keys)
+        phone.app.key(Key::Menu);
+      else
+        phone.tapAt({20, 40});
+      phone.pump.settle();
+    };
+    phone.app.focus().set(find(*phone.window, "Menu").get(), keys);
+    openMenu();
+    EXPECT_EQ(focused(), "Farmacia") << "no row is current: the first";
+    EXPECT_EQ(phone.app.focus().byKeyboard(), keys);
+    if (keys)
+      phone.app.key(Key::Escape);
+    else
+      phone.tapAt({310, 300});
+    phone.pump.settle();
+    EXPECT_EQ(focused(), "Menu") << "closed by the user: back to where it was";
+    second->setCurrent(true);
+    openMenu();
+    EXPECT_EQ(focused(), "Mappe");
+    second->setCurrent(false);
+    drawer->closeDrawer(true);
+    EXPECT_EQ(focused(), "a") << "closed by a choice: the page's title";
+    phone.pump.settle();
+    nav->push(b, true);
+    EXPECT_EQ(focused(), "b");
+    phone.pump.settle();
+    phone.app.key(Key::Back);
+    EXPECT_EQ(focused(), "a");
+    phone.pump.settle();
+  }
+  EXPECT_TRUE(phone.app.focus().byKeyboard());
+  // From a title, which takes no keys, Tab goes on to what follows it.
+  phone.app.key(Key::Tab);
+  EXPECT_EQ(phone.app.focus().view()->name(), "under");
 }
 
 TEST(Branding, ThePlatformSpeaksTheProgramsWordsInItsColour) {

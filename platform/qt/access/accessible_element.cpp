@@ -214,7 +214,8 @@ QAccessible::State ElementAccessible::state() const {
     return state;
   }
   state.disabled = !held->enabled();
-  state.focusable = held->canFocus();
+  state.focusable = held->canFocus() || held->isFocused();  // a title may have it
+  state.selected = held->current();
   state.focused = held->isFocused();
   state.pressed = held->pressed();
   state.modal = held->modal();

@@ -1,5 +1,6 @@
 #include "platform/qt/items/button_item.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 
@@ -12,11 +13,27 @@ namespace qt {
 namespace {
 
 constexpr double kTitlePadding = 6, kImageGap = 6;
+constexpr double kPressed = 0.5, kDisabled = 0.4;  // how far a picture is seen
 
 // The colour that results when `over` is laid on `under`.
 ui::Color laidOver(ui::Color under, ui::Color over) {
   if (under.transparent()) return over;
   return under.mixed(over.withAlpha(under.alpha()), over.alpha() / 255.0);
+}
+
+// A picture that is pressed, or that takes no press, is seen through.
+void fade(std::vector<Picture>& pictures, double opacity) {
+  for (Picture& picture : pictures) {
+    QImage& image = picture.image;
+    QImage faded(image.size(), QImage::Format_ARGB32_Premultiplied);
+    faded.setDevicePixelRatio(image.devicePixelRatio());
+    faded.fill(0);
+    QPainter p(&faded);
+    p.setOpacity(opacity);
+    p.drawImage(QPointF(), image);
+    p.end();
+    image = faded;
+  }
 }
 
 }  // namespace
@@ -43,6 +60,8 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
   if (!back.empty())
     pictures = stage().images.pictures(
         {back, box, ui::ContentMode::Fill, button.border().radius, scale}, visibleArea());
+  const bool ownPress = !button.pressedBackgroundImage().empty();
+  const double seen = !button.enabled() ? kDisabled : pressed && !ownPress ? kPressed : 1;
 
   ui::Size image =
       button.image().empty() ? ui::Size{} : button.image().naturalSize().value_or(ui::Size{});
@@ -77,6 +96,7 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
     pictures.insert(pictures.end(), icon.begin(), icon.end());
     x += image.width + gap;
   }
+  if (seen < 1) fade(pictures, seen);
   if (titled) {
     constexpr double kLean = 3;
     const double y = snapped((box.height - text.height) / 2);

@@ -29,6 +29,7 @@ class Button : public TextHolder {
   Size sizeThatFits(Size limit) const override;
   std::string displayText() const override { return title(); }
   bool takesTap() const override { return true; }
+  bool holdsPress() const override { return true; }
 
  protected:
   Role defaultRole() const override { return Role::Button; }

@@ -16,6 +16,7 @@ class Switch : public View {
   std::function<void(bool)> onChange;
   void userSet(bool on);
   bool takesTap() const override { return true; }
+  bool holdsPress() const override { return true; }
   void tap(Point at) override;
   std::string accessibleValue() const override;
 
@@ -52,6 +53,7 @@ class Slider : public RangeControl {
   std::optional<Color> minimumTrackColor;
   bool continuous = true;  // report while dragging, not only at the end
   bool takesTap() const override { return true; }
+  bool holdsPress() const override { return true; }
   void tap(Point at) override;  // goes to the place tapped
 
  protected:
@@ -66,6 +68,7 @@ class Stepper : public RangeControl {
   }
   std::string_view className() const override { return "UIStepper"; }
   bool takesTap() const override { return true; }
+  bool holdsPress() const override { return true; }
   void tap(Point at) override;  // left half less, right half more
 
  protected:
@@ -84,6 +87,7 @@ class SegmentedControl : public View {
   void userSelect(int index);
   std::string displayText() const override;  // the items, joined with " | "
   bool takesTap() const override { return true; }
+  bool holdsPress() const override { return true; }
   void tap(Point at) override;
   bool adjust(int steps) override;
   std::string accessibleValue() const override;

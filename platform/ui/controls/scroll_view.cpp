@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "platform/ui/application.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 
@@ -68,6 +69,22 @@ void ScrollView::scrollToShow(const Rect& area) {
   const Size v = bounds().size();
   setOffset({move(offset_.x, v.width, area.x, area.width),
              move(offset_.y, v.height, area.y, area.height)});
+}
+
+// A page less what a row needs, so that the last line read stays in sight.
+void ScrollView::scrollByKey(Key key) {
+  if (auto* app = Application::current()) app->animator().cancel(*this, Property::Value);
+  const double page = std::max(1.0, bounds().height - style::kTapSize);
+  switch (key) {
+    case Key::PageUp:
+      return setOffset({offset_.x, offset_.y - page});
+    case Key::PageDown:
+      return setOffset({offset_.x, offset_.y + page});
+    case Key::Home:
+      return setOffset({offset_.x, 0});
+    default:
+      return setOffset({offset_.x, maxOffset().y});
+  }
 }
 
 void ScrollView::setPaging(bool paging) {

@@ -38,6 +38,9 @@ class ScrollView : public View {
   bool scrollEnabled() const { return scrollEnabled_; }
   void setScrollEnabled(bool enabled);
 
+  bool scrollsByKeys() const override { return scrollEnabled_ && maxOffset().y > 0; }
+  void scrollByKey(Key key) override;
+
   std::function<void(double x, double y)> onScroll;
 
   Point childOffset() const override { return {-offset_.x, -offset_.y}; }

@@ -31,6 +31,19 @@ void WebView::runScript(std::string script) {
 
 std::vector<std::string> WebView::takeScripts() { return std::exchange(scripts_, {}); }
 
+void WebView::scrollByKey(Key key) {
+  switch (key) {
+    case Key::PageUp:
+      return runScript("window.scrollBy(0, -0.9 * window.innerHeight)");
+    case Key::PageDown:
+      return runScript("window.scrollBy(0, 0.9 * window.innerHeight)");
+    case Key::Home:
+      return runScript("window.scrollTo(0, 0)");
+    default:
+      return runScript("window.scrollTo(0, document.documentElement.scrollHeight)");
+  }
+}
+
 bool WebView::navigationAllowed(const std::string& url) {
   Ref<View> pin(this);
   const auto hook = onOverrideUrl;

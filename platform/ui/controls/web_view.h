@@ -44,6 +44,8 @@ class WebView : public View {
 
   std::string displayText() const override;
   bool canFocus() const override { return true; }
+  bool scrollsByKeys() const override { return request_.serial != 0 && !loading_; }
+  void scrollByKey(Key key) override;
 
  protected:
   Role defaultRole() const override { return Role::WebContent; }

@@ -5,6 +5,7 @@
 
 #include "platform/ui/application.h"
 #include "platform/ui/controls/image_view.h"
+#include "platform/ui/reading/accessibility.h"
 #include "platform/ui/tree/layout_view.h"
 #include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
@@ -37,8 +38,9 @@ void Dialog::present() {
   layer_->setFrame(window->bounds());
   window->overlay().addSubview(layer_);
   if (auto* toast = app->hud().toastView()) toast->bringToFront();
-  app->focus().set(nullptr);
   app->screen().announce(title.empty() ? message : title);
+  takeFocus();
+  app->input().ignoreTaps(*layer_, style::kTapPause);
   layer_->setAlpha(0);
   app->animator().alpha(*layer_, 1, {style::kFade});
 }
@@ -192,8 +194,32 @@ void Dialog::dismiss(int result) {
   layer->removeFromParent();
   if (content && content->parent() == card_.get()) content->removeFromParent();
   buttonViews_.clear();
+  giveFocusBack();
   const auto done = std::exchange(onResult, {});
   if (done) done(result);
+}
+
+// A field that is to be filled in, else the first button.
+void Dialog::takeFocus() {
+  auto& app = *Application::current();
+  former_ = WeakRef<View>(app.focus().view());
+  if (content)
+    for (const auto& view : focusOrder(*content))
+      if (view->wantsKeyboard()) return app.input().focusOn(view.get());
+  app.input().focusOn(buttonView(0));
+}
+
+void Dialog::giveFocusBack() {
+  auto* app = Application::current();
+  auto* window = app ? app->keyWindow() : nullptr;
+  if (!window) return;
+  auto* root = window->rootViewController();
+  const auto former = former_.lock();
+  app->input().focusOn(former && reachable(*former) ? former.get()
+                       : root                       ? root->landmark()
+                                                    : nullptr);
+  // The second of two quick taps on a button was not meant for what lies under it.
+  if (root) app->input().ignoreTaps(root->view(), style::kTapPause);
 }
 
 bool Dialog::cancel() {

@@ -57,6 +57,8 @@ class Dialog : public platform::Shared {
   struct Layer;
   void build();
   void layOut();
+  void takeFocus();
+  void giveFocusBack();
   void placeMessage(const Rect& room, double height);
 
   std::vector<ButtonSpec> buttons_;
@@ -65,6 +67,7 @@ class Dialog : public platform::Shared {
   Ref<ScrollView> messageArea_;  // where the message needs one
   std::vector<Ref<Button>> buttonViews_;
   Size placedFor_;
+  WeakRef<View> former_;  // what had the focus before
   bool presented_ = false;
 };
 

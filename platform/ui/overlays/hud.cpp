@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "platform/ui/application.h"
-#include "platform/ui/tree/layout_view.h"
+#include "platform/ui/reading/accessibility.h"
+#include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -11,6 +12,16 @@ namespace ui {
 namespace {
 
 constexpr double kPadding = 16, kSpinner = 37;
+
+class HudLayer final : public View {
+ public:
+  std::function<void(View&)> onLayout;
+
+ protected:
+  void layoutSubviews() override {
+    if (onLayout) onLayout(*this);
+  }
+};
 
 Ref<Label> hudLabel() {
   auto label = makeShared<Label>();
@@ -36,11 +47,9 @@ Size fit(const Label& label, double width) {
              : app->text().measure(label.text(), label.font(), std::max(40.0, width), 0);
 }
 
-void appear(Application& app, const Ref<View>& layer) {
-  auto* window = app.keyWindow();
-  if (!window) return;
-  layer->setFrame(window->bounds());
-  window->overlay().addSubview(layer);
+void appear(Application& app, const Ref<View>& layer, View& room) {
+  layer->setFrame(room.bounds());
+  room.addSubview(layer);
   layer->setAlpha(0);
   app.animator().alpha(*layer, 1, {style::kFade});
 }
@@ -55,6 +64,8 @@ void leave(Application& app, const Ref<View>& layer) {
 
 }  // namespace
 
+bool Hud::isLayer(const View& view) { return dynamic_cast<const HudLayer*>(&view) != nullptr; }
+
 void Hud::showProgress(std::string label) {
   if (progress_) {
     progressLabel_->setText(std::move(label));
@@ -62,7 +73,7 @@ void Hud::showProgress(std::string label) {
     app_.screen().announce(progressLabel_->text());
     return;
   }
-  auto layer = makeShared<LayoutView>();
+  auto layer = makeShared<HudLayer>();
   auto card = hudCard();
   auto spinner = makeShared<ActivityIndicator>();
   spinner->setStyle(0);
@@ -74,7 +85,7 @@ void Hud::showProgress(std::string label) {
   card->addSubview(progressLabel_);
   layer->addSubview(card);
   layer->setModal(true);
-  layer->onLayout = [card, spinner, text = progressLabel_](LayoutView& self) {
+  layer->onLayout = [card, spinner, text = progressLabel_](View& self) {
     const Size s = fit(*text, self.bounds().width - 4 * kPadding);
     const Size whole{std::max(s.width, kSpinner * 2) + 2 * kPadding,
                      kSpinner + 2 * kPadding + (s.height > 0 ? s.height + kPadding / 2 : 0)};
@@ -84,21 +95,28 @@ void Hud::showProgress(std::string label) {
   };
   progress_ = layer;
   app_.screen().announce(progressLabel_->text());
-  appear(app_, progress_);
+  auto* window = app_.keyWindow();
+  if (!window) return;
+  auto* root = window->rootViewController();
+  View* cover = root ? root->cover() : nullptr;
+  appear(app_, progress_, cover ? *cover : window->overlay());
   if (toast_) toast_->bringToFront();
+  if (const auto* focused = app_.focus().view(); focused && !reachable(*focused))
+    app_.focus().lose();
 }
 
 void Hud::hideProgress() {
   if (!progress_) return;
   leave(app_, std::exchange(progress_, nullptr));
   progressLabel_ = nullptr;
+  app_.screen().announce(words().loaded);
 }
 
 std::string Hud::progressText() const { return progressLabel_ ? progressLabel_->text() : ""; }
 
 void Hud::toast(std::string text, std::int64_t milliseconds) {
   dismissToast();
-  auto layer = makeShared<LayoutView>();
+  auto layer = makeShared<HudLayer>();
   layer->setUserInteraction(false);
   auto card = hudCard();
   toastLabel_ = hudLabel();
@@ -106,7 +124,7 @@ void Hud::toast(std::string text, std::int64_t milliseconds) {
   toastLabel_->setRole(Role::Status);
   card->addSubview(toastLabel_);
   layer->addSubview(card);
-  layer->onLayout = [card, text = toastLabel_](LayoutView& self) {
+  layer->onLayout = [card, text = toastLabel_](View& self) {
     const Size s = fit(*text, self.bounds().width - 4 * kPadding);
     const Size whole{s.width + 2 * kPadding, s.height + 1.5 * kPadding};
     card->setFrame(Rect::centered({self.bounds().center().x, self.bounds().height * 0.8}, whole));
@@ -114,7 +132,7 @@ void Hud::toast(std::string text, std::int64_t milliseconds) {
   };
   toast_ = layer;
   app_.screen().announce(toastLabel_->text());
-  appear(app_, toast_);
+  if (auto* window = app_.keyWindow()) appear(app_, toast_, window->overlay());
   toastTimer_ = app_.timers().start(milliseconds, [this] {
     toastTimer_ = 0;
     dismissToast();

@@ -31,6 +31,7 @@ class BarView : public View {
   std::function<void()> onBack;
 
   Label& titleLabel() { return *title_; }
+  View& backButton() { return *back_; }
   // The view that stands for an item, or null.
   View* viewFor(const BarButtonItem& item) const;
   void itemChanged() { rebuildItems(); }

@@ -10,7 +10,6 @@
 namespace ui {
 
 namespace {
-constexpr double kFling = 300;  // points a second that decide a swipe by themselves
 constexpr double kGive = 0.25;  // of a pull beyond the width, as much as shows
 }  // namespace
 
@@ -41,7 +40,7 @@ Ref<View> DrawerController::loadView() {
   scrim_->setAlpha(0);
   scrim_->setHidden(true);
   scrim_->setRole(Role::None);
-  scrim_->setOnTap([this](View&) { closeDrawer(true); });
+  scrim_->setOnTap([this](View&) { dismiss(); });
   view->addSubview(scrim_);
   for (const auto* c : {&left_, &right_}) {
     if (!*c) continue;
@@ -121,12 +120,14 @@ void DrawerController::layOut() {
 void DrawerController::showSide(DrawerSide side, bool animated) {
   auto& panel = controllerOf(side)->view();
   panel.setHidden(false);
+  panel.setUserInteraction(true);
   panel.setAccessibilityHidden(false);
   panel.setModal(true);
   scrim_->setHidden(false);
-  if (auto* app = Application::current())
-    if (Ref<View> focused(app->focus().view()); focused && !focused->isDescendantOf(panel))
-      app->focus().set(nullptr);
+  if (auto* app = Application::current(); app && !app->focus().within(panel)) {
+    former_ = WeakRef<View>(app->focus().view());
+    app->input().moveFocusInto(panel);
+  }
   if (appeared()) controllerOf(side)->setAppeared(true, animated);
 }
 
@@ -148,10 +149,10 @@ void DrawerController::settle(DrawerSide side, bool open, bool animated,
     showSide(side, animated);
   } else {
     panel->view().setModal(false);
+    panel->view().setUserInteraction(false);  // a second tap chooses nothing on the way out
     panel->view().setAccessibilityHidden(true);
-    if (auto* app = Application::current())
-      if (Ref<View> focused(app->focus().view()); focused && focused->isDescendantOf(panel->view()))
-        app->focus().set(nullptr);
+    if (auto* app = Application::current(); app && app->focus().within(panel->view()))
+      app->input().focusOn(landmark());
     panel->setAppeared(false, animated);
   }
   view().layoutIfNeeded();
@@ -194,6 +195,10 @@ void DrawerController::closeDrawer(bool animated, std::function<void()> done) {
 
 Ref<ViewController> DrawerController::beginPan(Point at, Point moved) {
   if (std::abs(moved.x) <= std::abs(moved.y)) return nullptr;
+  if (open_ == DrawerSide::None && center_) {
+    if (auto inner = center_->beginPan(at, moved)) return inner;
+    if (center_->hasPageBehind()) return nullptr;
+  }
   at = view().fromWindow(at);
   if (open_ != DrawerSide::None) {
     const bool outward =
@@ -233,14 +238,34 @@ void DrawerController::endPan(Point moved, double velocityX) {
   const auto side = std::exchange(panning_, DrawerSide::None);
   const double toward = side == DrawerSide::Left ? 1 : -1;
   const double shown = panStart_ + moved.x * toward / std::max(1.0, widthOf(side));
-  const bool open = std::abs(velocityX) > kFling ? velocityX * toward > 0 : shown > 0.5;
+  const bool open = std::abs(velocityX) > style::kFling ? velocityX * toward > 0 : shown > 0.5;
   open_ = open ? side : DrawerSide::None;
   settle(side, open, true, {});
+  if (!open) giveFocusBack();
+}
+
+// The user has closed it: nothing was chosen.
+void DrawerController::dismiss() {
+  closeDrawer(true);
+  giveFocusBack();
+}
+
+void DrawerController::giveFocusBack() {
+  const auto former = former_.lock();
+  former_ = {};
+  auto* app = Application::current();
+  if (app && former && former->window()) app->input().focusOn(former.get());
+}
+
+bool DrawerController::openMenu() {
+  if (!left_) return false;
+  openDrawer(DrawerSide::Left, true);
+  return true;
 }
 
 bool DrawerController::goBack() {
   if (open_ != DrawerSide::None) {
-    closeDrawer(true);
+    dismiss();
     return true;
   }
   return center_ && center_->goBack();

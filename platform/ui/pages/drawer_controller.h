@@ -2,7 +2,10 @@
 //
 // Owns the three controllers. An open drawer puts a scrim over the centre and hides it
 // from focus and assistive technology. It closes by a swipe, a tap beside it, Escape or
-// Back; it opens by a swipe from the edge where the mask allows. Main thread, points.
+// Back; it opens by a swipe from the edge where the mask allows, unless the centre has a
+// page behind the one on show: then that swipe is the centre's. The focus goes to the
+// panel's current row and, where the user closes it, back to where it was. Main thread,
+// points.
 #pragma once
 
 #include "platform/ui/pages/view_controller.h"
@@ -46,6 +49,10 @@ class DrawerController : public ViewController {
   void pan(Point moved) override;
   void endPan(Point moved, double velocityX) override;
   bool goBack() override;
+  bool hasPageBehind() const override { return center_ && center_->hasPageBehind(); }
+  bool openMenu() override;
+  View* cover() override { return center_ ? center_->cover() : nullptr; }
+  View* landmark() override { return center_ ? center_->landmark() : nullptr; }
 
  protected:
   Ref<View> loadView() override;
@@ -60,9 +67,12 @@ class DrawerController : public ViewController {
   void place(DrawerSide side, double shown);
   void showSide(DrawerSide side, bool animated);
   void hideSide(DrawerSide side);
+  void dismiss();
+  void giveFocusBack();
 
   Ref<ViewController> center_, left_, right_;
   Ref<View> scrim_;
+  WeakRef<View> former_;  // what had the focus before it opened
   double leftWidth_, rightWidth_;
   DrawerSide open_ = DrawerSide::None;
   DrawerSide panning_ = DrawerSide::None;

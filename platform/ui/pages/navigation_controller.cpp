@@ -1,8 +1,11 @@
 #include "platform/ui/pages/navigation_controller.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "platform/base/platform.h"
 #include "platform/ui/application.h"
+#include "platform/ui/reading/accessibility.h"
 #include "platform/ui/tree/layout_view.h"
 #include "platform/ui/values/style.h"
 
@@ -11,11 +14,12 @@ namespace ui {
 NavigationController::NavigationController()
     : bar_(makeShared<BarView>(BarView::Kind::Navigation)),
       toolbar_(makeShared<BarView>(BarView::Kind::Toolbar)),
-      container_(makeShared<View>()) {
+      container_(makeShared<View>()),
+      cover_(makeShared<LayerView>()) {
   toolbar_->setHidden(true);
   toolbar_->setAccessibilityHidden(true);
   container_->setClipsToBounds(true);
-  bar_->onBack = [this] { pop(true); };
+  bar_->onBack = [this] { goBack(); };
 }
 
 NavigationController::~NavigationController() {
@@ -28,6 +32,7 @@ Ref<View> NavigationController::loadView() {
   auto view = makeShared<LayoutView>();
   view->setBackground(style::kPage);
   view->addSubview(container_);
+  view->addSubview(cover_);
   view->addSubview(bar_);
   view->addSubview(toolbar_);
   view->onLayout = [this](LayoutView&) { layOut(); };
@@ -90,11 +95,15 @@ void NavigationController::replaceTop(Pages pages, Slide slide) {
   showTop(formerTop.get(), slide);
   const bool animated = slide != Slide::None;
   if (formerTop) formerTop->setAppeared(false, animated);
-  if (appeared() && top && topViewController() == top.get()) top->setAppeared(true, animated);
+  if (!appeared() || !top || topViewController() != top.get()) return;
+  top->setAppeared(true, animated);
+  if (auto* app = Application::current(); app && formerTop && topViewController() == top.get())
+    app->input().focusOn(landmark());
 }
 
-void NavigationController::showTop(ViewController* former, Slide slide) {
+void NavigationController::showTop(ViewController* former, Slide way) {
   if (!viewLoaded()) return;
+  panning_ = false;
   fillBars();
   const Ref<View> leaving(former && former->viewLoaded() ? &former->view() : nullptr);
   const Ref<View> coming(pages_.empty() ? nullptr : &pages_.back()->view());
@@ -105,9 +114,9 @@ void NavigationController::showTop(ViewController* former, Slide slide) {
   const Rect content = contentFrame(), here{0, 0, content.width, content.height};
   if (coming) {
     coming->setAccessibilityHidden(false);
-    container_->insertSubview(coming, slide == Slide::Backward ? 0 : container_->children().size());
+    container_->insertSubview(coming, way == Slide::Backward ? 0 : container_->children().size());
   }
-  if (slide == Slide::None || !app || !leaving || !coming || !container_->window()) {
+  if (way == Slide::None || !app || !leaving || !coming || !container_->window()) {
     if (coming) {
       if (app) app->animator().cancel(*coming, Property::Center);
       coming->setFrame(here);
@@ -115,17 +124,27 @@ void NavigationController::showTop(ViewController* former, Slide slide) {
     if (leaving && leaving != coming) leaving->removeFromParent();
     return;
   }
-  // The page in front moves the whole width, the one behind it a third of it.
-  const bool forward = slide == Slide::Forward;
+  slide(*leaving, *coming, way);
+}
+
+// The page in front moves the whole width, the one behind it a third of it.
+void NavigationController::slide(View& leaving, View& coming, Slide way) {
+  auto& app = *Application::current();
+  const bool forward = way == Slide::Forward;
+  const Rect here{0, 0, container_->bounds().width, container_->bounds().height};
   const Timing timing{style::kPageTransition, Timing::EaseOut};
-  coming->setFrame(here.movedBy({forward ? here.width : -here.width / 3, 0}));
-  app->animator().center(*coming, here.center(), timing);
-  leaving->setAccessibilityHidden(true);
-  if (auto focused = Ref<View>(app->focus().view()); focused && focused->isDescendantOf(*leaving))
-    app->focus().set(nullptr);
-  app->animator().center(
-      *leaving, here.movedBy({forward ? -here.width / 3 : here.width, 0}).center(), timing,
-      [weak = WeakRef<NavigationController>(this), view = WeakRef<View>(leaving)](bool) {
+  slideEnds_ = platform::current().clock().monotonic() + timing.milliseconds;
+  app.input().ignoreTaps(view(), timing.milliseconds);
+  app.input().ignoreTaps(*container_, timing.milliseconds + style::kTapPause);
+  app.input().ignoreTaps(bar_->backButton(), timing.milliseconds + style::kTapPause);
+  if (!std::exchange(swiped_, false))
+    coming.setFrame(here.movedBy({forward ? here.width : -here.width / 3, 0}));
+  app.animator().center(coming, here.center(), timing);
+  leaving.setAccessibilityHidden(true);
+  if (app.focus().within(leaving)) app.focus().set(nullptr);
+  app.animator().center(
+      leaving, here.movedBy({forward ? -here.width / 3 : here.width, 0}).center(), timing,
+      [weak = WeakRef<NavigationController>(this), view = WeakRef<View>(&leaving)](bool) {
         const auto nav = weak.lock();
         const auto gone = view.lock();
         if (!gone) return;
@@ -133,6 +152,71 @@ void NavigationController::showTop(ViewController* former, Slide slide) {
         const bool top = nav && !nav->pages_.empty() && &nav->pages_.back()->view() == gone.get();
         if (!top && (!nav || gone->parent() == nav->container_.get())) gone->removeFromParent();
       });
+}
+
+bool NavigationController::sliding() const {
+  return platform::current().clock().monotonic() < slideEnds_;
+}
+
+// --- The swipe from the edge.
+
+Ref<ViewController> NavigationController::beginPan(Point at, Point moved) {
+  const bool fromEdge = view().fromWindow(at).x <= style::kEdgeWidth && moved.x > std::abs(moved.y);
+  if (pages_.size() < 2 || !fromEdge || sliding()) return nullptr;
+  if (pages_.back()->navigationItem().hidesBackButton()) return nullptr;
+  View& behind = pages_[pages_.size() - 2]->view();
+  const Rect here{0, 0, container_->bounds().width, container_->bounds().height};
+  behind.setFrame(here.movedBy({-here.width / 3, 0}));
+  behind.setAccessibilityHidden(true);
+  container_->insertSubview(Ref<View>(&behind), 0);
+  panning_ = true;
+  return Ref<ViewController>(this);
+}
+
+void NavigationController::pan(Point moved) {
+  if (!panning_) return;
+  const Point middle = container_->bounds().center();
+  const double x = std::clamp(moved.x, 0.0, container_->bounds().width);
+  pages_.back()->view().setCenter({middle.x + x, middle.y});
+  pages_[pages_.size() - 2]->view().setCenter(
+      {middle.x + (x - container_->bounds().width) / 3, middle.y});
+}
+
+void NavigationController::endPan(Point moved, double velocityX) {
+  if (!panning_) return;
+  pan(moved);
+  panning_ = false;
+  const double width = container_->bounds().width;
+  const bool back = std::abs(velocityX) > style::kFling ? velocityX > 0 : moved.x > width / 2;
+  if (back) {
+    swiped_ = true;
+    if (!goBack()) swiped_ = false;
+    return;
+  }
+  // The page on top goes back over the other, which then has no place here.
+  const Ref<View> behind(&pages_[pages_.size() - 2]->view());
+  auto& animator = Application::current()->animator();
+  const Timing timing{style::kPageTransition, Timing::EaseOut};
+  const Point middle = container_->bounds().center();
+  animator.center(*behind, {middle.x - width / 3, middle.y}, timing);
+  animator.center(
+      pages_.back()->view(), middle, timing,
+      [weak = WeakRef<NavigationController>(this), behind](bool) {
+        behind->setAccessibilityHidden(false);
+        const auto nav = weak.lock();
+        const auto* top = nav ? nav->topViewController() : nullptr;
+        const bool shown =
+            top && top->viewLoaded() && &nav->topViewController()->view() == behind.get();
+        if (!shown && nav && !nav->panning_ && behind->parent() == nav->container_.get())
+          behind->removeFromParent();
+      });
+}
+
+View* NavigationController::landmark() {
+  if (!topViewController()) return nullptr;
+  if (!barHidden_ && !bar_->titleLabel().hidden()) return &bar_->titleLabel();
+  const auto order = focusOrder(*container_);
+  return order.empty() ? nullptr : order.front().get();
 }
 
 void NavigationController::barsChanged(ViewController& page) {
@@ -216,10 +300,13 @@ void NavigationController::layOut() {
   bar_->setNeedsLayout();
   toolbar_->setFrame(toolbarFrame());
   container_->setFrame(content);
+  cover_->setFrame(content);
   if (auto* top = topViewController()) top->view().setFrame({0, 0, content.width, content.height});
 }
 
+// A second step while the first is still to be seen was meant as one.
 bool NavigationController::goBack() {
+  if (sliding()) return true;
   auto* top = topViewController();
   if (top && top->goBack()) return true;
   return pop(true).get() != nullptr;

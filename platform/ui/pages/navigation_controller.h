@@ -2,11 +2,14 @@
 //
 // Owns its pages. Its view holds the top page, the two bars, and for the time of a
 // slide the page that leaves; the bar's height includes the status bar's. Each page's
-// view begins below the bar. The last page is never popped. Main thread.
+// view begins below the bar. The last page is never popped. A swipe from the left edge goes
+// back, as the back button does. Taps on pages that slide, and on the one that came for a
+// moment after, do nothing: they were meant for what was there before. Main thread.
 #pragma once
 
 #include "platform/ui/pages/bar_view.h"
 #include "platform/ui/pages/view_controller.h"
+#include "platform/ui/tree/layer_view.h"
 
 namespace ui {
 
@@ -40,6 +43,12 @@ class NavigationController : public ViewController {
   BarView& toolbar() { return *toolbar_; }
 
   bool goBack() override;
+  bool hasPageBehind() const override { return pages_.size() > 1; }
+  View* cover() override { return cover_.get(); }
+  View* landmark() override;
+  Ref<ViewController> beginPan(Point at, Point moved) override;
+  void pan(Point moved) override;
+  void endPan(Point moved, double velocityX) override;
 
  protected:
   Ref<View> loadView() override;
@@ -49,9 +58,11 @@ class NavigationController : public ViewController {
  private:
   enum class Slide { None, Forward, Backward };
   void replaceTop(Pages pages, Slide slide);
-  void showTop(ViewController* former, Slide slide);
+  void showTop(ViewController* former, Slide way);
+  void slide(View& leaving, View& coming, Slide way);
   void fillBars();
   void layOut();
+  bool sliding() const;
   void setBarHidden(BarView& bar, bool& state, bool hidden, bool animated);
   Rect barFrame();
   Rect toolbarFrame();
@@ -59,7 +70,11 @@ class NavigationController : public ViewController {
 
   Pages pages_;
   Ref<BarView> bar_, toolbar_;
-  Ref<View> container_;  // holds the pages' views, under the bars
+  Ref<View> container_;         // holds the pages' views, under the bars
+  Ref<LayerView> cover_;        // in front of them
+  std::int64_t slideEnds_ = 0;  // on the monotonic clock
+  bool panning_ = false;        // a finger has the page on top
+  bool swiped_ = false;         // …and has brought it half the way out
   bool barHidden_ = false, toolbarHidden_ = true;
 };
 

@@ -66,6 +66,15 @@ class ViewController : public platform::Shared {
   void setAppeared(bool appeared, bool animated);
   // Takes a step back if there is one (close the drawer, pop a page); true when taken.
   virtual bool goBack() { return false; }
+  // Whether goBack() would leave the page on show for another.
+  virtual bool hasPageBehind() const { return false; }
+  // Opens the menu that belongs to the page; true when there is one.
+  virtual bool openMenu() { return false; }
+  // Where a progress overlay goes so that it covers the content and leaves the bars and the
+  // menu to the user; null: nothing less than the window.
+  virtual View* cover() { return nullptr; }
+  // What stands for the page when it comes: the focus goes there. May be null.
+  virtual View* landmark() { return nullptr; }
   // A swipe that begins in this controller, in window points: whoever of it and the
   // controllers inside takes it, or null. That one hears how it goes on and, once, how it
   // ends (points, points a second).

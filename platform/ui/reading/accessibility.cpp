@@ -101,15 +101,15 @@ std::string_view roleName(Role role) {
   return kNames[i];
 }
 
-std::vector<AccessibleElement> accessibilityTree(Window& window) {
+std::vector<AccessibleElement> accessibilityTree(View& root) {
   std::vector<AccessibleElement> elements;
-  if (!window.hidden()) collect(window, cutoffs(), false, elements);
+  if (!root.hidden()) collect(root, cutoffs(), false, elements);
   return elements;
 }
 
-std::vector<Ref<View>> focusOrder(Window& window) {
+std::vector<Ref<View>> focusOrder(View& root) {
   std::vector<Ref<View>> order;
-  for (auto& e : accessibilityTree(window))
+  for (auto& e : accessibilityTree(root))
     if (e.enabled && e.view->canFocus() && e.view->userInteraction()) order.push_back(e.view);
   return order;
 }

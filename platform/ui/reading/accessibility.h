@@ -23,9 +23,10 @@ struct AccessibleElement {
 };
 
 std::string_view roleName(Role role);
-std::vector<AccessibleElement> accessibilityTree(Window& window);
-// The elements that can have the focus, in order.
-std::vector<Ref<View>> focusOrder(Window& window);
+std::vector<AccessibleElement> accessibilityTree(View& root);
+// The elements inside a view, a window as a rule, and those that can have the focus, in
+// reading order.
+std::vector<Ref<View>> focusOrder(View& root);
 // True when a modal view or a hidden ancestor keeps it from being reached.
 bool reachable(const View& view);
 

@@ -6,6 +6,7 @@
 
 #include "platform/ui/application.h"
 #include "platform/ui/controls/map_view.h"
+#include "platform/ui/tree/layer_view.h"
 
 namespace ui {
 
@@ -87,11 +88,19 @@ std::string dump(const Window& window) {
   std::string page, progressPart, toastPart, dialogPart;
   std::string* part = &page;
   int base = 0;
+  const View* layer = nullptr;  // in front of the page, and being told
+  int layerDepth = 0;
   window.visitVisible([&](const Visible& seen) {
-    if (&seen.view == &overlay) return true;
-    if (seen.view.parent() == &overlay) {
-      base = seen.depth - 1;
+    if (layer && seen.depth <= layerDepth) {
+      layer = nullptr;
       part = &page;
+      base = 0;
+    }
+    if (dynamic_cast<const LayerView*>(&seen.view)) return true;
+    if (seen.view.parent() == &overlay || Hud::isLayer(seen.view)) {
+      layer = &seen.view;
+      layerDepth = seen.depth;
+      base = seen.depth - 1;
       if (&seen.view == progress) {
         part = &progressPart;
         *part += "overlay " + quoted(app->hud().progressText()) + '\n';

@@ -197,7 +197,7 @@ void View::removeFromParent() {
 void View::leaveParent() {
   if (!parent_) return;
   const Ref<View> pin(this);
-  if (auto* a = app(); a && a->focus().within(*this)) a->focus().set(nullptr);
+  if (auto* a = app(); a && a->focus().within(*this)) a->focus().lose();
   View* parent = std::exchange(parent_, nullptr);
   if (!parent) return;  // whoever lost the focus removed it
   std::erase(parent->children_, pin);
@@ -209,7 +209,7 @@ void View::leaveParent() {
 void View::removeAllSubviews() {
   if (children_.empty()) return;
   if (auto* a = app(); a && a->focus().within(*this) && a->focus().view() != this)
-    a->focus().set(nullptr);
+    a->focus().lose();
   auto former = std::move(children_);
   children_.clear();
   index_.reset();

@@ -127,6 +127,11 @@ class View : public platform::Shared {
   virtual bool typed(std::string_view /*utf8*/) { return false; }
   // The on-screen keyboard comes up for it.
   virtual bool wantsKeyboard() const { return false; }
+  // Page Up, Page Down, Home and End: whether they move what is inside, and the move.
+  virtual bool scrollsByKeys() const { return false; }
+  virtual void scrollByKey(Key /*key*/) {}
+  // A press stays while the finger is near, as on a button; else it goes once it moves.
+  virtual bool holdsPress() const { return false; }
   // Arrow keys and the like while focused; true when used.
   virtual bool adjust(int /*steps*/) { return false; }
 
@@ -155,6 +160,9 @@ class View : public platform::Shared {
   // focus and assistive technology.
   bool modal() const { return flag(Modal); }
   void setModal(bool modal);
+  // The one among its neighbours that is shown elsewhere, as the menu's row of a page.
+  bool current() const { return flag(Current); }
+  void setCurrent(bool current) { setFlag(Current, current, Change::Accessibility); }
   // What a control or text input holds, as it is read aloud.
   virtual std::string accessibleValue() const { return {}; }
 
@@ -193,6 +201,7 @@ class View : public platform::Shared {
     Animated = 256,
     Modal = 512,
     AccessibilityHidden = 1024,
+    Current = 2048,
   };
   bool flag(Flag f) const { return (flags_ & f) != 0; }
   void setFlag(Flag f, bool on, Change what);

@@ -86,6 +86,7 @@ enum class Key {
   PageDown,
   Home,
   End,
+  Menu,
 };
 
 // What a view does with a key while it has the focus.

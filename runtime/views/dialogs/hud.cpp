@@ -54,8 +54,11 @@ void iHUD::Progress::setText(const Value& message) {
   if (shown_) shown_->show(message);
 }
 
+iHUD::Progress::Progress(Ref<Shown> shown) : shown_(std::move(shown)) { ++shown_->guards; }
+
 void iHUD::Progress::hide() {
-  if (const auto shown = std::exchange(shown_, nullptr)) shown->hide();
+  if (const auto shown = std::exchange(shown_, nullptr); shown && --shown->guards == 0)
+    shown->hide();
 }
 
 }  // namespace kes

@@ -25,7 +25,7 @@ class iHUD final : public Object, public ByValue {
   void ProgressDialogShow(const Value& message);             // changes the text if shown
   void ProgressDialogHide();                                 // nothing if not shown
 
-  // Hides the overlay when it goes out of scope, if it is still shown.
+  // Hides the overlay when it goes out of scope, unless another sub still needs it.
   class [[nodiscard]] Progress {
    public:
     Progress(Progress&& o) noexcept : shown_(std::move(o.shown_)) {}
@@ -36,7 +36,7 @@ class iHUD final : public Object, public ByValue {
 
    private:
     friend class iHUD;
-    explicit Progress(Ref<Shown> shown) : shown_(std::move(shown)) {}
+    explicit Progress(Ref<Shown> shown);
     Ref<Shown> shown_;
   };
   Progress progress(const Value& message);
@@ -44,6 +44,7 @@ class iHUD final : public Object, public ByValue {
  private:
   struct Shown final : platform::Shared {
     WeakRef<ui::View> overlay;
+    int guards = 0;  // subs under way: the overlay goes with the last of them
     void show(const Value& message);
     void hide();
   };

@@ -21,13 +21,12 @@ Ref<MessageBox> show(const Ref<Kes>& bi, const Text& prefix, std::string_view su
   if (!app) return box;
   std::vector<std::string> texts;
   for (const Value& button : buttons) texts.push_back(textForm(button));
-  const auto dialog = app->messageBox(
-      textForm(title), textForm(message), texts, [box, suffix = Text(suffix), texts](int index) {
-        const bool known = index >= 0 && static_cast<std::size_t>(index) < texts.size();
-        KesObjectWrapper::raiseUIEvent(*box, suffix,
-                                       {known ? texts[static_cast<std::size_t>(index)] : ""});
-      });
-  dialog->cancelable = texts.empty();  // there must be a way out
+  app->messageBox(textForm(title), textForm(message), texts,
+                  [box, suffix = Text(suffix), texts](int index) {
+                    const bool known = index >= 0 && static_cast<std::size_t>(index) < texts.size();
+                    KesObjectWrapper::raiseUIEvent(
+                        *box, suffix, {known ? texts[static_cast<std::size_t>(index)] : ""});
+                  });
   return box;
 }
 
