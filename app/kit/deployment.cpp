@@ -1,5 +1,7 @@
 #include "app/kit/deployment.h"
 
+#include "runtime/net/string_utils.h"
+
 #include VARLO_DEPLOYMENT_FILE
 
 namespace varlo::deployment {
@@ -32,7 +34,12 @@ Text graph(std::string_view path) { return hosts().graph + Text(path); }
 Text facebook(std::string_view page) { return hosts().facebook + "/" + Text(page); }
 Text townHall(std::string_view path) { return hosts().web + Text(path); }
 Text actsPortal(std::string_view path) { return hosts().acts + Text(path); }
-Text mapsLink(std::string_view query) { return hosts().maps + "/?q=" + Text(query); }
+// The query comes from a document: what is no coordinate or name is escaped.
+Text mapsLink(std::string_view query) {
+  const Text escaped = kes::iStringUtils::EncodeUrl(query, "UTF8");
+  return hosts().maps + "/?q=" + escaped.Replace("%2C", ",");
+}
+
 Text appStorePage() { return values::kAppStorePage; }
 Text pushBroker() { return values::kPushBroker; }
 Text pushPrefix() { return values::kPushPrefix; }

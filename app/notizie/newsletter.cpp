@@ -52,7 +52,7 @@ Resumable<> kes_main::_newsletter_feed(Text address) {
   const auto progress = _hd.progress("Caricamento...");
   const auto job = co_await fetch(address, kUserAgent);
   if (!job->_success) co_return noConnection();
-  web.LoadHtml(job->_getstring());
+  web.LoadHtml(job->_getstring(), address);
 }
 
 }  // namespace varlo

@@ -190,7 +190,7 @@ Resumable<> kes_main::showDocument(Text title, Text path) {
   const auto progress = _hd.progress("Caricamento...");
   const auto job = co_await fetch(documents(path));
   if (!job->_success) co_return noConnection();
-  web.LoadHtml(job->_getstring());
+  web.LoadHtml(job->_getstring(), documents(path));
 }
 
 Resumable<> kes_main::_controlloversione() {

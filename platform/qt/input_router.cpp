@@ -95,6 +95,7 @@ InputRouter::Touched InputRouter::touchedAt(QPointF at) const {
     auto* item = mirror_.itemOf(*view);
     if (!item || !item->takesTouches()) continue;
     touched.any = true;
+    if (!touched.item) touched.item = item;
     touched.ignored = touched.ignored || app->input().ignoresTaps(*view);
     touched.ownsTaps = touched.ownsTaps || item->ownsTaps();
     const auto* scroll = dynamic_cast<const ScrollItem*>(item);
@@ -113,9 +114,11 @@ bool InputRouter::pointer(QPointerEvent& event, ui::PointerPhase phase, int id, 
     // Of a touch that was meant for what was there before, only a scroller may hear.
     toToolkit_ = touched.any && !(touched.ignored && touched.acts);
     ownsTaps_ = touched.ownsTaps;
+    touched_ = touched.item;
     // A finger that stops a list that moves touches nothing in it.
     toTree_ = !touched.moving;
   }
+  if (toToolkit_ && touched_) touched_->userActed();
   const bool swiped = app.input().swiping();
   if (ownsTaps_ && phase == ui::PointerPhase::Ended && !swiped) phase = ui::PointerPhase::Cancelled;
   if (toTree_) stage_.guarded([&] { app.pointer(phase, id, at.x(), at.y()); });
@@ -202,7 +205,10 @@ bool InputRouter::key(QKeyEvent& event) {
   auto* item = focused ? mirror_.itemOf(*focused) : nullptr;
   if (item && item->keyboardItem() && item->keyboardItem()->hasActiveFocus()) {
     const bool editor = dynamic_cast<ui::TextInput*>(focused) != nullptr;
-    if (!key || !leaves(*key, editor)) return false;
+    if (!key || !leaves(*key, editor)) {
+      item->userActed();
+      return false;
+    }
   }
   if (!key) return false;
   bool used = false;

@@ -10,6 +10,7 @@
 
 #include <QEvent>
 #include <QPointF>
+#include <QPointer>
 
 #include "platform/qt/mirror.h"
 #include "platform/ui/application.h"
@@ -32,7 +33,8 @@ class InputRouter {
  private:
   struct Touched {  // what the toolkit has at a place
     bool any = false, ownsTaps = false, moving = false;
-    bool acts = false;     // something else than scroll
+    bool acts = false;  // something else than scroll
+    ViewItem* item = nullptr;
     bool ignored = false;  // the tree ignores taps there
   };
   bool mouse(QMouseEvent& event);
@@ -50,6 +52,7 @@ class InputRouter {
   bool toTree_ = false;     // this gesture is told to the tree
   bool toToolkit_ = false;  // …and to Qt Quick
   bool ownsTaps_ = false;
+  QPointer<ViewItem> touched_;  // the innermost that takes touches
 };
 
 }  // namespace qt

@@ -1,13 +1,10 @@
 #include "platform/ui/application.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <string_view>
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
-#include "platform/ui/controls/text_input.h"
+#include "platform/ui/values/link.h"
 
 namespace ui {
 
@@ -122,18 +119,13 @@ Ref<Dialog> Application::messageBox(std::string title, std::string message,
 }
 
 bool Application::openUrl(const std::string& url) {
-  static constexpr std::array<std::string_view, 4> kSchemes{"http", "https", "tel", "mailto"};
-  std::string scheme = url.substr(0, std::min(url.find(':'), url.size()));
-  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
-                 [](unsigned char c) { return c < 0x80 ? static_cast<char>(std::tolower(c)) : c; });
-  const bool known = url.find(':') != std::string::npos &&
-                     std::find(kSchemes.begin(), kSchemes.end(), scheme) != kSchemes.end();
-  if (!known) {
-    platform::log("Not opened, scheme refused: " + url);
+  const auto clean = outgoingLink(url);
+  if (!clean) {
+    platform::log("Not opened, no address for the outside: " + url);
     return false;
   }
-  lastUrl_ = url;
-  return screen_.openUrl(url);
+  lastUrl_ = *clean;
+  return screen_.openUrl(*clean);
 }
 
 void Application::notify(const Notification& notification) {

@@ -87,7 +87,9 @@ class Application {
                          std::function<void(int)> done);
 
   // --- The platform.
-  bool openUrl(const std::string& url);  // http, https, tel, mailto; others are refused
+  // Through the gate of values/link.h: false where the address may not leave, or the screen
+  // could not open it.
+  bool openUrl(const std::string& url);
   const std::string& lastOpenedUrl() const { return lastUrl_; }
 
   void notify(const Notification& notification);

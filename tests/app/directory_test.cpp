@@ -141,7 +141,7 @@ TEST_F(Directory, ATapDoesWhatTheRowIs) {
       {"Altrove", ""},
       {"Ignoto", ""},
       {"Fax", ""},
-      {"Telefono", "tel:+39 0123"},
+      {"Telefono", "tel:+390123"},
       {"Posta", "mailto:a@b.it"},
       {"Qui", deployment::hosts().maps.str() + "/?q=45.5,-9"}};
   for (const auto& [row, url] : taps) {

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "desk.h"
+#include "platform/base/log.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/web_view.h"
 
@@ -81,6 +82,83 @@ TEST_F(Pages, EveryLinkIsAskedAbout) {
   ASSERT_TRUE(settle());
   EXPECT_EQ(finished, (std::vector<std::string>{"ok http://varlo.test/pagina"}))
       << "none was followed";
+}
+
+TEST_F(Pages, NothingOpensWithoutATapAndNothingByTheEngineItself) {
+  show();
+  web->onOverrideUrl = nullptr;
+  std::vector<std::string> lines;
+  const auto former = platform::setLogSink([&](std::string_view l) { lines.emplace_back(l); });
+  web->loadHtml(R"(<meta http-equiv=refresh content='0;url=http://varlo.test/refresh'>
+    <body style='margin:0;font:20px sans-serif'>
+    <a id=tel style='display:block;height:60px' href='tel:+39%200123'>telefono</a>
+    <a style='display:block;height:60px' href='foo:bar'>foo</a>
+    <a style='display:block;height:60px' href='smb://server/share'>smb</a>
+    <a style='display:block;height:60px' href='file:///etc/passwd'>file</a>
+    <a style='display:block;height:60px' target=_blank href='orari.html'>orari</a>
+    <a style='display:block;height:60px' href='//altro.test/x'>altro</a>
+    <iframe src='foo:frame' style='height:10px'></iframe>
+    <script>
+      window.open('http://varlo.test/popup');
+      document.getElementById('tel').click();
+      setTimeout(() => { location.href = 'http://varlo.test/later'; }, 50);
+      setTimeout(() => { location.href = 'mailto:a@b.it'; host.post('fine'); }, 300);
+    </script></body>)",
+                "https://varlo.test/uffici/pagina.html");
+  ASSERT_TRUE(loop.until([&] { return !messages.empty(); }, 20000));
+  loop.pass(300);
+  EXPECT_EQ(opened, std::vector<std::string>()) << "opened by a script";
+  EXPECT_EQ(web->request().serial, 1U);
+  const std::vector<std::string> expected{"tel:+390123", "", "", "",
+                                          "https://varlo.test/uffici/orari.html"};
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    opened.clear();
+    lines.clear();
+    hand.tap({20, 10 + 60.0 * static_cast<double>(i)});
+    ASSERT_TRUE(loop.until([&] { return !opened.empty() || !lines.empty(); }, 10000)) << i;
+    EXPECT_EQ(opened.empty() ? "" : opened[0], expected[i]) << i;
+  }
+  platform::setLogSink(former);
+  // "//host" follows the page's scheme; allowed by nobody's objection, it is gone to.
+  web->onOverrideUrl = [this](const std::string& url) {
+    asked.push_back(url);
+    return true;
+  };
+  hand.tap({20, 10 + 60.0 * 5});
+  ASSERT_TRUE(loop.until([&] { return !asked.empty(); }, 10000));
+  EXPECT_EQ(asked[0], "https://altro.test/x");
+}
+
+TEST_F(Pages, APlaceInThePageIsScrolledToAndARelativeLinkNeedsAnAddress) {
+  const std::string html = R"(<body style='margin:0;font:20px sans-serif'>
+    <a style='display:block;height:60px' href='#orari'>orari</a>
+    <a style='display:block;height:60px' href='altra.html'>altra</a>
+    <div style='height:3000px'></div><p id=orari>qui</p><div style='height:3000px'></div>
+    <script>onscroll = () => host.post('a ' + Math.round(document.getElementById('orari')
+      .getBoundingClientRect().top))</script></body>)";
+  show();
+  const std::string filler = "<!--" + std::string(3000000, '<') + "-->";  // goes by way of a file
+  for (const auto& [text, base] : {std::pair{html, std::string()},
+                                   {html, std::string("http://varlo.test/pagina")},
+                                   {html + filler, std::string("http://varlo.test/pagina")}}) {
+    messages.clear();
+    asked.clear();
+    web->loadHtml(text, base);
+    ASSERT_TRUE(settle());
+    const auto loads = finished.size();
+    hand.tap({20, 10});
+    ASSERT_TRUE(loop.until([&] { return !messages.empty() && messages.back().size() < 6; }, 10000))
+        << base << text.size();
+    EXPECT_EQ(finished.size(), loads) << "the page was loaded again";
+    EXPECT_TRUE(asked.empty());
+    web->runScript("scrollTo(0, 0)");
+    loop.pass(100);
+    hand.tap({20, 70});
+    loop.until([&] { return !asked.empty(); }, base.empty() ? 300 : 10000);
+    EXPECT_EQ(asked, base.empty() ? std::vector<std::string>()
+                                  : std::vector<std::string>{"http://varlo.test/altra.html"});
+    EXPECT_EQ(finished.size(), loads) << "base " << base << ", " << finished.back();
+  }
 }
 
 TEST_F(Pages, ALinkThatIsAllowedIsFollowedInPlace) {

@@ -18,6 +18,11 @@ WebEngineView {
     signal lost()
 
     function run(script) { web.runJavaScript(script); }
+    function scrollToPlace(name) {
+        web.runJavaScript("(n => { const p = document.getElementById(n) || document.getElementsByName(n)[0];" +
+                          " if (p) p.scrollIntoView(); else if (!n || n === 'top') window.scrollTo(0, 0); })(" +
+                          JSON.stringify(name) + ")");
+    }
     function fit() {
         if (!scalesToFit) {
             zoomFactor = 1;
@@ -52,6 +57,9 @@ WebEngineView {
     settings.errorPageEnabled: false
     settings.showScrollBars: false
     settings.focusOnNavigationEnabled: false
+    // Schemes that the engine would hand to the desktop: those that a hand follows come to
+    // onNavigationRequested, which refuses them all; the rest ends in the engine.
+    settings.unknownUrlSchemePolicy: WebEngineSettings.AllowUnknownUrlSchemesFromUserInteraction
 
     Component.onCompleted: {
         const script = WebEngine.script();
@@ -59,21 +67,27 @@ WebEngineView {
         script.injectionPoint = WebEngineScript.DocumentCreation;
         script.worldId = WebEngineScript.MainWorld;
         script.runsOnSubFrames = false;
-        script.sourceCode = "window.host = { post: m => console.debug('\\u0001post' + m) };";
+        // A link that leads nowhere (relative, on a page without an address) would put an
+        // empty page in this one's place.
+        script.sourceCode = "window.host = { post: m => console.debug('\\u0001post' + m) };" +
+            "addEventListener('click', e => {" +
+            "  const a = e.target.closest && e.target.closest('a[href], area[href]');" +
+            "  if (a && a.protocol === ':') e.preventDefault(); }, true);";
         userScripts.insert(script);
     }
 
     onNavigationRequested: request => {
-        // What the program asked for itself is typed; frames inside a page load freely,
-        // links in them don't.
-        const own = request.navigationType === WebEngineNavigationRequest.TypedNavigation;
-        const inner = !request.isMainFrame && request.navigationType !== WebEngineNavigationRequest.LinkClickedNavigation;
-        if (!own && !inner && !gate.allows(request.url))
+        // What the program asked for itself is typed.
+        const type = request.navigationType;
+        if (type !== WebEngineNavigationRequest.TypedNavigation
+                && !gate.mayGo(request.url, request.isMainFrame,
+                               type === WebEngineNavigationRequest.LinkClickedNavigation,
+                               type === WebEngineNavigationRequest.RedirectNavigation))
             request.reject();
     }
     onNewWindowRequested: request => {
-        if (gate.allows(request.requestedUrl))
-            web.url = request.requestedUrl;
+        if (request.userInitiated)
+            gate.opensWindow(request.requestedUrl);
     }
     onLoadingChanged: info => {
         if (info.status === WebEngineView.LoadSucceededStatus) {

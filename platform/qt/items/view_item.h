@@ -52,6 +52,8 @@ class ViewItem : public PaintedItem {
   virtual QQuickItem* keyboardItem() { return nullptr; }
   // The toolkit's own accessible object for what is inside (text, web page), or null.
   virtual QObject* accessibleInside() { return nullptr; }
+  // The user has touched it or used a key in it.
+  virtual void userActed() {}
   // Something moves by itself or is still to come.
   virtual bool busy() const { return false; }
 

@@ -5,6 +5,7 @@
 #include <QQmlEngine>
 #include <QVariant>
 
+#include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "platform/qt/drawing/colors.h"
 #include "platform/qt/items/qml_parts.h"
@@ -18,6 +19,8 @@ namespace {
 constexpr qsizetype kLongestAddress = 2000000;
 // A page that draws nothing new never says that it has drawn.
 constexpr int kPaintPatience = 1000;
+// What a page does later than that after a touch is its own doing.
+constexpr int kActPatience = 5000;
 
 }  // namespace
 
@@ -114,15 +117,52 @@ void WebItem::loadHtml(const ui::WebView::Request& request) {
   page_->setProperty("url", QUrl::fromLocalFile(large_->fileName()));
 }
 
-bool WebItem::allows(const QUrl& url) {
+bool WebItem::mayGo(const QUrl& url, bool main, bool link, bool redirect) {
+  const QString scheme = url.scheme();
+  const bool web = scheme == QLatin1String("http") || scheme == QLatin1String("https");
+  // Frames load what the page puts into them, but no address of the desktop's.
+  if (!main && !link)
+    return web || scheme == QLatin1String("about") || scheme == QLatin1String("data") ||
+           scheme == QLatin1String("blob") ||
+           (scheme == QLatin1String("file") && page_->property("trustsFiles").toBool());
+  if (main && redirect && !link && web && loading_ && large_ == nullptr) {
+    const auto held = view();
+    // An address that the program asked for may be elsewhere by now.
+    if (held && !static_cast<ui::WebView&>(*held).request().isHtml) return true;
+  }
+  if (main && scrollsTo(url)) return false;
+  return followed(url, false) && main;
+}
+
+void WebItem::opensWindow(const QUrl& url) { followed(url, true); }
+
+// Each touch or key opens one link at most: the rest is the script's own doing.
+bool WebItem::followed(const QUrl& url, bool newWindow) {
+  const std::string address = url.toString(QUrl::FullyEncoded).toStdString();
+  if (!acted_.isValid() || acted_.elapsed() > kActPatience) {
+    platform::log("Not followed, nobody tapped: " + address);
+    return false;
+  }
+  acted_.invalidate();
   const auto held = view();
-  bool allowed = false;
+  bool go = false;
   if (held)
-    stage().guarded([&] {
-      allowed = static_cast<ui::WebView&>(*held).navigationAllowed(
-          url.toString(QUrl::FullyEncoded).toStdString());
-    });
-  return allowed;
+    stage().guarded(
+        [&] { go = static_cast<ui::WebView&>(*held).linkFollowed(address, newWindow); });
+  return go;
+}
+
+// A place in the page, which the engine takes for another page where the html has an
+// address that is not the one it was loaded from.
+bool WebItem::scrollsTo(const QUrl& url) {
+  const auto held = view();
+  if (!held || !url.hasFragment()) return false;
+  const auto& request = static_cast<ui::WebView&>(*held).request();
+  const auto bare = [](QUrl u) { return u.adjusted(QUrl::RemoveFragment); };
+  if (!request.isHtml || bare(url) != bare(QUrl(QString::fromStdString(request.url)))) return false;
+  QMetaObject::invokeMethod(page_.get(), "scrollToPlace",
+                            Q_ARG(QVariant, url.fragment(QUrl::FullyDecoded)));
+  return true;
 }
 
 void WebItem::loaded(bool success, const QUrl& url) {

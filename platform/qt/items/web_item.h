@@ -1,11 +1,13 @@
 // A web view: a page of the browser engine over the view's request. The engine is
 // loaded by the first of these that is seen, after the first frame of the screen. Links
-// go to WebView::navigationAllowed(). Pages may post messages: window.host.post(text).
+// that a hand has followed go to WebView::linkFollowed(); what a page's script opens by
+// itself goes nowhere. Pages may post messages: window.host.post(text).
 //
 // Html with a base of file: may load files and remote addresses; any other html has the
 // rights of its base, or of nothing.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTemporaryFile>
 #include <QTimer>
 #include <QUrl>
@@ -28,8 +30,12 @@ class WebItem final : public ViewItem {
   bool busy() const override { return loading_ || painting_; }
   bool engineStarted() const { return page_ != nullptr; }
 
-  // Asked by the page; answers whether the address may be loaded.
-  Q_INVOKABLE bool allows(const QUrl& url);
+  // Asked by the page, which wants to go elsewhere by itself: whether it may. `main` is the
+  // page itself rather than a frame in it, `link` what was clicked, by a hand or a script.
+  Q_INVOKABLE bool mayGo(const QUrl& url, bool main, bool link, bool redirect);
+  // Asked by the page for a window of its own: there are none, a link opens outside.
+  Q_INVOKABLE void opensWindow(const QUrl& url);
+  void userActed() override { acted_.start(); }
 
  protected:
   void sync(ui::View& view, ui::Change changed) override;
@@ -47,12 +53,15 @@ class WebItem final : public ViewItem {
   bool begin();
   void load(ui::WebView& view);
   void loadHtml(const ui::WebView::Request& request);
+  bool followed(const QUrl& url, bool newWindow);
+  bool scrollsTo(const QUrl& url);
 
   std::unique_ptr<QQuickItem> page_;
   std::unique_ptr<QTemporaryFile> large_;
   QTimer paintGuard_;
   std::uint64_t serial_ = 0;
   bool loading_ = false, painting_ = false, failed_ = false;
+  QElapsedTimer acted_;  // since the user last touched the page, not yet made use of
   std::vector<std::string> scripts_;
 };
 

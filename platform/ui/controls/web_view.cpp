@@ -1,5 +1,9 @@
 #include "platform/ui/controls/web_view.h"
 
+#include "platform/base/log.h"
+#include "platform/ui/application.h"
+#include "platform/ui/values/link.h"
+
 namespace ui {
 
 void WebView::loadHtml(std::string html, std::string baseUrl) {
@@ -48,6 +52,18 @@ bool WebView::navigationAllowed(const std::string& url) {
   Ref<View> pin(this);
   const auto hook = onOverrideUrl;
   return !hook || !hook(url);
+}
+
+bool WebView::linkFollowed(const std::string& url, bool newWindow) {
+  if (!outgoingLink(url)) {
+    platform::log("Not followed, no address for a link: " + url);
+    return false;
+  }
+  Ref<View> pin(this);
+  if (!navigationAllowed(url)) return false;
+  if (!newWindow && schemeOf(url).starts_with("http")) return true;
+  if (auto* app = Application::current()) app->openUrl(url);
+  return false;
 }
 
 void WebView::finished(std::uint64_t serial, bool success, const std::string& url) {

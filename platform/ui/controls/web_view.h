@@ -38,6 +38,9 @@ class WebView : public View {
   // Called by the screen. An address, whether followed from a link or asked for with
   // loadUrl(), is loaded only if this answers true; html given as text isn't asked about.
   bool navigationAllowed(const std::string& url);
+  // A link that the user follows: true when the page itself is to go there. What may leave
+  // the application goes through its gate; nothing else is followed.
+  bool linkFollowed(const std::string& url, bool newWindow);
   void finished(std::uint64_t serial, bool success, const std::string& url);
   // What can be read in the page, if the engine knows; else taken from the html.
   void setPageText(std::string text);

@@ -1,6 +1,7 @@
 #include "runtime/views/app/application_wrapper.h"
 
 #include "platform/ui/application.h"
+#include "platform/ui/values/link.h"
 #include "runtime/core/common.h"
 #include "runtime/views/app/app_delegate.h"
 #include "runtime/views/base/text_form.h"
@@ -48,10 +49,7 @@ bool KesApplicationWrapper::OpenURL(const Value& url) {
 }
 
 bool KesApplicationWrapper::CanOpenURL(const Value& url) const {
-  const Text text = Text(textForm(url)).ToLowerCase();
-  for (const char* scheme : {"http:", "https:", "tel:", "mailto:"})
-    if (text.StartsWith(scheme)) return true;
-  return false;
+  return ui::outgoingLink(textForm(url)).has_value();
 }
 
 void KesApplicationWrapper::RegisterUserNotifications(bool alert, bool badge, bool sound) {

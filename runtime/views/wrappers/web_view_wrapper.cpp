@@ -1,5 +1,6 @@
 #include "runtime/views/wrappers/web_view_wrapper.h"
 
+#include "platform/ui/values/link.h"
 #include "runtime/data/files/file.h"
 #include "runtime/views/base/properties.h"
 #include "runtime/views/base/text_form.h"
@@ -44,6 +45,11 @@ Ref<ui::View> KesWebViewWrapper::build(Ref<ui::View> view, const Dictionary& pro
 }
 
 void KesWebViewWrapper::LoadHtml(const Value& html) { self().loadHtml(textForm(html)); }
+void KesWebViewWrapper::LoadHtml(const Value& html, const Text& address) {
+  const bool web = ui::schemeOf(address.view()).starts_with("http") &&
+                   ui::outgoingLink(address.view()).has_value();
+  self().loadHtml(textForm(html), web ? std::string(address.view()) : std::string());
+}
 void KesWebViewWrapper::LoadUrl(const Value& url) { self().loadUrl(textForm(url)); }
 
 }  // namespace kes

@@ -21,6 +21,9 @@ class KesWebViewWrapper : public ViewWrapper<KesWebViewWrapper, ui::WebView> {
   // A text from outside has no address: it reaches no file, and relative links in it
   // lead nowhere.
   void LoadHtml(const Value& html);
+  // One that came from an address (http or https): relative links lead where they would
+  // there, "//host" follows its scheme.
+  void LoadHtml(const Value& html, const Text& address);
   void LoadUrl(const Value& url);
   void StopLoading() { self().stopLoading(); }
   Text Url() const { return Text(self().request().url); }
