@@ -60,7 +60,9 @@ int run() {
   platform::PlatformScope scope(platform);
   varlo::setBranding();
   varlo::registerApp();
-  qt::QtScreen screen({});
+  qt::QtScreen::Options options;
+  options.asksWhere = true;
+  qt::QtScreen screen(options);
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
   kes::KesAppDelegate delegate;

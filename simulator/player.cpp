@@ -6,6 +6,7 @@
 #include <map>
 #include <ostream>
 
+#include "platform/ui/controls/map_view.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/dump.h"
 #include "platform/ui/reading/finder.h"
@@ -77,6 +78,11 @@ void Player::tap(const std::string& what, int nth, int line) {
   const auto view = ui::find(window, what, nth);
   if (!view) fail(line, "nothing to tap reads \"" + what + "\"");
   if (!visible(*view, window)) ui::scrollIntoView(*view);
+  if (auto* marker = dynamic_cast<ui::MapMarker*>(view.get())) {
+    // As one looks for a pin: closer, until it can be told from the others.
+    marker->singleOut();
+    phone_.side().settle({}, kIdleTimeout);
+  }
   phone_.application().layoutIfNeeded();
   phone_.side().tap(ui::tapPoint(*view));
 }

@@ -1,6 +1,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "platform/base/utf8.h"
 #include "tools/layout_compiler.h"
 
 namespace layouts {
@@ -16,24 +17,6 @@ bool parseNumber(std::string_view text, T& out, int base = 10) {
   else
     r = std::from_chars(text.data(), end, out);
   return r.ec == std::errc() && r.ptr == end && !text.empty();
-}
-
-void appendUtf8(std::string& out, std::uint32_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | c >> 6);
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | c >> 12);
-    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | c >> 18);
-    out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
-    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
 }
 
 // Takes a text in quotes off the front.
@@ -61,7 +44,7 @@ std::string takeText(std::string_view& rest) {
           close != rest.npos && parseNumber(rest.substr(i + 2, close - i - 2), code, 16);
       if (!good || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))
         throw Error("\\u{...} needs a character's number");
-      appendUtf8(out, code);
+      out += platform::toUtf8(code);
       i = close;
     } else {
       throw Error("only \\n, \\\", \\\\ and \\u{...} can follow a backslash");

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "townhost/embedded.h"
+#include "townhost/hall/news.h"
 #include "townhost/pharmacy_turns.h"
 #include "townhost/school_menus.h"
 
@@ -41,6 +42,7 @@ void publishAll(Documents& documents, const std::string& version) {
                   return turnsDocument(turnsAround(dayAt(occasion.now), turnDays, keys));
                 });
   publishSchools(documents);
+  publishNews(documents);
 }
 
 }  // namespace town

@@ -12,6 +12,8 @@
 #include "townhost/drawn/gallery.h"
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
+#include "townhost/hall/acts.h"
+#include "townhost/hall/newsletters.h"
 #include "townhost/map/map_documents.h"
 #include "townhost/map/tile_painter.h"
 #include "townhost/pizza/pizzerias.h"
@@ -75,6 +77,8 @@ struct TownHost::Parts {
     publishAll(documents, options.version);
     port = engine.start(options.port);
     publishMaps(documents, url());
+    publishNewsletters(documents, url());
+    publishActs(documents, url());
     publishEvents(documents, gallery, url());
     publishRestaurants(documents, gallery, url());
     publishPizzerias(documents, gallery, url());

@@ -10,14 +10,15 @@ using kes::Text;
 
 namespace {
 Hosts& current() {
-  static Hosts h{values::kDocuments, values::kRepository, values::kService,
-                 values::kGraph,     values::kOpenData,   values::kFacebook,
-                 values::kMaps,      values::kTownHall,   values::kActsPortal};
+  static Hosts h{values::kDocuments,  values::kRepository, values::kService, values::kGraph,
+                 values::kOpenData,   values::kFacebook,   values::kMaps,    values::kTownHall,
+                 values::kActsPortal, values::kTiles};
   return h;
 }
 static_assert(std::string_view(values::kGraphToken).size() == 166);
 static_assert(std::string_view(values::kPlacesKey).size() == 39);
 static_assert(std::string_view(values::kMapsKey).size() == 39);
+static_assert(std::string_view(values::kOpenDataToken).size() == 25);
 }  // namespace
 
 const Hosts& hosts() { return current(); }
@@ -25,6 +26,7 @@ const Hosts& hosts() { return current(); }
 void pointEveryServiceAt(const Text& url) {
   auto& h = current();
   h.documents = h.repository = h.service = h.graph = h.openData = h.web = url;
+  h.tiles = url + "/tiles/{z}/{x}/{y}{r}.png";
 }
 
 Text documents(std::string_view path) { return hosts().documents + Text(path); }
@@ -47,5 +49,14 @@ bool plainPushAllowed() { return values::kPlainPush; }
 Text graphToken() { return values::kGraphToken; }
 Text placesKey() { return values::kPlacesKey; }
 Text mapsKey() { return values::kMapsKey; }
+Text openDataToken() { return values::kOpenDataToken; }
+
+Text tiles() { return hosts().tiles; }
+Text tilesAttribution() { return values::kTilesAttribution; }
+const TownOnTheMap& townOnTheMap() {
+  static constexpr TownOnTheMap town{values::kTownLatitude, values::kTownLongitude,
+                                     values::kTownZoom};
+  return town;
+}
 
 }  // namespace varlo::deployment

@@ -23,6 +23,7 @@ struct Hosts {
   kes::Text maps;        // maps that open outside
   kes::Text web;         // the town hall's web site, for the pictures of the news
   kes::Text acts;        // the portal of the acts, whose pages open outside
+  kes::Text tiles;       // the ground of the app's own maps, see tiles()
 };
 
 const Hosts& hosts();
@@ -47,8 +48,19 @@ kes::Text pushBroker();
 kes::Text pushPrefix();
 bool plainPushAllowed();
 
-kes::Text graphToken();  // 166 characters
-kes::Text placesKey();   // 39 characters
-kes::Text mapsKey();     // 39 characters
+kes::Text graphToken();     // 166 characters
+kes::Text placesKey();      // 39 characters
+kes::Text mapsKey();        // 39 characters
+kes::Text openDataToken();  // 25 characters
+
+// The ground of the app's own maps: an address with {z}, {x} and {y} (and {r} for dense
+// screens, {s} for several hosts, {key} for the map key), and whom it is owed to.
+kes::Text tiles();
+kes::Text tilesAttribution();
+// What a map shows first: degrees and a zoom level.
+struct TownOnTheMap {
+  double latitude, longitude, zoom;
+};
+const TownOnTheMap& townOnTheMap();
 
 }  // namespace varlo::deployment

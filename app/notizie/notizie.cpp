@@ -34,8 +34,7 @@ KesCSBuilder teaser(const KesMap& item) {
 
 Text html(const KesMap& item) {
   if (!item.ContainsKey("IMG")) return textOf(item, "Descrizione");
-  const Text picture =
-      deployment::townHall("/upload/varlo/notizie/") + Kes::ObjectToString(item.Get("IMG"));
+  const Text picture = deployment::townHall("/upload/varlo/notizie/") + textOf(item, "IMG");
   return "<img style=\"max-width: 100%;\" src=\"" + picture + "\">" + textOf(item, "Descrizione");
 }
 

@@ -89,6 +89,8 @@ void kes_main::_application_start(Value) {
     text.Initialize().Alignment("ALIGN_LEFT").Font(row.font(kIconSize)).Append(c().Chr(row.icon));
     text.PopAll().Append(row.label);
     _lstmenu->_addtextitemcs(text, row.value);
+    auto& button = _lstmenu->_getitem(_lstmenu->_getsize() - 1)->Panel.view();
+    if (row.spoken) button.setAccessibleName(row.spoken);
   }
 
   _smc.Initialize(menu, _navcontrol, KesPage());

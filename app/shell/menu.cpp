@@ -50,7 +50,7 @@ const MenuRow kMenu[] = {
      [](App& app, const Value& value) { app._storicoatti_apri(value); }},
     {material, 0xE878, " Comune di Varlo", 30,
      [](App& app) { app._fbeventi_scarica("Eventi - Comune di Varlo", "Comune.di.Varlo"); },
-     openEvent},
+     openEvent, "Comune di Varlo, eventi"},
     {material, 0xE878, " Live in Varlo", 31,
      [](App& app) { app._fbeventi_scarica("Eventi - Live in Varlo", "live.in.varlo"); }, openEvent},
     {material, 0xE878, " Sport", 32,  //

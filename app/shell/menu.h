@@ -21,6 +21,8 @@ struct MenuRow {
   void (*open)(kes_main& app);
   // What a tap on a row of the list that it shows does; null where there is nothing to tap.
   void (*tap)(kes_main& app, const kes::Value& value);
+  // What is read aloud, where the label alone would not tell.
+  const char* spoken = nullptr;
 };
 
 std::span<const MenuRow> menu();

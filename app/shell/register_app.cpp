@@ -6,6 +6,7 @@
 #include "app/shell/modules.h"
 #include "components/register_components.h"
 #include "runtime/data/register_data.h"
+#include "runtime/maps/register_maps.h"
 #include "runtime/net/register_net.h"
 #include "runtime/views/register_views.h"
 
@@ -15,6 +16,7 @@ void registerApp() {
   registerData();
   registerNet();
   registerViews();
+  registerMaps();
   registerComponents();
   AppModules::registerAll();
   ClassRegistry::instance().addAll<kes_cinfocitta, _sorttype>();

@@ -7,13 +7,14 @@
 namespace platform {
 
 namespace {
-// Recursive, because a sink may itself log.
+// Recursive, because a sink may itself log; never destroyed, because a thread may log while
+// the process ends.
 std::recursive_mutex& mutex() {
-  static std::recursive_mutex m;
+  static auto& m = *new std::recursive_mutex;
   return m;
 }
 std::function<void(std::string_view)>& sink() {
-  static std::function<void(std::string_view)> s;
+  static auto& s = *new std::function<void(std::string_view)>;
   return s;
 }
 }  // namespace

@@ -51,11 +51,11 @@ MainQueue::MainQueue(const Clock& clock) : clock_(clock), fault_(logFault) { own
 
 MainQueue::~MainQueue() { close(); }
 
-void MainQueue::post(Task task) {
+bool MainQueue::offer(Task& task) {
   std::shared_ptr<const std::function<void()>> waker;
   {
     std::lock_guard lock(mutex_);
-    if (closed_) return;
+    if (closed_) return false;
     // What became due before this was posted runs before it.
     collectDue();
     ready_.push_back(std::move(task));
@@ -64,6 +64,7 @@ void MainQueue::post(Task task) {
     posted_.notify_all();
   }
   if (waker && *waker) (*waker)();
+  return true;
 }
 
 void MainQueue::postAfter(std::int64_t milliseconds, Task task) {

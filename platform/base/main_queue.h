@@ -35,7 +35,9 @@ class MainQueue {
   MainQueue(const MainQueue&) = delete;
   MainQueue& operator=(const MainQueue&) = delete;
 
-  void post(Task task);
+  void post(Task task) { offer(task); }
+  // The same, but leaves the task with the caller when the queue is closed, and says so.
+  bool offer(Task& task);
   void postAfter(std::int64_t milliseconds, Task task);
   // Runs the task on the main thread and returns when it has run; called on the
   // main thread it runs in place. False when the queue was closed first: the task

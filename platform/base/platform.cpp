@@ -1,6 +1,9 @@
 #include "platform/base/platform.h"
 
+#include <atomic>
 #include <cstdlib>
+#include <mutex>
+#include <utility>
 
 #include "platform/base/log.h"
 
@@ -8,6 +11,26 @@ namespace platform {
 
 namespace {
 std::atomic<Platform*> installed{nullptr};
+
+// The queue of the platform in force, for other threads: it may end while they use it.
+struct InstalledQueue {
+  std::mutex mutex;
+  std::shared_ptr<MainQueue> queue;
+
+  std::shared_ptr<MainQueue> get() {
+    std::lock_guard lock(mutex);
+    return queue;
+  }
+  std::shared_ptr<MainQueue> exchange(std::shared_ptr<MainQueue> other) {
+    std::lock_guard lock(mutex);
+    return std::exchange(queue, std::move(other));
+  }
+};
+// Never destroyed: background threads may use it until the process is gone.
+InstalledQueue& installedQueue() {
+  static auto& only = *new InstalledQueue;
+  return only;
+}
 }  // namespace
 
 Platform& current() {
@@ -19,8 +42,23 @@ Platform& current() {
   return *p;
 }
 
-PlatformScope::PlatformScope(Platform& p) : former_(installed.exchange(&p)) {}
+bool offerToMain(MainQueue::Task& task) {
+  if (MainQueue::onMainThread()) {
+    auto* p = installed.load(std::memory_order_acquire);
+    return p && p->mainQueue().offer(task);
+  }
+  const auto queue = installedQueue().get();
+  return queue && queue->offer(task);
+}
 
-PlatformScope::~PlatformScope() { installed.store(former_); }
+void postToMain(MainQueue::Task task) { offerToMain(task); }
+
+PlatformScope::PlatformScope(Platform& p)
+    : former_(installed.exchange(&p)), formerQueue_(installedQueue().exchange(p.queue_)) {}
+
+PlatformScope::~PlatformScope() {
+  installed.store(former_);
+  installedQueue().exchange(std::move(formerQueue_));
+}
 
 }  // namespace platform

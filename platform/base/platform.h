@@ -7,6 +7,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/base/clock.h"
@@ -24,10 +25,13 @@ struct Folders {
 class Platform {
  public:
   Platform(const Clock& clock, Folders folders)
-      : clock_(clock), queue_(clock), folders_(std::move(folders)) {}
+      : clock_(clock), queue_(std::make_shared<MainQueue>(clock)), folders_(std::move(folders)) {}
+  ~Platform() { queue_->close(); }
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
 
   const Clock& clock() const { return clock_; }
-  MainQueue& mainQueue() { return queue_; }
+  MainQueue& mainQueue() { return *queue_; }
   const Folders& folders() const { return folders_; }
 
   // Zone and language of the phone: an IANA zone name and a locale identifier.
@@ -38,12 +42,20 @@ class Platform {
 
  private:
   const Clock& clock_;
-  MainQueue queue_;
+  friend class PlatformScope;
+  // Shared with whoever is posting to it at this moment.
+  const std::shared_ptr<MainQueue> queue_;
   Folders folders_;
 };
 
 // The platform in force. Calling it with none installed ends the program.
 Platform& current();
+
+// Post to the main queue of the platform in force, from any thread. With none installed, or
+// its queue closed, nothing happens: work that outlives the platform ends quietly.
+void postToMain(MainQueue::Task task);
+// The same, but leaves the task with the caller when nobody takes it, and says so.
+bool offerToMain(MainQueue::Task& task);
 
 class PlatformScope {
  public:
@@ -54,6 +66,7 @@ class PlatformScope {
 
  private:
   Platform* former_;
+  std::shared_ptr<MainQueue> formerQueue_;
 };
 
 }  // namespace platform

@@ -12,17 +12,14 @@ void Mirror::update(ui::Application& application) {
   windows_.clear();
   for (const auto& window : application.windows()) {
     if (window->hidden()) continue;
-    window->visitVisible([this](const ui::Visible& seen) {
-      see(seen);
-      return true;
-    });
+    window->visitVisible([this](const ui::Visible& seen) { return see(seen); });
     close(0);
   }
   order(root_, windows_);
   sweep();
 }
 
-void Mirror::see(const ui::Visible& seen) {
+bool Mirror::see(const ui::Visible& seen) {
   close(seen.depth);
   Entry& entry = entries_[&seen.view];
   ui::Change changed = seen.view.takeChanges();
@@ -43,6 +40,7 @@ void Mirror::see(const ui::Visible& seen) {
   item->setOpacity(top ? seen.opacity : seen.opacity / open_.back().opacity);
   item->show(seen, changed, top ? ui::Point{} : open_.back().origin);
   open_.push_back({item, seen.depth, seen.opacity, seen.frame.origin() + item->insideOffset(), {}});
+  return !item->drawsInside();
 }
 
 void Mirror::close(int depth) {

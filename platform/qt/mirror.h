@@ -44,7 +44,7 @@ class Mirror {
     ui::Point origin;                 // of its inside, in window points
     std::vector<ViewItem*> children;  // seen so far, back to front
   };
-  void see(const ui::Visible& seen);
+  bool see(const ui::Visible& seen);  // whether what is in it is wanted too
   void close(int depth);
   void order(QQuickItem& parent, const std::vector<ViewItem*>& children);
   void sweep();

@@ -19,7 +19,10 @@
 #include "platform/ui/values/branding.h"
 
 // Outside of any namespace, as the resource compiler declares it.
-static void loadParts() { Q_INIT_RESOURCE(platform_qt_parts); }
+static void loadParts() {
+  Q_INIT_RESOURCE(platform_qt_parts);
+  Q_INIT_RESOURCE(platform_qt_map);
+}
 
 namespace qt {
 

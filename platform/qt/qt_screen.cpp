@@ -97,6 +97,8 @@ void QtScreen::Parts::setUp() {
     window.requestActivate();
   };
   const auto& size = options.size;
+  stage.position = options.position;
+  stage.asksWhere = options.asksWhere;
   window.setTitle(QString::fromStdString(ui::words().application));
   window.setColor(toQColor(ui::style::kPage));
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));

@@ -9,11 +9,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/qt/qt_process.h"
 #include "platform/ui/screen.h"
 #include "platform/ui/text_engine.h"
+#include "platform/ui/values/geo.h"
 
 class QQuickWindow;
 
@@ -28,6 +30,9 @@ class QtScreen final : public ui::Screen {
     bool resizable = true;
     // Opens an address instead of the desktop; answers whether it could.
     std::function<bool(const std::string& url)> opener;
+    // Where the phone is, once and for all; or else whether the desktop is asked for it.
+    std::optional<ui::GeoPoint> position;
+    bool asksWhere = false;
   };
 
   explicit QtScreen(Options options);

@@ -2,7 +2,8 @@
 //
 // Made on the main thread with whatever the work needs and owned by the work, which calls
 // raise() once, from its own thread. The handler runs later on the main thread, and there too ends
-// what the event held, also when the event was never raised. Throws nothing.
+// what the event held, also when the event was never raised. When the main thread has left,
+// nothing is raised and nothing ended. Throws nothing.
 #pragma once
 
 #include <memory>

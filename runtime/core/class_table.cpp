@@ -50,7 +50,8 @@ void ClassInfo::index() {
 }
 
 ClassRegistry& ClassRegistry::instance() {
-  static ClassRegistry registry;
+  // Never destroyed: work in the background may outlive main().
+  static auto& registry = *new ClassRegistry;
   return registry;
 }
 

@@ -50,7 +50,7 @@ Text KesExceptionWrapper::Message() const {
 }
 
 KesCommon& KesCommon::shared() {
-  static const Ref<KesCommon> only = platform::makeShared<KesCommon>();
+  static auto& only = *new Ref<KesCommon>(platform::makeShared<KesCommon>());
   return *only;
 }
 

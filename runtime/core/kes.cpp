@@ -21,7 +21,7 @@ constinit thread_local bool senderHeld = false;
 
 std::mutex lastErrorMutex;
 Value& lastErrorSlot() {
-  static Value error;
+  static auto& error = *new Value;
   return error;
 }
 
@@ -37,7 +37,8 @@ void Kes::init(Object& target) {
 Ref<Object> Kes::eventsTarget() const { return target_.lock(); }
 
 Kes& Kes::shared() {
-  static const Ref<Kes> only = platform::makeShared<Kes>();
+  // Never destroyed: work in the background may outlive main().
+  static auto& only = *new Ref<Kes>(platform::makeShared<Kes>());
   return *only;
 }
 
@@ -102,8 +103,8 @@ Value Kes::raiseEvent(const Ref<Shared>& sender, std::string_view event, Args pa
 }
 
 void Kes::raiseUIEvent(Ref<Shared> sender, Text event, std::vector<Value> params) {
-  platform::current().mainQueue().post([me = Ref<Kes>(this), sender = std::move(sender),
-                                        event = std::move(event), params = std::move(params)] {
+  platform::postToMain([me = Ref<Kes>(this), sender = std::move(sender), event = std::move(event),
+                        params = std::move(params)] {
     // The module may have gone while the event was under way: then so has the event.
     if (me->hears()) me->raiseEvent(sender, event, params);
   });

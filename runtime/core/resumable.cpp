@@ -57,7 +57,7 @@ void Sleep(Kes& bi, Ref<KesResumableSub> rs, std::int64_t milliseconds) {
 }
 
 void ReturnFromResumableSub(Ref<KesResumableSub> rs, Value value) {
-  platform::current().mainQueue().post([rs = std::move(rs), value = nilToNull(std::move(value))] {
+  platform::postToMain([rs = std::move(rs), value = nilToNull(std::move(value))] {
     rs->completed = true;
     // Whoever waited may have gone meanwhile.
     if (const auto waiting = std::exchange(rs->waitForKes, nullptr); waiting && waiting->hears())
@@ -69,8 +69,7 @@ namespace detail {
 
 void ResumableFrame::reportStartError() noexcept {
   if (!error_) return;
-  platform::current().mainQueue().post(
-      [error = std::exchange(error_, nullptr)] { std::rethrow_exception(error); });
+  platform::postToMain([error = std::exchange(error_, nullptr)] { std::rethrow_exception(error); });
 }
 
 void ResumableFrame::resume(Kes* kes, Args params) {

@@ -9,6 +9,7 @@
 #include <limits>
 #include <new>
 
+#include "platform/base/utf8.h"
 #include "runtime/core/exception.h"
 #include "runtime/core/kes.h"
 #include "runtime/core/slab.h"
@@ -102,27 +103,6 @@ class UnitReader {
   char16_t low_ = 0;
 };
 
-void appendUtf8(std::string& out, char32_t c) {
-  const auto tail = [&](int shift) {
-    out.push_back(static_cast<char>(0x80 | ((c >> shift) & 0x3F)));
-  };
-  if (c < 0x80) {
-    out.push_back(static_cast<char>(c));
-  } else if (c < 0x800) {
-    out.push_back(static_cast<char>(0xC0 | c >> 6));
-    tail(0);
-  } else if (c < 0x10000) {
-    out.push_back(static_cast<char>(0xE0 | c >> 12));
-    tail(6);
-    tail(0);
-  } else {
-    out.push_back(static_cast<char>(0xF0 | c >> 18));
-    tail(12);
-    tail(6);
-    tail(0);
-  }
-}
-
 std::u16string toUtf16(std::string_view s) {
   std::u16string out;
   if (allAscii(s)) {
@@ -190,7 +170,7 @@ Text Text::fromUtf16(std::u16string_view units) {
     char32_t c = units[i];
     if (U16_IS_LEAD(c) && i + 1 < units.size() && U16_IS_TRAIL(units[i + 1]))
       c = U16_GET_SUPPLEMENTARY(c, units[++i]);
-    appendUtf8(out, c);
+    out += platform::toUtf8(c);
   }
   return Text(out);
 }

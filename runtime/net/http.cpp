@@ -92,9 +92,8 @@ void KesHttp::start(const Ref<Kes>& bi, const Text& eventPrefix, bool trustAll) 
   configuration.userAgent = "Runtime/" + platform.bundleVersion;
   configuration.trustAll = trustAll;
   delegate_ = std::make_shared<Delegate>(*this, bi, eventPrefix.ToLowerCase());
-  session_ = std::make_unique<platform::UrlSession>(
-      std::move(configuration), delegate_,
-      [&queue = platform.mainQueue()](auto turn) { queue.post(std::move(turn)); });
+  session_ = std::make_unique<platform::UrlSession>(std::move(configuration), delegate_,
+                                                    platform::postToMain);
 }
 
 void KesHttp::Initialize(const Ref<Kes>& bi, const Text& eventPrefix) {

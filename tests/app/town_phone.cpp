@@ -77,6 +77,13 @@ std::string TownTest::dialogText() const {
   return dialogs.empty() ? "" : dialogs.back()->title + ": " + dialogs.back()->message;
 }
 
+Trace TownTest::asked(std::string_view path) {
+  Trace all;
+  for (const auto& request : host.requests().all())
+    if (request.path.starts_with(path)) all.push_back(request.path);
+  return all;
+}
+
 bool TownTest::temporaryFilesGo() {
   return phone.test.runUntil([this] {
     std::error_code gone;  // a file may go while it is looked at

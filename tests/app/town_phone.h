@@ -61,6 +61,8 @@ class TownTest : public testing::Test {
   std::string dialogText() const;  // title and message of the dialog shown, or nothing
   const std::string& opened() const { return phone.app.lastOpenedUrl(); }
   std::string toast() { return phone.app.hud().toastText(); }
+  // The requests that went to a path, with their queries, in the order in which they came.
+  Trace asked(std::string_view path);
   // True when no temporary file is left, at once or as soon as the session has tidied up.
   bool temporaryFilesGo();
 

@@ -9,6 +9,7 @@
 #include "runtime/core/common.h"
 #include "runtime/data/dates/platform_date.h"
 #include "runtime/data/files/file.h"
+#include "runtime/data/serialized/random_access_file.h"
 
 namespace fs = std::filesystem;
 using kes::File;
@@ -83,10 +84,31 @@ TEST_F(FilesTest, AssetsAreReadOnlyAndLowerCase) {
     EXPECT_EQ(failureOf([&] { File().Copy(documents(), "Logo.PNG", dir, "new"); }), rule);
     EXPECT_EQ(failureOf([&] { File().SetExcludeFromBackup(dir, "logo.png", true); }), rule);
   }
-  EXPECT_FALSE(File().Exists(assets(), "new"));
-  // Writing a text is not held up by the rule, only by the folder itself.
-  File().WriteString(assets(), "NEW.txt", "x");
-  EXPECT_EQ(get(assets(), "new.txt"), "x");
+  // Elsewhere among the assets, and for what has no part in the rule, they are like a disk
+  // that may only be read, though this one could be written.
+  const Text inside = KesFile::Combine(assets(), "maps"),
+             roundabout = KesFile::Combine(documents(), "../assets");
+  TestPlatform::write(at(inside, "a"), "a");
+  const std::string disk = ": Read-only file system";
+  kes::KesRandomAccessFile random;
+  for (const Text& dir : {inside, roundabout}) {
+    EXPECT_THAT(failureOf([&] { File().OpenOutput(dir, "new", false); }), HasSubstr(disk));
+    EXPECT_THAT(failureOf([&] { File().Copy(documents(), "Logo.PNG", dir, "a"); }),
+                HasSubstr(disk));
+    EXPECT_THAT(failureOf([&] { random.Initialize(dir, "a", false); }), HasSubstr("not found"));
+    File().Delete(dir, "a");
+    EXPECT_THAT(kes::KesCommon::shared().LastException().Message().str(), HasSubstr(disk));
+  }
+  EXPECT_THAT(failureOf([&] { random.Initialize(assets(), "logo.png", false); }),
+              HasSubstr("not found"));
+  random.Initialize(assets(), "Logo.png", true);
+  for (const Text& dir : {assets(), inside, roundabout}) {
+    EXPECT_THAT(failureOf([&] { File().WriteString(dir, "new", "x"); }),
+                testing::AllOf(StartsWith("Error writing file: "), HasSubstr(disk)));
+    EXPECT_THAT(failureOf([&] { File().MakeDir(dir, "new"); }), HasSubstr(disk));
+  }
+  EXPECT_EQ(File().ListFiles(assets()).Size(), 2);
+  EXPECT_EQ(textsOf(File().ListFiles(inside)), std::vector<std::string>{"a"});
 }
 
 TEST_F(FilesTest, VirtualAssetsTakeThePlaceOfTheFolderAndItsRule) {
@@ -178,6 +200,12 @@ TEST_F(FilesTest, NamesDoNotLeadOutOfTheirFolder) {
     EXPECT_THAT(failureOf([&] { File().MakeDir(inner, name); }), HasSubstr(out));
     EXPECT_THAT(failureOf([&] { File().Copy(documents(), "own", inner, name); }), HasSubstr(out));
     EXPECT_THAT(failureOf([&] { File().SetExcludeFromBackup(inner, name, true); }), HasSubstr(out));
+    // Nor is anything read there: it could be on its way to somebody.
+    EXPECT_THAT(failureOf([&] { File().OpenInput(inner, name); }), HasSubstr(out));
+    EXPECT_THAT(failureOf([&] { File().ReadString(inner, name); }), HasSubstr(out));
+    EXPECT_THAT(failureOf([&] { File().Size(inner, name); }), HasSubstr(out));
+    EXPECT_THAT(failureOf([&] { File().Copy(inner, name, documents(), "copy"); }), HasSubstr(out));
+    EXPECT_FALSE(File().Exists(inner, name));
     File().Delete(inner, name);
     EXPECT_THAT(kes::KesCommon::shared().LastException().Message().str(), HasSubstr(out));
   }

@@ -1,3 +1,4 @@
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -152,12 +153,6 @@ TEST_F(JsonTest, RefusesWhatIsNoJson) {
       {R"(["\u12"])", "An escape needs four hexadecimal digits (at character 4)"},
       {R"(["\u12g4"])", "An escape needs four hexadecimal digits (at character 4)"},
       {R"(["\u-123"])", "An escape needs four hexadecimal digits (at character 4)"},
-      {R"(["\ud800"])", "Half of a surrogate pair stands alone (at character 2)"},
-      {R"(["\ud800x"])", "Half of a surrogate pair stands alone (at character 2)"},
-      {R"(["\ud800\n"])", "Half of a surrogate pair stands alone (at character 2)"},
-      {R"(["\ud800\ud800"])", "Half of a surrogate pair stands alone (at character 2)"},
-      {R"(["\udc00"])", "Half of a surrogate pair stands alone (at character 2)"},
-      {R"(["\udc00\ud800"])", "Half of a surrogate pair stands alone (at character 2)"},
       {"[1] // remark", "The text ends too early, or goes on too long (at character 13)"},
       {"[/**/1]", "A value is expected (at character 1)"},
       {"[1\v]", "A comma or a closing bracket is missing (at character 2)"},
@@ -170,6 +165,31 @@ TEST_F(JsonTest, RefusesWhatIsNoJson) {
   const Text half = Text("[\"") + Text("😀").SubString2(0, 1) + Text("\"]");
   EXPECT_THAT(failureOf([&] { parsed(half.view()); }),
               StartsWith("Error parsing string: A string is not UTF-8"));
+}
+
+// Symptom: one clipped emoji in a post cost the whole list of posts.
+TEST_F(JsonTest, AHalfOfAPairIsReplacedAndCostsNothingElse) {
+  const struct {
+    const char* escaped;
+    const char* text;
+  } cases[] = {
+      {R"(\ud83d\ude00)", "😀"},
+      {R"(Festa \ud83d)", "Festa \uFFFD"},
+      {R"(\ud83d, a lungo, a lungo)", "\uFFFD, a lungo, a lungo"},
+      {R"(\ud83d\n)", "\uFFFD\n"},
+      {R"(\ude00)", "\uFFFD"},
+      {R"(\ude00\ud83d)", "\uFFFD\uFFFD"},
+      {R"(\ud83d\ud83d\ude00)", "\uFFFD😀"},
+      {R"(\ud83d\u00e8)", "\uFFFDè"},
+      {R"(\udfff\ud800 è)", "\uFFFD\uFFFD è"},
+  };
+  for (const auto& c : cases) {
+    const std::string text = c.escaped;
+    const auto list = KesList::fromBoxed(parsed("[\"" + text + "\",{\"" + text + "\":1},2]"));
+    EXPECT_EQ(list.Get(0), Value(c.text)) << text;
+    EXPECT_EQ(KesMap::fromBoxed(list.Get(1)).Get(c.text), Value(1)) << text;
+    EXPECT_EQ(list.Get(2), Value(2)) << text;
+  }
 }
 
 TEST_F(JsonTest, NumbersAreTheOnesInTheText) {
@@ -312,6 +332,28 @@ TEST_F(JsonTest, WhiteSpaceAndByteOrderMark) {
   }
 }
 
+// The text with each escape of half a pair, which the other reader refuses, as "\\ufffd".
+std::string withoutHalves(std::string text) {
+  const auto unitAt = [&](std::size_t i) -> int {
+    unsigned unit = 0;
+    const char* const digits = text.data() + std::min(i + 2, text.size());
+    const char* const end = digits + std::min<std::size_t>(4, text.size() - (digits - text.data()));
+    const bool escaped = text.compare(i, 2, "\\u") == 0 && end - digits == 4 && *digits != '-' &&
+                         std::from_chars(digits, end, unit, 16).ptr == end;
+    return escaped ? static_cast<int>(unit) : -1;
+  };
+  for (std::size_t i = 0; (i = text.find('\\', i)) != text.npos; i += 2) {
+    const int unit = unitAt(i);
+    if (unit < 0xD800 || unit > 0xDFFF) continue;
+    const int next = i + 6 <= text.size() ? unitAt(i + 6) : -1;
+    if (unit < 0xDC00 && next >= 0xDC00 && next <= 0xDFFF)
+      i += 10;
+    else
+      text.replace(i, 6, "\\ufffd");
+  }
+  return text;
+}
+
 // Every prefix, and every other byte at every place: refused or accepted as another
 // reader of JSON does, and read back equal from what the generator makes of it.
 TEST_F(JsonTest, DamagedTextsAreJudgedAsOthersDo) {
@@ -324,7 +366,7 @@ TEST_F(JsonTest, DamagedTextsAreJudgedAsOthersDo) {
     } catch (const kes::JsonError& e) {
       EXPECT_LE(e.position, text.size());
     }
-    const auto other = nlohmann::json::parse(text, nullptr, false);
+    const auto other = nlohmann::json::parse(withoutHalves(text), nullptr, false);
     const bool accepted = other.is_structured();
     EXPECT_EQ(tree.isObject(), accepted) << text;
     if (!tree.isObject() || !accepted) return;

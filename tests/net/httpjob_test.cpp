@@ -229,7 +229,10 @@ TEST_F(JobTest, SendsEachVerbWithItsBody) {
   head->_head(town.url() + "/_bytes/7");
   EXPECT_EQ(body(head), "");
   EXPECT_EQ(head->_res->ContentLength(), 7);
-  EXPECT_THROW(feature->job()->_postfile(echo, File().DirDocuments(), "none"), KesException);
+  TestPlatform::write(phone.folders().library + "outside", "secret");
+  for (const char* name : {"none", "../library/outside"})
+    EXPECT_THROW(feature->job()->_postfile(echo, File().DirDocuments(), name), KesException)
+        << name;
 }
 
 TEST_F(JobTest, GivesABodyAsABitmap) {

@@ -1,5 +1,6 @@
 #include "runtime/data/store/key_value_store.h"
 
+#include <filesystem>
 #include <thread>
 
 #include "runtime/data/files/file.h"
@@ -10,6 +11,7 @@ using namespace store_test;
 using kes::kes_keyvaluestore;
 using kes::KesBitmap;
 using kes::KesInputStream;
+using testing_support::TestPlatform;
 
 namespace {
 
@@ -149,6 +151,74 @@ TEST_F(KeyValueStore, ClosesAndOpensAgain) {
   EXPECT_EQ(thrownBy([&] { store->_getsimple("k"); }), "ExecQuery error: the database is closed");
   store->_initialize(recorder->bi(), documents, "infovarlo.db");
   EXPECT_EQ(store->_getsimple("k"), "v");
+}
+
+// Symptom: a damaged file locked the citizen out of the page that keeps its zone there.
+TEST_F(KeyValueStore, ADamagedFileIsSetAsideAndAFreshOneBegun) {
+  namespace fs = std::filesystem;
+  const fs::path folder = documents;
+  store->_putsimple("k", std::string(20000, 'x'));
+  store->_close();
+  const auto good = TestPlatform::read(folder / "infovarlo.db");
+  const auto altered = [&](std::size_t at, std::string_view bytes) {
+    return std::string(good).replace(at, bytes.size(), bytes);
+  };
+  const struct {
+    const char* what;
+    std::string bytes;
+    const char* reason;
+  } cases[] = {
+      {"no database", "Comune di Varlo", "file is not a database"},
+      {"cut off", good.substr(0, 9000), "malformed"},
+      {"a page overwritten", altered(4096, std::string(64, '\xA5')), "database main *** Page"},
+      {"a format to come", altered(44, std::string("\0\0\0\x63", 4)), "unsupported file format"},
+      {"another table", altered(good.find("value NONE"), "other"), "its table is another one"},
+  };
+  const std::string aside = "infovarlo.db.damaged-2017-11-15";
+  int number = 0;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    phone.clearLog();
+    TestPlatform::write(folder / "infovarlo.db", c.bytes);
+    TestPlatform::write(folder / "infovarlo.db-shm", "of the damaged one");
+    const auto name = ++number == 1 ? aside : aside + "-" + std::to_string(number);
+    store->_initialize(recorder->bi(), documents, "infovarlo.db");
+    EXPECT_TRUE(phone.logged("The store infovarlo.db is damaged (")) << phone.lines().size();
+    EXPECT_TRUE(phone.logged(c.reason));
+    EXPECT_TRUE(phone.logged("It was set aside as " + name + "."));
+    EXPECT_EQ(TestPlatform::read(folder / name), c.bytes);
+    EXPECT_EQ(TestPlatform::read(folder / (name + "-shm")), "of the damaged one");
+    EXPECT_EQ(store->_listkeys().Size(), 0);
+    store->_putsimple("k", "fresh");
+    store->_initialize(recorder->bi(), documents, "infovarlo.db");
+    EXPECT_EQ(store->_getsimple("k"), "fresh") << "a sound one stays";
+    store->_close();
+  }
+  // What is only held up is not damaged.
+  kes::KesSQL other;
+  other.Initialize(documents, "infovarlo.db", false);
+  other.BeginTransaction();
+  EXPECT_EQ(thrownBy([&] { store->_initialize(recorder->bi(), documents, "infovarlo.db"); }),
+            "Initialize error: database is locked");
+  other.Rollback();
+  store->_initialize(recorder->bi(), documents, "infovarlo.db");
+  EXPECT_EQ(store->_getsimple("k"), "fresh");
+}
+
+TEST_F(KeyValueStore, IsForItsOwnerOnlyAndLeavesNothingElse) {
+  namespace fs = std::filesystem;
+  const auto file = fs::path(documents) / "infovarlo.db";
+  const auto mine = fs::perms::owner_read | fs::perms::owner_write;
+  EXPECT_EQ(fs::status(file).permissions(), mine);
+  store->_putobject("o", "x");
+  EXPECT_TRUE(fs::is_empty(phone.folders().temporary));
+  fs::permissions(file, fs::perms(0644));
+  store->_initialize(recorder->bi(), documents, "infovarlo.db");
+  EXPECT_EQ(fs::status(file).permissions(), mine);
+  store->_sql1->BeginTransaction();
+  store->_sql1->ExecNonQuery("DELETE FROM main");
+  EXPECT_EQ(fs::status(file.string() + "-journal").permissions(), mine);
+  store->_sql1->Rollback();
 }
 
 TEST_F(KeyValueStore, APutThatFailsIsLoggedAndLeavesTheFormerValue) {

@@ -244,6 +244,22 @@ TEST_F(Sql, StatementsRunWhileResultSetsAreOpen) {
   EXPECT_EQ(single("SELECT group_concat(a) FROM t"), Value("3"));
 }
 
+// Symptom: each statement of a batch waited for open rows anew, and the main thread for all.
+TEST_F(Sql, ABatchWaitsForOpenRowsOnce) {
+  insert({1, "a"});
+  auto rows = sql->ExecQuery("SELECT a FROM t");
+  ASSERT_TRUE(rows.NextRow());
+  sql->limits.openResultSets = 200ms;
+  for (int i = 0; i < 20; ++i) sql->AddNonQueryToBatch("INSERT INTO t VALUES(1, 2)", {});
+  const platform::SystemClock clock;
+  const auto begun = clock.monotonic();
+  sql->ExecNonQueryBatch(recorder->bi(), "x");
+  ASSERT_TRUE(waitForEvents(1));
+  insert({2, "main"});
+  EXPECT_LT(clock.monotonic() - begun, 1000) << "one wait of 200 ms, not 22";
+  EXPECT_EQ(single("SELECT count(*) FROM t"), Value("22"));
+}
+
 TEST_F(Sql, BatchesAndQueriesReportInTheirOrder) {
   const auto arguments = KesList::of({1, "one"});
   sql->AddNonQueryToBatch("INSERT INTO t VALUES(?, ?)", arguments);

@@ -126,6 +126,17 @@ TEST_F(StoreFaults, WhatWasReportedStoredSurvivesAKill) {
   }
 }
 
+// Symptom: a program that ended while a conversion or a batch was under way was aborted.
+TEST_F(StoreFaults, AProgramMayEndWhileWorkIsUnderWay) {
+  for (int run = 0; run < 10; ++run) {
+    Writer writer("leaves", folder);
+    EXPECT_THAT(writer.allLines(),
+                testing::ElementsAre("leaving", testing::HasSubstr("instance released")))
+        << "run " << run;
+    EXPECT_EQ(writer.wait(), 0) << "run " << run;
+  }
+}
+
 TEST_F(StoreFaults, AFullDiskCostsOnlyTheNewValue) {
   opened()->_putsimple("k", "former");
   opened()->_putobject("o", "former object");

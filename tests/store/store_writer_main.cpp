@@ -6,6 +6,7 @@
 //   store_writer full FOLDER      puts large values where files may not grow
 //   store_writer readonly FOLDER  puts as a user who may not write there
 //   store_writer absent FOLDER    opens a store that is not there, as that user
+//   store_writer leaves FOLDER    ends while conversions and a batch are under way
 #include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@
 #include "runtime/core/array.h"
 #include "runtime/data/files/file.h"
 #include "runtime/data/register_data.h"
+#include "runtime/data/serialized/serializer.h"
 #include "runtime/data/store/key_value_store.h"
 
 namespace {
@@ -53,7 +55,33 @@ void becomeNobody() {
   if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) ::_exit(4);
 }
 
+class Listener final : public kes::KesClass {
+ public:
+  void _initialize() { initializeClassModule(); }
+};
+
+// Work for the background that is not done when main returns, and objects of the main
+// thread that it holds.
+void leave(const std::string& folder) {
+  const auto listener = kes::make<Listener>();
+  listener->_initialize();
+  std::vector<kes::Value> rows(20000, kes::Value("Via Giuseppe Garibaldi"));
+  const auto list = kes::KesList::of(rows);
+  const auto serializer = platform::makeShared<kes::KesSerializator>();
+  for (int i = 0; i < 8; ++i) serializer->ConvertObjectToBytesAsync(listener->bi(), list, "x");
+  const auto sql = platform::makeShared<kes::KesSQL>();
+  sql->Initialize(folder, "leaves.db", true);
+  sql->AddNonQueryToBatch("CREATE TABLE IF NOT EXISTS t(a)", {});
+  for (int i = 0; i < 200; ++i) sql->AddNonQueryToBatch("INSERT INTO t VALUES(1)", {});
+  sql->ExecNonQueryBatch(listener->bi(), "x");
+  say("leaving");
+}
+
 int run(const std::string& mode, const std::string& folder) {
+  if (mode == "leaves") {
+    leave(folder);
+    return 0;
+  }
   if (mode == "readonly" || mode == "absent") becomeNobody();
   const auto store = kes::make<kes_keyvaluestore>();
   try {

@@ -206,13 +206,27 @@ TEST_F(Map, ReportsOfAnEarlierCameraArePassedOver) {
   EXPECT_EQ(map->camera(), (MapCamera{{45, 10}, 12}));
 }
 
-TEST_F(Map, AMarkerInAClusterIsSingledOutBeforeItIsTapped) {
-  const auto a = add(0, 0, "uno"), b = add(0.00001, 0, "due");
-  map->ground().setAlone({1});
+TEST_F(Map, AMarkerIsSingledOutOfItsClusterFromUnderAWindowAndFromUnderItsLike) {
+  const auto a = add(0, 0, "uno"), b = add(0.003, 0, "due"), c = add(0.005, 0, "tre"),
+             same = add(0.005, 0, "stesso posto"), far = add(0.03, 0, "lontano");
+  phone.pump.drain();
+  map->ground().setAlone({1, 2, 3, 4});
   map->ground().singleOut(*b);
-  EXPECT_EQ(map->camera().zoom, 15);
+  EXPECT_EQ(map->camera().zoom, 15) << "it lies free";
   map->ground().singleOut(*a);
   EXPECT_EQ(map->camera(), (MapCamera{a->position(), 18}));
+  map->setCamera({kCentre, 15}, false);
+  map->ground().setAlone({0, 1, 2, 3, 4});
+  map->open(b.get());
+  map->ground().singleOut(*same);
+  EXPECT_EQ(map->openMarker(), nullptr) << "its window lay over it";
+  EXPECT_EQ(map->camera().zoom, 15);
+  map->ground().singleOut(*c);
+  tap(*c);
+  EXPECT_EQ(map->openMarker(), c.get());
+  map->ground().singleOut(*far);
+  tap(*far);
+  EXPECT_EQ(map->openMarker(), far.get());
 }
 
 }  // namespace

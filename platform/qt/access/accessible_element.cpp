@@ -6,6 +6,7 @@
 
 #include "platform/qt/mirror.h"
 #include "platform/ui/controls/indicators.h"
+#include "platform/ui/controls/map_view.h"
 #include "platform/ui/controls/text_input.h"
 #include "platform/ui/reading/finder.h"
 
@@ -52,6 +53,8 @@ QAccessible::Role roleOf(ui::Role role) {
       return QAccessible::AlertMessage;
     case ui::Role::Status:
       return QAccessible::StatusBar;
+    case ui::Role::Map:
+      return QAccessible::Grouping;
     case ui::Role::None:
       break;
   }
@@ -219,7 +222,10 @@ QAccessible::State ElementAccessible::state() const {
   state.focused = held->isFocused();
   state.pressed = held->pressed();
   state.modal = held->modal();
-  state.offscreen = !tree_.mirror().itemOf(*held);
+  // What is on a map has no item of its own.
+  const auto* ground = dynamic_cast<const ui::MapGround*>(held->parent());
+  state.offscreen =
+      ground ? !ground->bounds().intersects(held->frame()) : !tree_.mirror().itemOf(*held);
   if (const auto* toggle = dynamic_cast<ui::Switch*>(held.get())) {
     state.checkable = true;
     state.checked = toggle->on();

@@ -7,6 +7,7 @@
 #include "platform/qt/items/image_item.h"
 #include "platform/qt/items/indicator_items.h"
 #include "platform/qt/items/label_item.h"
+#include "platform/qt/items/map_item.h"
 #include "platform/qt/items/scroll_item.h"
 #include "platform/qt/items/web_item.h"
 
@@ -49,6 +50,7 @@ std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view) {
   if (dynamic_cast<ui::ScrollView*>(&view)) return std::make_unique<ScrollItem>(stage, view);
   if (dynamic_cast<ui::TextInput*>(&view)) return std::make_unique<EditorItem>(stage, view);
   if (dynamic_cast<ui::WebView*>(&view)) return std::make_unique<WebItem>(stage, view);
+  if (dynamic_cast<ui::MapGround*>(&view)) return std::make_unique<MapItem>(stage, view);
   if (dynamic_cast<ui::ActivityIndicator*>(&view))
     return std::make_unique<SpinnerItem>(stage, view);
   if (dynamic_cast<ui::ProgressView*>(&view)) return std::make_unique<ProgressItem>(stage, view);

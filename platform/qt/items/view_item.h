@@ -7,8 +7,10 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "platform/qt/drawing/painted_item.h"
+#include "platform/ui/values/geo.h"
 #include "platform/ui/window.h"
 
 namespace qt {
@@ -25,6 +27,9 @@ struct Stage {
   // Runs what calls into the application; what it throws goes to the main queue's
   // fault handler, not through the toolkit.
   std::function<void(const std::function<void()>&)> guarded;
+  bool browserStarted = false;           // the browser engine is in the process
+  std::optional<ui::GeoPoint> position;  // where the phone is, for once and all
+  bool asksWhere = false;                // else: whether the desktop is asked
 };
 
 class ViewItem : public PaintedItem {
@@ -48,6 +53,8 @@ class ViewItem : public PaintedItem {
   virtual bool takesTouches() const { return false; }
   // …and makes of them what a tap on the view would.
   virtual bool ownsTaps() const { return false; }
+  // What lies in the view is the item's to draw: the views in it get no items.
+  virtual bool drawsInside() const { return false; }
   // What gets the keyboard while the view is focused; null: the view tree itself.
   virtual QQuickItem* keyboardItem() { return nullptr; }
   // The toolkit's own accessible object for what is inside (text, web page), or null.

@@ -43,6 +43,7 @@ bool WebItem::begin() {
   page_ = stage().parts.make(QStringLiteral("WebPage"));
   failed_ = !page_;
   if (failed_) return false;
+  stage().browserStarted = true;
   page_->setProperty("gate", QVariant::fromValue<QObject*>(this));
   connect(page_.get(), SIGNAL(loaded(bool, QUrl)), this, SLOT(loaded(bool, QUrl)));
   connect(page_.get(), SIGNAL(painted()), this, SLOT(painted()));

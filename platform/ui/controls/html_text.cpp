@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/base/utf8.h"
 #include "platform/ui/controls/web_view.h"
 
 namespace ui {
@@ -11,23 +12,8 @@ namespace ui {
 namespace {
 
 void appendUtf8(std::string& out, unsigned long c) {
-  const auto put = [&out](unsigned long byte) { out += static_cast<char>(byte); };
-  if (c == 0 || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
-  if (c < 0x80) {
-    put(c);
-  } else if (c < 0x800) {
-    put(0xC0 | c >> 6);
-    put(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    put(0xE0 | c >> 12);
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
-  } else {
-    put(0xF0 | c >> 18);
-    put(0x80 | (c >> 12 & 0x3F));
-    put(0x80 | (c >> 6 & 0x3F));
-    put(0x80 | (c & 0x3F));
-  }
+  const bool isCharacter = c != 0 && c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF);
+  out += platform::toUtf8(isCharacter ? static_cast<char32_t>(c) : U'\uFFFD');
 }
 
 constexpr std::array<std::pair<std::string_view, unsigned>, 19> kEntities{{

@@ -55,6 +55,10 @@ void MapMarker::tap(Point) {
   if (auto* g = ground()) g->touchedMarker(*this);
 }
 
+void MapMarker::singleOut() {
+  if (auto* g = ground()) g->singleOut(*this);
+}
+
 void MapMarker::focusChanged(bool) {
   if (auto* g = ground()) g->markChanged(Change::Content);
 }
@@ -85,12 +89,18 @@ void MapInfoWindow::show(const MapMarker& marker) {
 
 Size MapInfoWindow::sizeThatFits(Size limit) const {
   const double most = std::max(1.0, limit.width - 2 * kPadding);
-  const Size t = title_->sizeThatFits({most, 0});
-  const Size s = snippet_->text().empty() ? Size{} : snippet_->sizeThatFits({most, 0});
-  const double width = std::min(most, std::max(t.width, s.width)) + 2 * kPadding;
-  const double height = t.height + (s.height > 0 ? s.height + kInnerGap : 0) + 2 * kPadding;
-  return {std::ceil(std::max(width, style::kTapSize)),
-          std::ceil(std::max(height, style::kTapSize))};
+  // As wide as its longer text in one line, if there is room for it.
+  auto* app = Application::current();
+  double width = 0;
+  for (const Label* label : {title_.get(), snippet_.get()})
+    if (app && !label->text().empty())
+      width = std::max(width, app->text().measure(label->text(), label->font(), 0, 1).width);
+  width = std::min(width, most);
+  const double first = title_->sizeThatFits({width, 0}).height;
+  const double second =
+      snippet_->text().empty() ? 0 : snippet_->sizeThatFits({width, 0}).height + kInnerGap;
+  return {std::ceil(std::max(width + 2 * kPadding, style::kTapSize)),
+          std::ceil(std::max(first + second + 2 * kPadding, style::kTapSize))};
 }
 
 void MapInfoWindow::layoutSubviews() {
@@ -247,8 +257,11 @@ void MapGround::setAlone(std::vector<std::uint32_t> markers) {
   alone_ = std::move(markers);
 }
 
-bool MapGround::standsAlone(const MapMarker& marker) const {
-  return !alone_ || std::binary_search(alone_->begin(), alone_->end(), marker.id());
+// In no cluster, and nothing lies over its middle.
+bool MapGround::liesFree(const MapMarker& marker) {
+  if (alone_ && !std::binary_search(alone_->begin(), alone_->end(), marker.id())) return false;
+  layoutIfNeeded();
+  return hitTest(marker.frame().center()) == &marker;
 }
 
 // --- For the keyboard, for reading, for scripts.
@@ -263,10 +276,15 @@ void MapGround::reveal(View& inside) {
   layoutIfNeeded();
 }
 
-void MapGround::singleOut(const MapMarker& marker) {
-  if (marker.parent() != this || standsAlone(marker)) return;
+void MapGround::singleOut(MapMarker& marker) {
+  if (marker.parent() != this || bounds().empty()) return;
+  reveal(marker);
+  if (open_.get() != &marker && !liesFree(marker)) openWindow(nullptr);
+  if (liesFree(marker)) return;
   moveTo({marker.position(), std::max(camera_.zoom, kSingleOutZoom)}, false);
-  layoutIfNeeded();
+  // Still among others: they stand at the same place.
+  if (!liesFree(marker)) marker.bringToFront();
+  if (window_) window_->bringToFront();
 }
 
 std::vector<View*> MapGround::childrenInReadingOrder() const {

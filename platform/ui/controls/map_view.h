@@ -35,6 +35,8 @@ class MapMarker final : public View {
 
   std::string displayText() const override { return title_; }
   bool takesTap() const override { return true; }
+  // Moves its map until the pin lies free, as one who looks for it would.
+  void singleOut();
   // Opens the window; once that is open, what a tap on the window does.
   void tap(Point at) override;
 
@@ -119,8 +121,8 @@ class MapGround final : public View {
 
   // Moves just so far that a marker of this map can be seen.
   void reveal(View& inside) override;
-  // …and zooms in until it has a pin to itself.
-  void singleOut(const MapMarker& marker);
+  // …and that its pin lies free: zoomed in out of its cluster, with no window over it.
+  void singleOut(MapMarker& marker);
   std::vector<View*> childrenInReadingOrder() const override;
   bool canFocus() const override { return false; }
 
@@ -137,7 +139,7 @@ class MapGround final : public View {
   void openWindow(MapMarker* marker);
   void makeRoomForWindow();
   void touchedMarker(MapMarker& marker);
-  bool standsAlone(const MapMarker& marker) const;
+  bool liesFree(const MapMarker& marker);
 
   MapCamera camera_;
   GeoPoint anchor_;  // where the app or a finger left the map: what "nearest" is measured from

@@ -269,8 +269,10 @@ std::int64_t KesDateTime::Add(std::int64_t ticks, std::int32_t years, std::int32
   UErrorCode status = U_ZERO_ERROR;
   auto& cal = *engine_->cal;
   cal.setTime(toUDate(ticks), status);
-  const std::pair<UCalendarDateFields, std::int32_t> units[] = {
-      {UCAL_YEAR, years}, {UCAL_MONTH, months}, {UCAL_DAY_OF_MONTH, days}};
+  // Years and months together, so that a short month cuts the day off once and not twice.
+  const auto allMonths = cutToInt(static_cast<double>(years) * 12 + months);
+  const std::pair<UCalendarDateFields, std::int32_t> units[] = {{UCAL_MONTH, allMonths},
+                                                                {UCAL_DAY_OF_MONTH, days}};
   for (const auto& [field, amount] : units)
     if (amount != 0) cal.add(field, amount, status);
   const UDate sum = cal.getTime(status);

@@ -140,24 +140,22 @@ Ref<Period> kes_dateutils::_periodbetweenhelper(std::int64_t start, std::int64_t
   const int direction = end > start ? 1 : -1;
   const auto beyond = [&](std::int64_t t) { return direction > 0 ? t > end : t < end; };
 
-  std::int64_t cur = start;
+  // Each step is tried from the start, with all that was found before it: as _addperiod will
+  // add them. Step by step 29 February would lose its day on the way and not come to the end.
   std::int64_t days = 0;
   if (!skipYearsAndMonths) {
     const auto y = dates.GetYear(end) - dates.GetYear(start);
-    p->Years = beyond(dates.Add(cur, y, 0, 0)) ? y - direction : y;
-    cur = dates.Add(cur, p->Years, 0, 0);
+    p->Years = beyond(dates.Add(start, y, 0, 0)) ? y - direction : y;
     p->Months = stepsBefore(end, direction, direction, 13,
-                            [&](std::int32_t m) { return dates.Add(cur, 0, m, 0); });
-    cur = dates.Add(cur, 0, p->Months, 0);
+                            [&](std::int32_t m) { return dates.Add(start, p->Years, m, 0); });
   } else {
     const double span = static_cast<double>(minus(end, start)) / static_cast<double>(kDay);
     days = static_cast<std::int64_t>(span - 3.0 * direction);
   }
   p->Days = stepsBefore(end, direction, days + direction, 32,
-                        [&](std::int32_t d) { return dates.Add(cur, 0, 0, d); });
-  cur = dates.Add(cur, 0, 0, p->Days);
+                        [&](std::int32_t d) { return dates.Add(start, p->Years, p->Months, d); });
 
-  const auto rest = minus(end, cur);
+  const auto rest = minus(end, dates.Add(start, p->Years, p->Months, p->Days));
   p->Hours = cut(rest / kHour);
   p->Minutes = cut(rest % kHour / kMinute);
   p->Seconds = cut(rest % kMinute / kSecond);

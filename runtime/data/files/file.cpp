@@ -64,19 +64,32 @@ bool isNamedFolder(std::string_view path) {
   return false;
 }
 
+// Whether the path lies among the assets, by whatever folder and name it was reached.
+bool isAmongAssets(const std::string& path) {
+  const Text assets = File().DirAssets();
+  const auto root = withoutEndSeparators(assets);
+  if (root.empty()) return false;
+  const bool plain = path.find("/.") == std::string::npos && root.find("/.") == root.npos;
+  if (plain && !path.starts_with(root)) return false;
+  const auto rest =
+      fs::path(path).lexically_normal().lexically_relative(fs::path(root).lexically_normal());
+  return !rest.empty() && *rest.begin() != "..";
+}
+
 Path pathOf(std::string_view dir, std::string_view name) {
   Path p{KesFile::Combine(dir, name).str(), {}};
   if (p.text.find('\0') != std::string::npos) {
     p.text.resize(p.text.find('\0'));
     p.error = systemError(p.text, "The name holds a zero byte");
+  } else if (climbsOut(name)) {
+    p.error = systemError(p.text, "The name leads out of its folder");
   }
   return p;
 }
 
 Path pathToWrite(std::string_view dir, std::string_view name) {
   Path p = pathOf(dir, name);
-  if (p.error.empty() && climbsOut(name))
-    p.error = systemError(p.text, "The name leads out of its folder");
+  if (p.error.empty() && isAmongAssets(p.text)) p.error = systemError(p.text, EROFS);
   return p;
 }
 
@@ -394,7 +407,7 @@ void KesFile::WriteString2(std::string_view dir, std::string_view name, std::str
                            std::string_view charset) const {
   constexpr std::string_view kFailed = "Error writing file: %@";
   KesCommon::getEncoding(charset);
-  // Not the rule for writing: assets refuse by being read-only where they lie.
+  // Not the rule for writing: here the assets refuse as a read-only disk would.
   const Path p = pathToWrite(dir, checkAssets(dir, name, false));
   if (!p.error.empty()) raise(kFailed, p.error);
   const auto bytes = encoded(text, charset);

@@ -6,8 +6,9 @@
 // thread. Failures are KesException with an empty name and the text given at each
 // operation, where %@ names the file ("assets/laymenu.kil: No such file or directory").
 // Assets are read-only and stored under lower-case names: "The assets folder is
-// readonly." What writes, deletes or makes refuses, with its own text, a name that
-// climbs out of its folder and the named folders themselves. Sizes are bytes, times are
+// readonly." Every operation refuses, with its own text, a name that climbs out of its
+// folder; what writes, deletes or makes refuses the named folders themselves as well, and
+// whatever lies among the assets. Sizes are bytes, times are
 // ticks.
 #pragma once
 

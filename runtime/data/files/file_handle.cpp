@@ -88,7 +88,7 @@ class DiskFile final : public FileHandle {
 }  // namespace
 
 Ref<FileHandle> openFileHandle(const std::string& path, bool readOnly) {
-  const int fd = ::open(path.c_str(), (readOnly ? O_RDONLY : O_RDWR | O_CREAT) | O_CLOEXEC, 0666);
+  const int fd = ::open(path.c_str(), (readOnly ? O_RDONLY : O_RDWR | O_CREAT) | O_CLOEXEC, 0600);
   if (fd < 0) return nullptr;
   // A folder opens for reading, but holds no bytes.
   struct stat about;

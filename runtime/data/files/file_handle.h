@@ -26,7 +26,8 @@ class FileHandle : public Object {
   virtual void closeFile() = 0;
 };
 
-// A file on disk; null when it cannot be opened. For update it is made when missing.
+// A file on disk; null when it cannot be opened. For update it is made when
+// missing, for this user's eyes only.
 Ref<FileHandle> openFileHandle(const std::string& path, bool readOnly);
 
 }  // namespace kes

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/base/utf8.h"
 #include "runtime/core/array_store.h"
 #include "runtime/core/map.h"
 #include "runtime/core/utf8.h"
@@ -349,29 +350,15 @@ void JsonReader::readEscaped(Cell& out, const char* begin, bool isKey) {
         if (u >= 0xD800 && u < 0xE000) {
           const bool pair = u < 0xDC00 && end_ - p >= 6 && p[0] == '\\' && p[1] == 'u';
           const char32_t low = pair ? readHex(p + 2) : 0;
-          if (low < 0xDC00 || low > 0xDFFF) fail("Half of a surrogate pair stands alone", escape);
-          u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
-          p += 6;
+          if (low >= 0xDC00 && low <= 0xDFFF) {
+            u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
+            p += 6;
+          } else {
+            u = 0xFFFD;  // somebody clipped an emoji: no reason to lose the document
+          }
         }
-        const auto tail = [&](int shift) {
-          scratch_ += static_cast<char>(0x80 | ((u >> shift) & 0x3F));
-        };
         wide |= u >= 0x80;
-        if (u < 0x80) {
-          scratch_ += static_cast<char>(u);
-        } else if (u < 0x800) {
-          scratch_ += static_cast<char>(0xC0 | u >> 6);
-          tail(0);
-        } else if (u < 0x10000) {
-          scratch_ += static_cast<char>(0xE0 | u >> 12);
-          tail(6);
-          tail(0);
-        } else {
-          scratch_ += static_cast<char>(0xF0 | u >> 18);
-          tail(12);
-          tail(6);
-          tail(0);
-        }
+        scratch_ += platform::toUtf8(u);
         break;
       }
       default:

@@ -2,6 +2,7 @@
 
 #include "runtime/data/files/file.h"
 #include "runtime/data/serialized/random_access_file.h"
+#include "runtime/data/store/set_aside.h"
 
 namespace kes {
 
@@ -42,7 +43,25 @@ void kes_keyvaluestore::_initialize(const Ref<Kes>&, const Text& dir, const Text
   initializeClassModule();
   if (_sql1->IsInitialized()) _sql1->Close();
   _sql1->Initialize(dir, fileName, true);
+  if (const auto why = damage(); !why.empty()) {
+    const auto path = _sql1->path();
+    _sql1->Close();
+    const Text kept = setAside(path);
+    KesCommon::Log(formatText("The store %@ is damaged (%@). It was set aside as %@.",
+                              {fileName, Text(why).Replace("\n", " "), kept}));
+    _sql1->Initialize(dir, fileName, true);
+  }
   _createtable();
+}
+
+// Why the store can't be used as it is; empty when it can, or is new.
+std::string kes_keyvaluestore::damage() {
+  auto why = _sql1->damage();
+  if (!why.empty()) return why;
+  const auto columns = _sql1->ExecQuerySingleResult(
+      "SELECT count(*) || ' ' || total(name IN ('key', 'value')) FROM pragma_table_info('main')");
+  const auto found = columns.textView();
+  return found == "0 0.0" || found == "2 2.0" ? "" : "its table is another one";
 }
 
 void kes_keyvaluestore::_close() { _sql1->Close(); }
@@ -113,6 +132,8 @@ void kes_keyvaluestore::_putobject(const Text& key, const Value& object) {
     File().Delete(_tempfolder, _tempfile);
     KesRandomAccessFile file;
     file.Initialize(_tempfolder, _tempfile, false);
+    // It lives on for whoever has it open, and for nobody else.
+    File().Delete(_tempfolder, _tempfile);
     file.WriteKexObject(object, file.CurrentPosition);
     file.Flush();
     const auto length = static_cast<std::int32_t>(file.CurrentPosition);

@@ -18,7 +18,8 @@ class kes_keyvaluestore final : public KesClass {
  public:
   static void describe(ClassBuilder<kes_keyvaluestore>& c);
 
-  // Opens the file, which is made when missing; an open store is closed first.
+  // Opens the file, which is made when missing; an open store is closed first. A damaged one
+  // is set aside under a name with the date, which the log tells, and a fresh one begun.
   void _initialize(const Ref<Kes>& ba, const Text& dir, const Text& fileName);
   void _class_globals() override;
   void _close();
@@ -46,6 +47,7 @@ class kes_keyvaluestore final : public KesClass {
 
  private:
   void _createtable();
+  std::string damage();
   KesResultSet _getcursor(const Text& key);
   void _start(const Text& key);
   void _insertquery(const Text& key, const Value& value);

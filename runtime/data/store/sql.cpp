@@ -1,6 +1,6 @@
 #include "runtime/data/store/sql.h"
 
-#include "platform/base/platform.h"
+#include "platform/base/main_queue.h"
 #include "runtime/core/background_event.h"
 #include "runtime/data/files/file.h"
 
@@ -83,15 +83,24 @@ sqlite::Database& KesSQL::database() const {
   return *db;
 }
 
+std::string KesSQL::damage() {
+  const Locked locked(*this);
+  return named("Initialize", [&] { return db->damage(); });
+}
+
+std::string KesSQL::path() const { return database().path(); }
+
 Ref<KesSQL> KesSQL::cloneMe() const { return platform::makeShared<KesSQL>(*this); }
 
 Ref<KesSQL> KesSQL::self() { return references() ? Ref<KesSQL>(this) : cloneMe(); }
 
 void KesSQL::getLock() {
   auto& database = this->database();
+  // Within a transaction the wait is over: the main thread may be waiting for its end.
+  const bool waited = lock->isMine();
   if (!lock->tryLockFor(limits.lock))
     throw KesException("Error acquiring lock. Make sure that all transactions are closed.");
-  if (database.hasOpenQueries() && !platform::current().mainQueue().isMainThread())
+  if (!waited && database.hasOpenQueries() && !platform::MainQueue::onMainThread())
     database.waitUntilQueriesClose(limits.openResultSets);
 }
 

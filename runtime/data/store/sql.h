@@ -27,6 +27,10 @@ class KesSQL final : public Object {
   bool IsInitialized() const { return db && db->isOpen(); }
   // Waits for the transaction of another thread; what is not committed is lost.
   void Close();
+  // What is wrong with the open file as a whole, empty when it is sound; and where it is.
+  // "Initialize error: %@" when that can't be told now.
+  std::string damage();
+  std::string path() const;
   // A second object on the same database, lock, queue and batch.
   Ref<KesSQL> cloneMe() const;
 

@@ -1,6 +1,9 @@
 #include "runtime/data/store/sqlite_database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -60,6 +63,12 @@ class Database::Loan {
 };
 
 std::shared_ptr<Database> Database::open(const std::string& path, bool create) {
+  // What SQLite makes beside it, journals, takes its permissions from it.
+  const int made = create ? ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600) : -1;
+  if (made >= 0)
+    ::close(made);
+  else
+    ::chmod(path.c_str(), 0600);  // not ours to change, it still opens
   sqlite3* handle = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
   const int code = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
@@ -216,6 +225,26 @@ void Database::rollback() {
   const bool already = inTransaction_ && handle_ && sqlite3_get_autocommit(handle_);
   inTransaction_ = false;
   if (!already) update(kRollback, {}, Arrays::AsText);
+}
+
+std::string Database::damage() {
+  std::lock_guard lock(mutex_);
+  try {
+    const Value found = firstText("PRAGMA integrity_check(1)", {}, Arrays::AsText);
+    if (!found.isText()) return "its check gives no answer";
+    return found.textView() == "ok" ? std::string() : std::string(found.textView());
+  } catch (const Failure& e) {
+    // An error in plain SQL, at a statement without a fault, is one of the file's format.
+    const int code = handle_ ? sqlite3_errcode(handle_) : SQLITE_OK;
+    if (code == SQLITE_NOTADB || code == SQLITE_CORRUPT || code == SQLITE_ERROR) return e.what();
+    throw;
+  }
+}
+
+std::string Database::path() const {
+  std::lock_guard lock(mutex_);
+  const char* name = handle_ ? sqlite3_db_filename(handle_, "main") : nullptr;
+  return name ? name : "";
 }
 
 bool Database::hasOpenQueries() const {

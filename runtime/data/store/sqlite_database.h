@@ -1,5 +1,6 @@
 // The thin access to SQLite: a database, its statements and its open queries.
 //
+// A file that is made is for this user's eyes only, and one that was there becomes so.
 // A Database is shared by whoever runs statements on it and closes with its last owner.
 // All its operations may be called from any thread, one at a time inside. A failure is
 // thrown as sqlite::Failure with SQLite's own message. Statements are kept prepared by
@@ -50,6 +51,11 @@ class Database : public std::enable_shared_from_this<Database> {
   void rollback();
   // Whether beginExclusive() waits for its commit() or rollback().
   bool inTransaction() const;
+
+  // What is wrong with the file as a whole, in SQLite's words; empty when it is sound. A
+  // failure that says nothing about it (it is locked, it can't be read now) is thrown.
+  std::string damage();
+  std::string path() const;
 
   bool hasOpenQueries() const;
   // False when there still are some after that (real) time.

@@ -1,0 +1,156 @@
+// The archive of acts: what a row says, the search, the page of an act and its documents.
+#include "town_phone.h"
+
+namespace varlo {
+namespace {
+
+constexpr const char* kActsPath = "/varlo/storicoattidettjson";
+constexpr const char* kAttachmentsPath = "/varlo/storicoattidettallegatijson";
+constexpr int kActs = 55;
+
+std::string act(const std::string& id, const std::string& more = "") {
+  return R"({"ID":)" + id + R"(,"REG_ANNO":2017,"REG_NUM":12,"ATTO_ANNO":2016.9,"ATTO_NUM":"3",
+    "DATA_REG":"2017-11-05T00:00:00","DATA_DOC":"2017","PROPONENTE":"Giunta",
+    "SOTTOCATEGORIA":"DELIBERA","OGGETTO":"Strade")" +
+         more + "}";
+}
+
+class Acts : public TownTest {
+ protected:
+  void open(const std::string& acts) {
+    publish(kActsPath, acts);
+    choose(kActs);
+    settle();
+  }
+  Trace queries() { return asked(kActsPath); }
+};
+
+TEST_F(Acts, ARowTellsTheRegisterTheDatesAndTheSubject) {
+  launch();
+  open("[" + act("7") + "]");
+  EXPECT_EQ(title(), "Storico Atti Varlo");
+  EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Registro: 2017/12 Atto: 2016/3\n"
+                                              "Data Registro: 05/11/2017 Data documento: \n"
+                                              "Giunta\nDELIBERA\n\nStrade\n"));
+  const auto& label = static_cast<const ui::Label&>(app()._clv->_getpanel(0).GetView(0).view());
+  const auto at = [&](std::string_view part) {
+    return label.attributedText()
+        ->at(static_cast<std::uint32_t>(label.text().find(part)))
+        .font->size();
+  };
+  const std::pair<const char*, double> sizes[] = {
+      {"Registro", 10}, {"Data", 10}, {"Giunta", 10}, {"DELIBERA", 16}, {"Strade", 14}};
+  for (const auto& [part, size] : sizes) EXPECT_EQ(at(part), size) << part;
+}
+
+TEST_F(Acts, BadActsCostTheirOwnRow) {
+  launch();
+  open("[null," + act("1") + R"(,{"ID":2},)" + act("[]") + "," + act("4", R"(,"OGGETTO":{})") +
+       ",7," + act("\"5\"") + "]");
+  EXPECT_EQ(app()._clv->_getsize(), 2);
+  for (const char* line : {"storicoattidettjson, record 1: ", "record 3: \"REG_ANNO\"",
+                           "record 4: \"ID\"", "record 5: \"OGGETTO\"", "record 6: "})
+    EXPECT_TRUE(phone.test.logged(line)) << line;
+  EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Acts, TheSearchSendsTheTextAsItStandsAndOnlyWhenItIsAskedFor) {
+  launch();
+  choose(kActs);
+  settle();
+  EXPECT_EQ(app()._clv->_getsize(), 120);
+  const auto search = [&](const char* text, const char* button) {
+    ASSERT_TRUE(tap("Cerca")) << "the button of the bar";
+    settle();
+    EXPECT_TRUE(shows("Ricerca per oggetto"));
+    EXPECT_EQ(app()._atti_oggetto.Text(), "") << "the field opens empty";
+    app()._atti_oggetto.setText(text);
+    ASSERT_TRUE(tap(button));
+    settle();
+    EXPECT_TRUE(phone.app.dialogs().empty());
+  };
+  search("mensa", "Annulla");
+  EXPECT_EQ(queries().size(), 1u);
+  EXPECT_EQ(app()._clv->_getsize(), 120);
+
+  search("scolastica", "Cerca");
+  EXPECT_THAT(queries().back(), HasSubstr("?oggetto=scolastica"));
+  ASSERT_GT(app()._clv->_getsize(), 0);
+  EXPECT_LT(app()._clv->_getsize(), 120);
+  for (const auto& row : rowsOf(app()._clv)) EXPECT_THAT(row, HasSubstr("scolastica"));
+
+  search("xyz", "Cerca");
+  EXPECT_TRUE(shows("Nessun elemento"));
+
+  const auto sent = queries().size();
+  search("due parole", "Cerca");
+  EXPECT_EQ(queries().size(), sent) << "no address has a blank in it";
+  EXPECT_EQ(toast(), kNoConnection);
+  EXPECT_FALSE(shows("Nessun elemento"));
+}
+
+TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
+  publish(
+      kAttachmentsPath,
+      R"([{"TITOLO":"Testo","LINK":"https://albo.varlo.example/1.pdf"},null,{"TITOLO":"Senza"}])");
+  launch();
+  open("[" + act("20007.9") + "," + act("8") + "]");
+  const auto list = app()._clv;
+  ASSERT_TRUE(tap("Registro"));
+  settle();
+  EXPECT_EQ(title(), "Storico atti - Dettaglio");
+  EXPECT_THAT(asked(kAttachmentsPath).back(), HasSubstr("?id=20007"));
+  EXPECT_TRUE(shows("Elenco documenti:"));
+  EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Testo"));
+  EXPECT_NE(app()._clv, list);
+  ASSERT_TRUE(tap("Testo"));
+  settle();
+  EXPECT_EQ(opened(), "https://albo.varlo.example/1.pdf");
+  ASSERT_TRUE(tap("Sito WEB"));
+  settle();
+  EXPECT_EQ(opened(),
+            deployment::hosts().acts.str() + "/web/albo/storico-atti/-/papca/display/20007");
+
+  // Back on the list: a tap opens an act, and a search fills this list and not the other.
+  app()._navcontrol.RemoveCurrentPage();
+  settle();
+  app()._storicoatti_caricalista("");
+  settle();
+  EXPECT_EQ(list->_getsize(), 2);
+  ASSERT_TRUE(tap("Strade"));
+  settle();
+  EXPECT_EQ(title(), "Storico atti - Dettaglio");
+  EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
+  launch();
+  open("[" + act("7") + "]");
+  host.faults().add(kAttachmentsPath, Fault::status(500));
+  ASSERT_TRUE(tap("Registro"));
+  settle();
+  EXPECT_EQ(title(), "Storico atti - Dettaglio");
+  EXPECT_FALSE(shows("Elenco documenti:"));
+  EXPECT_EQ(toast(), kNoConnection);
+  host.faults().clear();
+  publish(kAttachmentsPath, "[]");
+  app()._navcontrol.RemoveCurrentPage();
+  settle();
+  ASSERT_TRUE(tap("Registro"));
+  settle();
+  EXPECT_TRUE(shows("Elenco documenti:"));
+  EXPECT_TRUE(shows("Nessun elemento"));
+}
+
+TEST_F(Acts, TheSearchButtonGoesWithTheList) {
+  launch();
+  choose(kActs);
+  settle();
+  EXPECT_EQ(app()._home.TopRightButtons().Size(), 1);
+  choose(kPharmacies);
+  settle();
+  EXPECT_EQ(app()._home.TopRightButtons().Size(), 0);
+}
+
+}  // namespace
+}  // namespace varlo

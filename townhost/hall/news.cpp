@@ -1,0 +1,43 @@
+#include "townhost/hall/news.h"
+
+#include "townhost/hall/italian_dates.h"
+#include "townhost/hall/json_text.h"
+#include "townhost/hall/news_items.h"
+
+namespace town {
+
+namespace {
+
+// The town's editors write their articles in this dress.
+const std::string kArticle =
+    "<div style=\"font: 16px/1.5 sans-serif; color: #1E2B31; margin: 4px 6px\">";
+
+std::string newsDocument(CivilDay today) {
+  JsonText json;
+  json.open().key("NewDataSet").open().key("Table").openList();
+  for (const auto& item : newsItems()) {
+    json.open();
+    json.text("Titolo", dated(item.title, today));
+    json.text("DescrizioneBreve", dated(item.brief, today));
+    json.text("IMG", item.picture);
+    json.text("Descrizione", kArticle + dated(item.html, today) + "</div>");
+    json.close();
+  }
+  json.closeList().close().close();
+  return json.take();
+}
+
+}  // namespace
+
+void publishNews(Documents& documents) {
+  documents.add("/varlo/newsvarlo", typeOfPath(".json"),
+                [](const Occasion& occasion) { return newsDocument(dayAt(occasion.now)); });
+  unsigned seed = 0;
+  for (const auto& item : newsItems()) {
+    const Scene scene{item.scene, ++seed, item.evening};
+    documents.add("/upload/varlo/notizie/" + std::string(item.picture), typeOfPath(".png"),
+                  [scene](const Occasion&) { return paint(scene, 800, 450); });
+  }
+}
+
+}  // namespace town
