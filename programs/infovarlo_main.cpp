@@ -23,12 +23,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The user's data folder, by the desktop's convention.
-fs::path dataFolder() {
-  if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/')
-    return fs::path(data) / "infovarlo";
+// One of the user's folders, by the desktop's convention.
+fs::path userFolder(const char* variable, const char* underHome) {
+  if (const char* chosen = std::getenv(variable); chosen && *chosen == '/')
+    return fs::path(chosen) / "infovarlo";
   if (const char* home = std::getenv("HOME"); home && *home == '/')
-    return fs::path(home) / ".local/share/infovarlo";
+    return fs::path(home) / underHome / "infovarlo";
   throw std::runtime_error("no folder for the app's data: HOME is not set");
 }
 
@@ -53,10 +53,11 @@ int run() {
   if (!qt::QtProcess::displayAvailable())
     throw std::runtime_error("no display was found: start it from a desktop session");
   platform::SystemClock clock;
-  const fs::path data = dataFolder();
+  const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
+  const fs::path cache = userFolder("XDG_CACHE_HOME", ".cache");
   platform::Platform platform(
       clock, platform::Folders{platform::assetsFolder(), folder(data / "Documents"),
-                               folder(data / "Library"), folder(data / "tmp")});
+                               folder(data / "Library"), folder(cache / "tmp")});
   platform::PlatformScope scope(platform);
   varlo::setBranding();
   varlo::registerApp();

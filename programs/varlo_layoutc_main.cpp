@@ -5,12 +5,18 @@
 #include <iostream>
 #include <iterator>
 
+#include "programs/tool.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 
+namespace {
+constexpr const char* usage = "usage: varlo-layoutc SOURCE.layout OUTPUT.kil\n";
+}
+
 int main(int argc, char** argv) {
+  if (programs::answered(argc, argv, "varlo-layoutc", usage)) return 0;
   if (argc != 3) {
-    std::cerr << "usage: varlo-layoutc SOURCE.layout OUTPUT.kil\n";
+    std::cerr << usage;
     return 2;
   }
   std::ifstream in(argv[1], std::ios::binary);

@@ -3,12 +3,18 @@
 #include <iostream>
 #include <iterator>
 
+#include "programs/tool.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_printer.h"
 
+namespace {
+constexpr const char* usage = "usage: varlo-layoutdump FILE.kil...\n";
+}
+
 int main(int argc, char** argv) {
+  if (programs::answered(argc, argv, "varlo-layoutdump", usage)) return 0;
   if (argc < 2) {
-    std::cerr << "usage: varlo-layoutdump FILE.kil...\n";
+    std::cerr << usage;
     return 2;
   }
   int status = 0;

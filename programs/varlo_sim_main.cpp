@@ -2,6 +2,7 @@
 #include <exception>
 #include <iostream>
 
+#include "programs/tool.h"
 #include "simulator/phone.h"
 #include "simulator/player.h"
 #include "simulator/tour.h"
@@ -27,6 +28,7 @@ int play(const sim::Options& options, const sim::Script& script) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (programs::answered(argc, argv, "varlo-sim", sim::Options::usage())) return 0;
   try {
     std::vector<std::string> arguments(argv + 1, argv + argc);
     auto options = sim::Options::parse(arguments);

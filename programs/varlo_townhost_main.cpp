@@ -4,18 +4,18 @@
 
 #include <charconv>
 #include <chrono>
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <string>
 
+#include "programs/tool.h"
 #include "townhost/civil_time.h"
 #include "townhost/town_host.h"
 
 namespace {
 
 constexpr const char* usage =
-    "usage: varlo-townhost [--port N] [--now ISO-TIME] [--version X]\n"
+    "usage: varlo-townhost [--port N] [--now ISO-TIME] [--released X]\n"
     "Serves the town's documents on 127.0.0.1 until it is interrupted.\n";
 
 // A clock that starts at the given instant and goes on from there.
@@ -41,7 +41,7 @@ bool read(int argc, char** argv, town::TownHost::Options& options) {
       const auto start = town::parseInstant(value);
       if (!start) return false;
       options.now = clockFrom(*start);
-    } else if (name == "--version") {
+    } else if (name == "--released") {
       options.version = value;
     } else {
       return false;
@@ -53,10 +53,7 @@ bool read(int argc, char** argv, town::TownHost::Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
-    std::cout << usage;
-    return 0;
-  }
+  if (programs::answered(argc, argv, "varlo-townhost", usage)) return 0;
   town::TownHost::Options options;
   if (!read(argc, argv, options)) {
     std::cerr << usage;
