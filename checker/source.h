@@ -1,0 +1,35 @@
+// Where a town's documents are read from: its address, or a folder with its files.
+//
+// Made by the program or a test; one thread. Reading does not throw: what went wrong is in
+// the answer.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace check {
+
+struct Answer {
+  int status = 0;  // as HTTP has it; 0: none was to be had
+  std::string body;
+  std::string fault;  // why there is none
+  bool good() const { return status == 200; }
+};
+
+class Source {
+ public:
+  virtual ~Source() = default;
+  // A document of the town, by its path on the host.
+  virtual Answer read(const std::string& path) = 0;
+  // The same of any address; only the head where that is enough.
+  virtual Answer ask(const std::string& url, bool wholeBody) = 0;
+  // Whether it serves more than files.
+  virtual bool hasServices() const = 0;
+};
+
+// `town` is an http or https address, or a folder. Throws std::invalid_argument for what is
+// neither.
+std::unique_ptr<Source> openTown(const std::string& town);
+
+}  // namespace check

@@ -1,0 +1,158 @@
+// The town as it is, and twenty towns with one thing spoiled each.
+#include "checker/town_check.h"
+
+#include <gmock/gmock.h>
+
+#include "checker/report.h"
+#include "checker/shapes.h"
+#include "townhost/town_host.h"
+
+namespace check {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// The town's clock: Saturday 21 November 2026, 12:00.
+constexpr std::int64_t kNoon = 1795258800000;
+constexpr std::chrono::sys_days kToday{std::chrono::year(2026) / 11 / 21};
+
+class TownCheck : public testing::Test {
+ protected:
+  TownCheck() : host_(options()), source_(openTown(host_.url())) {
+    for (const char* path :
+         {"/InfoVarlo/config/master/sport.json", "/InfoVarlo/config/master/menudelgiorno.json",
+          "/InfoVarlo/pizzaprezzi/master/menu.json"})
+      if (!host_.documents().make({kNoon, path, {}})) publish(path, "[]");
+  }
+
+  static town::TownHost::Options options() {
+    town::TownHost::Options options;
+    options.now = [] { return kNoon; };
+    return options;
+  }
+  std::string text(const std::string& path) {
+    return host_.documents().make({kNoon, path, {}}).value().text;
+  }
+  void publish(const std::string& path, const std::string& text) {
+    host_.documents().addFixed(path, town::typeOfPath(path), text);
+  }
+  TownReport check() { return checkTown(*source_, {kToday, true}); }
+
+  town::TownHost host_;
+  std::unique_ptr<Source> source_;
+};
+
+TEST_F(TownCheck, TheTownsOwnDocumentsAreSound) {
+  const auto report = check();
+  EXPECT_THAT(report.findings, IsEmpty()) << reportText(report, Language::English);
+  EXPECT_GT(report.documents, 25);
+  EXPECT_THAT(reportText(report, Language::Italian), HasSubstr("tutto in ordine"));
+}
+
+struct Spoiled {
+  const char* name;
+  std::string path;
+  std::string before, after;                   // the first place of the one becomes the other
+  std::string document, record, field, found;  // parts of the one finding
+};
+
+// Writes the case's name where a test fails.
+void PrintTo(const Spoiled& s, std::ostream* out) { *out << s.name; }
+
+const Spoiled kSpoiled[] = {
+    {"broken JSON", kPharmacies, "\"Citta\":", "\"Citta\"", "farmacie.json", "", "",
+     "non è JSON valido dalla riga 5"},
+    {"a missing field", kPharmacies, "\"Telefono\": \"0370 550236\",", "", "farmacie.json",
+     "2 (Farmacia San Rocco)", "Telefono", "manca"},
+    {"a number in quotes", kPharmacies, "45.2381", "\"45.2381\"", "farmacie.json",
+     "1 (Farmacia Comunale)", "Latitudine", "il testo «45.2381»"},
+    {"exchanged coordinates", kPharmacies, "\"Latitudine\": 45.2381,\n    \"Longitudine\": 10.0412",
+     "\"Latitudine\": 10.0412,\n    \"Longitudine\": 45.2381", "farmacie.json",
+     "1 (Farmacia Comunale)", "Latitudine, Longitudine", "km dal paese"},
+    {"a key used twice", kPharmacies, "\"FAR02\"", "\"FAR01\"", "farmacie.json",
+     "2 (Farmacia San Rocco)", "Chiave", "«FAR01» c'è già"},
+    {"a list that is none", kCategories, "[", "{\"voci\": [", "menu.json", "", "", "un oggetto"},
+    {"a record that is none", kCategories, "{", "\"Uffici\", {", "menu.json", "1", "",
+     "il testo «Uffici»"},
+    {"a link out of the folder", kCategories, "\"uffici\"", "\"../uffici\"", "menu.json", "1 (",
+     "Link", "«../uffici»"},
+    {"a category without a document", kCategories, "\"uffici\"", "\"ufici\"", "ufici.json", "", "",
+     "HTTP 404"},
+    {"a contact of no kind", "/InfoVarlo/infocitta/master/uffici.json", "\"Type\": 0",
+     "\"Type\": 7", "uffici.json", "Contacts › 1 (Telefono)", "Type", "il numero 7"},
+    {"a weekday that is none", "/InfoVarlo/infocitta/master/uffici.json", "\"WeekDay\": 1",
+     "\"WeekDay\": 0", "uffici.json", "WeekDays", "WeekDay", "il numero 0"},
+    {"a text that does not fit", "/InfoVarlo/infocitta/master/uffici.json",
+     "\"Title\": \"Telefono\"",
+     "\"Title\": \"Telefono dello sportello dell'anagrafe e dello stato civile\"", "uffici.json",
+     "Contacts", "Title", "Telefono dello sportello"},
+    {"a street of no zone", kStreets, "\"ZONA\": \"D\"", "\"ZONA\": \"Z\"", "zone.json",
+     "1 (Cascina Alta)", "ZONA", "«Z» non c'è"},
+    {"a colour by name", kWaste, "\"#F2C230\"", "\"giallo\"", "config.json", "ZONE › A", "COLOR",
+     "«giallo»"},
+    {"a day without a name", kWaste, "{\"NAME\": \"Lunedì\"}", "{}", "config.json",
+     "ZONE › A › DAY1", "NAME", "manca"},
+    {"a date the other way round", "/InfoVarlo/menuscuola/master/rodari.json",
+     "\"valid_from\": \"01/11/2026\"", "\"valid_from\": \"2026-11-01\"", "rodari.json", "menu",
+     "valid_from", "«2026-11-01»"},
+    {"a period with a hole", "/InfoVarlo/menuscuola/master/rodari.json",
+     "\"valid_to\": \"01/04/2027\"", "\"valid_to\": \"07/01/2027\"", "rodari.json", "", "menu",
+     "nessun periodo vale dal 07/01/2027 al"},
+    {"a map's row off the globe", "/InfoVarlo/mappe/master/defibrillatori.json", "45.2379",
+     "452379", "defibrillatori.json", "1 (Municipio)", "Latitudine", "il numero 452379"},
+    {"a version that is no number", kVersion, "1.0", "presto", "version_ios", "", "",
+     "il testo «presto»"},
+    {"a link that does not answer", kHome, "href=\"", "href=\"TOWN/assente.html\"> </a><a href=\"",
+     "home_ios.html", "", "href", "/assente.html» non risponde (HTTP 404)"},
+};
+
+class SpoiledTown : public TownCheck, public testing::WithParamInterface<Spoiled> {};
+
+TEST_P(SpoiledTown, IsFoundAndNamedAndNothingElseIs) {
+  const Spoiled& c = GetParam();
+  std::string document = text(c.path), after = c.after;
+  const auto at = document.find(c.before);
+  ASSERT_NE(at, document.npos) << "the town's own document has changed";
+  if (const auto town = after.find("TOWN"); town != after.npos) after.replace(town, 4, host_.url());
+  document.replace(at, c.before.size(), after);
+  // An object in place of the list wants its end.
+  if (after.starts_with("{\"voci\"")) document += "}";
+  publish(c.path, document);
+
+  const auto report = check();
+  ASSERT_EQ(report.findings.size(), 1u) << reportText(report, Language::Italian);
+  const Finding& found = report.findings.front();
+  EXPECT_THAT(found.document, HasSubstr(c.document));
+  EXPECT_THAT(found.found.it, HasSubstr(c.found));
+  EXPECT_EQ(found.field, c.field);
+  EXPECT_THAT(found.record, HasSubstr(c.record));
+  // Both languages, and what it means for a citizen.
+  for (const Words* words : {&found.found, &found.expected, &found.citizen}) {
+    EXPECT_NE(words->it, "");
+    EXPECT_NE(words->en, "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SpoiledTown, testing::ValuesIn(kSpoiled));
+
+TEST_F(TownCheck, DaysWithoutAPharmacyAreToldAsOneSpan) {
+  publish(kTurns, R"([{"Giorno":21,"Mese":11,"Anno":2026,"Turno1":"FAR01","Turno2":""},
+                      {"Giorno":22,"Mese":11,"Anno":2026,"Turno1":"FAR99","Turno2":""}])");
+  const auto report = check();
+  ASSERT_EQ(report.findings.size(), 2u) << reportText(report, Language::Italian);
+  EXPECT_EQ(report.findings[0].record, "2 (22/11/2026)");
+  EXPECT_EQ(report.findings[1].found.it, "nessun turno dal 23/11/2026 al 19/01/2027");
+}
+
+TEST_F(TownCheck, AReportForMachinesHoldsTheSame) {
+  publish(kVersion, "presto");
+  const auto json = reportJson(check(), Language::English);
+  EXPECT_THAT(json, HasSubstr("\"document\": \"/InfoVarlo/config/master/version_ios\""));
+  EXPECT_THAT(json, HasSubstr("it is the text \\\"presto\\\""));
+  EXPECT_THROW(openTown("/no/such/folder"), std::invalid_argument);
+  EXPECT_THROW(openTown("ftp://varlo.example"), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace check
