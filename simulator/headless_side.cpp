@@ -10,7 +10,8 @@ namespace {
 class HeadlessSide final : public Side {
  public:
   HeadlessSide(platform::Platform& platform, platform::VirtualClock& clock, const Options& options)
-      : screen_({options.width, options.height}, options.scale),
+      : text_(options.textSize > 0 ? options.textSize / 100 : 1),
+        screen_({options.width, options.height}, options.scale),
         app_(screen_, text_),
         pump_(platform, clock, screen_, app_) {}
 

@@ -12,12 +12,23 @@ namespace sim {
 
 namespace {
 
+constexpr int kSmallestText = 80, kLargestText = 200;
+
 double positive(const std::string& text, const char* what, double limit) {
   double v = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), v);
   if (error != std::errc() || end != text.data() + text.size() || !(v > 0) || v > limit)
     throw std::invalid_argument(std::string(what) + " cannot be " + text);
   return v;
+}
+
+double percentOfText(const std::string& text) {
+  int percent = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), percent);
+  if (error != std::errc() || end != text.data() + text.size() || percent < kSmallestText ||
+      percent > kLargestText)
+    throw std::invalid_argument("--text-size is a whole number from 80 to 200, not " + text);
+  return percent;
 }
 
 }  // namespace
@@ -94,6 +105,8 @@ Options Options::parse(const std::vector<std::string>& arguments) {
       o.scale = positive(value(), "a scale", 8);
     } else if (name == "--push") {
       o.push = value();
+    } else if (name == "--text-size") {
+      o.textSize = percentOfText(value());
     } else if (name == "--data") {
       o.data = value();
     } else {
@@ -117,6 +130,7 @@ std::string Options::usage() {
   --scale N              its pixel ratio (default 2)
   --push URL             use this broker of push messages (mqtts://…, or mqtt://… on this
                          machine) in place of the desk's own line
+  --text-size PERCENT    its text size, 80 to 200 (default: the desktop's)
   --data DIR             documents, library and temporary folders (default: a fresh
                          temporary one)
 )";

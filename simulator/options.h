@@ -21,6 +21,7 @@ struct Options {
   Screen screen = Screen::Qt;
   double width = 375, height = 667;  // points
   double scale = 2;                  // pixels a point
+  double textSize = 0;               // percent, 80 to 200; 0: as the desktop has it
   bool help = false;
 
   static Options parse(const std::vector<std::string>& arguments);

@@ -18,6 +18,7 @@ qt::QtScreen::Options screenOptions(const Options& options) {
   qt::QtScreen::Options o;
   o.size = {options.width, options.height};
   o.process.scale = options.scale;
+  o.textScale = options.textSize / 100;
   // A script or a tour opens nothing on the desktop of whoever plays it.
   if (!options.script.empty() || !options.tour.empty())
     o.opener = [](const std::string&) { return true; };

@@ -87,7 +87,7 @@ char32_t next(std::string_view text, std::size_t& at) {
 
 }  // namespace
 
-double FixedTextEngine::lineHeight(const ui::Font& font) { return font.size() * 1.2; }
+double FixedTextEngine::lineHeight(const ui::Font& font) { return font.size() * scale() * 1.2; }
 
 ui::Size FixedTextEngine::measure(std::string_view text, const ui::Font& font, double maxWidth,
                                   int maxLines) {
@@ -105,9 +105,10 @@ ui::Size FixedTextEngine::measure(const ui::AttributedText& text, const ui::Font
     while (run != text.runs().end() && run->end <= unit) ++run;
     const bool covered = run != text.runs().end() && run->start <= unit;
     const ui::Font& font = covered && run->attributes.font ? *run->attributes.font : base;
-    const double kerning = covered ? run->attributes.kerning.value_or(0) : 0;
+    const double kerning = (covered ? run->attributes.kerning.value_or(0) : 0) * scale();
     const double em = joins(c) ? 0 : wide(c) ? 1 : 0.5;
-    layout.add({c, std::max(0.0, em * font.size() + (em > 0 ? kerning : 0)), lineHeight(font)});
+    layout.add(
+        {c, std::max(0.0, em * font.size() * scale() + (em > 0 ? kerning : 0)), lineHeight(font)});
     unit += c >= 0x10000 ? 2 : 1;
   }
   return layout.finish(utf8.empty() ? 0 : lineHeight(base));

@@ -1,26 +1,18 @@
 #include "platform/qt/notifier.h"
 
-#include <unistd.h>
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <utility>
 
+#include "platform/qt/desktop.h"
 #include "platform/ui/values/branding.h"
 
 namespace qt {
 
 namespace {
-
-// Without an address the library would start a bus of its own.
-bool busThere() {
-  return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-         QFileInfo::exists(QStringLiteral("/run/user/%1/bus").arg(getuid()));
-}
 
 constexpr auto kService = "org.freedesktop.Notifications";
 constexpr auto kPath = "/org/freedesktop/Notifications";
@@ -29,7 +21,7 @@ constexpr auto kPath = "/org/freedesktop/Notifications";
 
 // The signals go to everybody on the bus: whose notification it was tells its number.
 bool Notifier::connectToBus() {
-  if (!busThere()) return false;
+  if (!sessionBusThere()) return false;
   auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return false;
   if (!std::exchange(listening_, true)) {

@@ -11,6 +11,7 @@
 
 #include "platform/base/platform.h"
 #include "platform/qt/access/accessible_tree.h"
+#include "platform/qt/desktop.h"
 #include "platform/qt/drawing/colors.h"
 #include "platform/qt/drawing/image_store.h"
 #include "platform/qt/drawing/qt_text_engine.h"
@@ -46,6 +47,7 @@ struct QtScreen::Parts : QObject {
       : owner(screen),
         options(std::move(o)),
         process(QtProcess::running() ? nullptr : std::make_unique<QtProcess>(options.process)),
+        text(options.textScale > 0 ? options.textScale : desktopTextScale()),
         stage{qml, images, false, [this] { changed(); }, guarded},
         root(window.contentItem()),
         mirror(stage, root),

@@ -27,6 +27,7 @@ class QtScreen final : public ui::Screen {
     ui::Size size{375, 667};
     QtProcess::Options process;  // used where no QtProcess is running yet
     double statusBar = ui::style::kStatusBarHeight;
+    double textScale = 0;  // the reader's text size; 0: as the desktop says
     bool resizable = true;
     // Opens an address instead of the desktop; answers whether it could.
     std::function<bool(const std::string& url)> opener;

@@ -28,6 +28,13 @@ Application::~Application() {
   if (g_current == this) g_current = nullptr;
 }
 
+double textScale() {
+  auto* app = Application::current();
+  return app ? app->text().scale() : 1;
+}
+
+double textHeight(double designed) { return designed * std::max(1.0, textScale()); }
+
 Application* Application::current() { return g_current; }
 
 // --- The screen.

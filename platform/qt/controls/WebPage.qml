@@ -9,6 +9,7 @@ WebEngineView {
     property QtObject gate
     property bool trustsFiles: false
     property bool scalesToFit: false
+    property real textScale: 1
 
     signal loaded(bool success, url address)
     signal posted(string message)
@@ -24,10 +25,8 @@ WebEngineView {
                           JSON.stringify(name) + ")");
     }
     function fit() {
-        if (!scalesToFit) {
-            zoomFactor = 1;
+        if (!scalesToFit)
             return;
-        }
         web.runJavaScript("document.documentElement.scrollWidth", wide => {
             if (wide > web.width / web.zoomFactor)
                 web.zoomFactor = Math.max(0.25, web.width / wide);
@@ -90,7 +89,9 @@ WebEngineView {
             gate.opensWindow(request.requestedUrl);
     }
     onLoadingChanged: info => {
-        if (info.status === WebEngineView.LoadSucceededStatus) {
+        if (info.status === WebEngineView.LoadStartedStatus) {
+            zoomFactor = textScale;
+        } else if (info.status === WebEngineView.LoadSucceededStatus) {
             fit();
             web.runJavaScript("document.body ? document.body.innerText : ''", text => web.read(text || ""));
             loaded(true, info.url);

@@ -21,6 +21,13 @@ size_t qHash(const FontKey& key, size_t seed = 0) {
                     static_cast<int>(key.face));
 }
 
+double g_textScale = 1;
+
+QHash<FontKey, QFont>& known() {
+  static QHash<FontKey, QFont> fonts;
+  return fonts;
+}
+
 // The first that is installed; the last is the platform's own choice.
 const QString& systemFamily() {
   static const QString family = [] {
@@ -35,7 +42,7 @@ QFont made(const ui::Font& font) {
   const auto family = font.family();
   QFont q(family.empty() ? systemFamily()
                          : QString::fromUtf8(family.data(), static_cast<qsizetype>(family.size())));
-  q.setPixelSize(std::max(1, static_cast<int>(std::lround(font.size()))));
+  q.setPixelSize(std::max(1, static_cast<int>(std::lround(font.size() * g_textScale))));
   q.setBold(font.face() == ui::Font::Face::SystemBold);
   q.setItalic(font.face() == ui::Font::Face::SystemItalic);
   q.setHintingPreference(QFont::PreferNoHinting);
@@ -45,11 +52,17 @@ QFont made(const ui::Font& font) {
 
 }  // namespace
 
+void setTextScale(double scale) {
+  g_textScale = scale;
+  known().clear();
+}
+
+double textScale() { return g_textScale; }
+
 const QFont& toQFont(const ui::Font& font) {
-  static QHash<FontKey, QFont> known;
   const FontKey key{font.family().data(), font.size(), font.face()};
-  auto it = known.find(key);
-  if (it == known.end()) it = known.insert(key, made(font));
+  auto it = known().find(key);
+  if (it == known().end()) it = known().insert(key, made(font));
   return *it;
 }
 

@@ -9,7 +9,12 @@
 
 namespace qt {
 
-// Metrics don't depend on the screen's scale: a text breaks alike on each.
+// The reader's text size: a factor on every font from now on.
+void setTextScale(double scale);
+double textScale();
+
+// At the reader's text size. Metrics don't depend on the screen's scale: a text breaks alike
+// on each.
 const QFont& toQFont(const ui::Font& font);
 
 }  // namespace qt

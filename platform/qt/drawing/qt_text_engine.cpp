@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/fonts.h"
 #include "platform/qt/drawing/text_layout.h"
 
 namespace qt {
@@ -22,6 +23,8 @@ ui::Size measured(const Text& text, const ui::Font& font, double maxWidth, int m
 }
 
 }  // namespace
+
+QtTextEngine::QtTextEngine(double scale) : TextEngine(scale) { setTextScale(scale); }
 
 ui::Size QtTextEngine::measure(std::string_view text, const ui::Font& font, double maxWidth,
                                int maxLines) {

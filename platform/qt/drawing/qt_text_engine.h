@@ -8,6 +8,8 @@ namespace qt {
 
 class QtTextEngine final : public ui::TextEngine {
  public:
+  // Takes the text size for the whole process: what draws uses the same fonts.
+  explicit QtTextEngine(double scale);
   ui::Size measure(std::string_view text, const ui::Font& font, double maxWidth,
                    int maxLines) override;
   ui::Size measure(const ui::AttributedText& text, const ui::Font& base, double maxWidth,

@@ -25,7 +25,7 @@ QString styleOf(const ui::TextAttributes& a, const ui::Font& base, ui::Color col
   if (a.underline.value_or(0) > 0 || a.link) lines << QStringLiteral("underline");
   if (a.strikethrough.value_or(0) > 0) lines << QStringLiteral("line-through");
   if (!lines.isEmpty()) css += QStringLiteral("text-decoration:%1;").arg(lines.join(u' '));
-  if (a.kerning) css += QStringLiteral("letter-spacing:%1px;").arg(*a.kerning);
+  if (a.kerning) css += QStringLiteral("letter-spacing:%1px;").arg(*a.kerning * textScale());
   return css;
 }
 

@@ -69,11 +69,12 @@ TextLayout::TextLayout(const ui::AttributedText& text, const Style& style)
 }
 
 void TextLayout::addFormats(const ui::AttributedText& text) {
+  const double points = style_.zoom * textScale();  // a point of the text's, as drawn
   for (const auto& run : text.runs()) {
     const auto& a = run.attributes;
     QTextCharFormat format;
     QFont font = zoomed(toQFont(a.font.value_or(style_.font)), style_.zoom);
-    if (a.kerning) font.setLetterSpacing(QFont::AbsoluteSpacing, *a.kerning * style_.zoom);
+    if (a.kerning) font.setLetterSpacing(QFont::AbsoluteSpacing, *a.kerning * points);
     if (a.font || a.kerning) format.setFont(font);
     if (a.color) format.setForeground(toQColor(*a.color));
     if (a.background && !a.background->transparent()) format.setBackground(toQColor(*a.background));
@@ -81,7 +82,7 @@ void TextLayout::addFormats(const ui::AttributedText& text) {
       format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
     if (a.strikethrough.value_or(0) > 0) format.setFontStrikeOut(true);
     if (a.baseline && *a.baseline != 0)
-      format.setBaselineOffset(100 * *a.baseline * style_.zoom / std::max(1, font.pixelSize()));
+      format.setBaselineOffset(100 * *a.baseline * points / std::max(1, font.pixelSize()));
     const auto run16 = QStringView(text_).mid(run.start, run.end - run.start);
     if (a.font && !a.baseline && isIcon(run16) && run16.size() < text_.size())
       placeIcon(format, font, run16, zoomed(toQFont(style_.font), style_.zoom));

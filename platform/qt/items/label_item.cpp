@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/fonts.h"
+
 namespace qt {
 
 namespace {
 
-// How far a label shrinks its font, and one of several lines.
+// How far a label shrinks its font, and one of several lines. Of the size that the font
+// has without the reader's larger text: who asks for that loses no words by it.
 constexpr double kSmallest = 0.5, kSmallestOfLines = 0.7;
 
 std::unique_ptr<TextLayout> laidOut(const ui::Label& label, const TextLayout::Style& style) {
@@ -24,9 +27,10 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   style.color = label.textColor();
   style.alignment = label.alignment();
   style.maxLines = label.maxLines();
+  const double larger = std::max(1.0, textScale());
   if (label.shrinksToFit() && label.maxLines() == 1) {
     const double natural = laidOut(label, style)->naturalWidth();
-    if (natural > size.width) style.zoom = std::max(kSmallest, size.width / natural);
+    if (natural > size.width) style.zoom = std::max(kSmallest / larger, size.width / natural);
   }
   style.width = std::max(1.0, size.width);
   style.elide = true;
@@ -35,9 +39,9 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   auto layout = laidOut(label, style);
   if (!shrinks) return layout;
   // Lines: smaller by a step until the words are whole and all of them have room.
-  const double full = std::max(1.0, label.font().size());
+  const double full = std::max(1.0, label.font().size() * textScale());
   const auto fits = [&] { return layout->size().height <= size.height && !layout->breaksWords(); };
-  for (double px = full - 1; px >= full * kSmallestOfLines && !fits(); --px) {
+  for (double px = full - 1; px >= full * kSmallestOfLines / larger && !fits(); --px) {
     style.zoom = px / full;
     layout = laidOut(label, style);
   }

@@ -8,6 +8,7 @@
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "platform/qt/drawing/colors.h"
+#include "platform/qt/drawing/fonts.h"
 #include "platform/qt/items/qml_parts.h"
 #include "platform/ui/application.h"
 
@@ -76,6 +77,7 @@ void WebItem::sync(ui::View& view, ui::Change) {
   const ui::Color back = web.background().transparent() ? ui::kWhite : web.background();
   page_->setProperty("backgroundColor", toQColor(back));
   page_->setProperty("scalesToFit", web.scalesToFit());
+  page_->setProperty("textScale", textScale());
   if (web.request().serial != serial_) load(web);
   for (auto& script : web.takeScripts()) scripts_.push_back(std::move(script));
   if (loading_) return;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/ui/controls/label.h"
+#include "platform/ui/text_engine.h"
 #include "platform/ui/values/style.h"
 
 namespace ui {
@@ -54,19 +55,21 @@ void TableView::layoutSubviews() {
     makeRowsInSight();
 }
 
+double TableView::shownHeight() const { return textHeight(rowHeight_); }
+
 void TableView::offsetChanged() { makeRowsInSight(); }
 
 void TableView::rebuild() {
   builtWidth_ = bounds().width;
   made_.clear();
   content().removeAllSubviews();
-  setContentSize({builtWidth_, count_ * rowHeight_});
+  setContentSize({builtWidth_, count_ * shownHeight()});
   setOffset(offset());
   makeRowsInSight();
 }
 
 void TableView::makeRowsInSight() {
-  const auto rowAt = [this](double y) { return static_cast<int>(std::floor(y / rowHeight_)); };
+  const auto rowAt = [this](double y) { return static_cast<int>(std::floor(y / shownHeight())); };
   makeRows(rowAt(offset().y) - kRowsBeyond, rowAt(offset().y + bounds().height) + 1 + kRowsBeyond);
 }
 
@@ -77,7 +80,8 @@ void TableView::makeRows(int first, int end) {
 
 Ref<View> TableView::makeRow(int index) {
   auto row = makeShared<View>();
-  row->setFrame({0, index * rowHeight_, builtWidth_, rowHeight_});
+  const double high = shownHeight();
+  row->setFrame({0, index * high, builtWidth_, high});
   row->setRole(Role::ListItem);
   if (index == selected_) row->setBackground(style::kSelection);
   row->setOnTap([this, index](View&) {
@@ -88,7 +92,7 @@ Ref<View> TableView::makeRow(int index) {
   auto label = makeShared<Label>();
   label->setFont(font_);
   label->setAttributedText(text_(index));
-  label->setFrame({kMargin, 0, std::max(0.0, builtWidth_ - 2 * kMargin), rowHeight_});
+  label->setFrame({kMargin, 0, std::max(0.0, builtWidth_ - 2 * kMargin), high});
   row->addSubview(label);
   made_[index] = row.get();
   return row;

@@ -23,7 +23,7 @@ class TableView : public ScrollView {
   void setRows(std::vector<AttributedText> rows);
   int rowCount() const { return count_; }
   AttributedText rowText(int row) const { return text_(row); }
-  double rowHeight() const { return rowHeight_; }
+  double rowHeight() const { return rowHeight_; }  // at a text size of 100%
   void setRowHeight(double height);
   Font rowFont() const { return font_; }
   void setRowFont(const Font& font);
@@ -40,6 +40,7 @@ class TableView : public ScrollView {
   void offsetChanged() override;
 
  private:
+  double shownHeight() const;
   void rebuild();
   void makeRowsInSight();
   void makeRows(int first, int end);

@@ -1,5 +1,7 @@
 #include "platform/ui/pages/bar_view.h"
 
+#include <cmath>
+
 #include "platform/ui/application.h"
 #include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
@@ -9,6 +11,9 @@ namespace ui {
 namespace {
 
 constexpr const char* kBackIcon = "\uE5C4";
+
+// Bars grow half as fast as text, of which they hold little, and never get lower.
+double grown(double height) { return std::ceil((height + textHeight(height)) / 2); }
 
 // A button with the least size that a finger hits.
 Ref<Button> barButton() {
@@ -50,8 +55,9 @@ BarView::BarView(Kind kind) : kind_(kind) {
 }
 
 double BarView::heightFor(double statusBar) const {
-  if (kind_ == Kind::Toolbar) return style::kToolbarHeight;
-  return statusBar + style::kBarHeight + (contents_.prompt.empty() ? 0 : style::kPromptHeight);
+  if (kind_ == Kind::Toolbar) return grown(style::kToolbarHeight);
+  return statusBar + grown(style::kBarHeight) +
+         (contents_.prompt.empty() ? 0 : grown(style::kPromptHeight));
 }
 
 void BarView::show(Contents contents) {
@@ -139,7 +145,7 @@ double BarView::itemWidth(const Slot& slot) const {
 
 void BarView::layoutSubviews() {
   const double width = bounds().width, margin = style::kBarMargin;
-  double top = topInset, height = style::kBarHeight;
+  double top = topInset, height = grown(style::kBarHeight);
   const auto put = [&](const Slot& slot, double x, double w) {
     const bool custom = slot.item->kind() == BarButtonItem::Kind::Custom;
     const double h = custom ? std::min(height, slot.view->bounds().height) : height;
@@ -162,13 +168,15 @@ void BarView::layoutSubviews() {
     return;
   }
   if (!contents_.prompt.empty()) {
-    prompt_->setFrame({margin, top, std::max(0.0, width - 2 * margin), style::kPromptHeight});
-    top += style::kPromptHeight;
+    const double high = grown(style::kPromptHeight);
+    prompt_->setFrame({margin, top, std::max(0.0, width - 2 * margin), high});
+    top += high;
   }
   double from = margin, to = width - margin;
   if (contents_.backButton) {
-    back_->setFrame({from, top, style::kTapSize, height});
-    from += style::kTapSize;
+    const double side = grown(style::kTapSize);
+    back_->setFrame({from, top, side, height});
+    from += side;
   }
   for (const auto& s : left_) {
     const double w = itemWidth(s);
@@ -190,6 +198,7 @@ void BarView::layoutSubviews() {
   // One that is too long for a line takes two smaller ones.
   title_->setFont(wanted <= room.width ? font : Font::bold(style::kBarLongTitleSize));
   title_->setMaxLines(wanted <= room.width ? 1 : 2);
+  title_->setShrinksToFit(true);
   title_->setFrame(room);
   if (titleView_) {
     const Size s = titleView_->bounds().size();

@@ -25,6 +25,8 @@ double screenScale() {
   return app ? app->screenScale() : 1;
 }
 
+double textHeight(double designed) { return ui::textHeight(designed); }
+
 ui::Rect statusBarFrame() {
   auto* app = ui::Application::current();
   return app ? app->statusBarFrame() : ui::Rect{};

@@ -9,6 +9,8 @@ namespace kes::device {
 
 ui::Rect screenBounds();
 double screenScale();  // pixels a point, 1 without a screen
+// What a height that was designed to hold text is at the reader's text size; never less.
+double textHeight(double designed);
 ui::Rect statusBarFrame();
 // The view of the first window's root controller, else the window itself; empty without.
 ui::Rect rootViewBounds();

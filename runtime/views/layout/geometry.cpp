@@ -2,12 +2,15 @@
 
 #include <cmath>
 
+#include "runtime/views/base/device.h"
 #include "runtime/views/base/properties.h"
 #include "runtime/views/base/view_wrapper.h"
 
 namespace kes {
 
 namespace {
+
+constexpr float kWidthShare = 0.4f;
 
 enum Anchor : std::int32_t { kNear = 0, kFar = 1, kBoth = 2 };
 
@@ -32,11 +35,15 @@ double finite(float length) { return std::isfinite(length) ? length : 0; }
 }  // namespace
 
 void applyGeometry(ui::View& view, const Dictionary& properties, const Room& room) {
-  const auto length = [&](const char* key) { return props::number(properties, key) * room.scale; };
-  const Span x = placed({length("left"), length("width")}, props::integer(properties, "hanchor"),
-                        whole(room.size.width));
-  const Span y = placed({length("top"), length("height")}, props::integer(properties, "vanchor"),
-                        whole(room.size.height));
+  const auto growth = static_cast<float>(device::textHeight(1));
+  const auto span = [&](const char* start, const char* length, float scale) {
+    return Span{props::number(properties, start) * scale,
+                props::number(properties, length) * scale};
+  };
+  const Span x = placed(span("left", "width", room.scale * (1 + (growth - 1) * kWidthShare)),
+                        props::integer(properties, "hanchor"), whole(room.size.width));
+  const Span y = placed(span("top", "height", room.scale * growth),
+                        props::integer(properties, "vanchor"), whole(room.size.height));
   SetLayoutAnimated(view, room.milliseconds, room.damping, finite(x.start), finite(y.start),
                     finite(x.length), finite(y.length));
 }

@@ -16,7 +16,9 @@ struct Room {
 };
 
 // "left", "top", "width", "height", "hanchor" and "vanchor" of a variant's map. Scaling
-// starts from the stored lengths, so that a second one replaces the first.
+// starts from the stored lengths, so that a second one replaces the first. With a larger
+// text size the stored heights grow as the text does; the widths, of which there is no
+// more on the screen, by less.
 void applyGeometry(ui::View& view, const Dictionary& properties, const Room& room);
 
 }  // namespace kes
