@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "runtime/core/common.h"
+#include "runtime/views/base/device.h"
 #include "runtime/views/richtext/cs_builder.h"
 #include "runtime/views/richtext/rich_string.h"
 
@@ -10,6 +12,8 @@ namespace kes {
 namespace {
 
 constexpr double kFieldHeight = 60;
+
+double fieldHeight() { return device::textHeight(KesCommon::DipToCurrent(kFieldHeight)); }
 
 // Where small letters take more room than the large ones did, the place found may lie
 // beyond the item's own text.
@@ -74,7 +78,7 @@ void kes_searchview::_designercreateview(KesPanelWrapper base, KesLabelWrapper l
   _et.setTextColor(label.TextColor());
   _et.setBorderStyle(KesTextFieldWrapper::STYLE_ROUNDED);
   auto parent = KesPanelWrapper::fromBoxed(base.Parent().object());
-  parent.AddView(_et, base.Left(), base.Top(), base.Width(), c().DipToCurrent(kFieldHeight));
+  parent.AddView(_et, base.Left(), base.Top(), base.Width(), fieldHeight());
   parent.AddView(_lv, base.Left(), base.Top() + _et.Height(), base.Width(), 0);
   _base_resize(base.Width(), base.Height());
   _et_textchanged("", "");
@@ -91,7 +95,7 @@ KesPanelWrapper kes_searchview::_getbase() const {
 void kes_searchview::_base_resize(double width, double height) {
   const KesPanelWrapper base = _getbase();
   if (!base.IsInitialized()) return;
-  const double field = c().DipToCurrent(kFieldHeight);
+  const double field = fieldHeight();
   double bottom = height;
   if (_keyboardheight > 0)
     bottom = std::min(bottom, base.CalcRelativeKeyboardHeight(_keyboardheight));

@@ -3,6 +3,7 @@
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
+#include "app/kit/text_height.h"
 #include "app/shell/main.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/richtext/cs_builder.h"
@@ -78,7 +79,7 @@ Resumable<> kes_main::_storicoatti_cerca() {
     KesPanelWrapper panel;
     panel.Initialize(bi(), "");
     panel.setWidth(_home.RootPanel().Width() - c().DipToCurrent(kDialogInset));
-    panel.setHeight(c().DipToCurrent(kDialogHeight));
+    panel.setHeight(textHeight(kDialogHeight));
     panel.LoadLayout("layatti", bi());
     panel.setColor(KesColors::White);
     _atti_oggetto.setText("");

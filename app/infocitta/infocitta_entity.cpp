@@ -3,6 +3,7 @@
 #include "app/infocitta/infocitta.h"
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
+#include "app/kit/text_height.h"
 #include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/views/dialogs/message_box.h"
@@ -108,7 +109,7 @@ KesPanelWrapper kes_infocitta_entity::loadRow(const KesMap& map) {
   KesPanelWrapper panel;
   panel.Initialize(bi(), "");
   panel.setWidth(_clv->_asview().Width());
-  panel.setHeight(c().DipToCurrent(kRowHeight));
+  panel.setHeight(textHeight(kRowHeight));
   panel.LoadLayout("lay_item", bi());
   const auto fill = [&](KesLabelWrapper& label, const char* key) {
     label.setText(textOf(map, key));
@@ -154,7 +155,7 @@ void kes_infocitta_entity::_caricacalendar(const Records& calendars) {
       _item_image.setText(c().Chr(kCalendarIcon));
       _item_value.setText(openingLine(maps(calendar, "WeekDays"), today));
       if (!calendar.map().ContainsKey("Note"))
-        _item_value.setHeight(c().DipToCurrent(kValueHeightWithoutNote));
+        _item_value.setHeight(textHeight(kValueHeightWithoutNote));
       addRow(panel, calendar, "CALENDAR");
     });
 }

@@ -7,6 +7,7 @@
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
+#include "app/kit/text_height.h"
 #include "app/mappe/modmaps.h"
 #include "app/shell/main.h"
 #include "runtime/data/files/file.h"
@@ -209,7 +210,7 @@ void kes_rifiuti::buildZone(const KesScrollView& view, const KesMap& zone, const
     _lblzona.setColor(color);
     _lblzona.setTextColor(readableOn(color));
   });
-  column.add(_lblzona, c().DipToCurrent(kZoneHeight));
+  column.add(_lblzona, textHeight(kZoneHeight));
 
   KesCSBuilder note;
   note.Initialize().Font(KesFont::CreateNewBold(kFont)).Append("ORARIO DI ESPOSIZIONE");
@@ -231,7 +232,7 @@ void kes_rifiuti::buildZone(const KesScrollView& view, const KesMap& zone, const
   const auto link = [&](const Text& text, const char* eventName, const Value& tag) {
     auto button = _getbutton(text, kWhite, column.width(), eventName);
     button.setTag(tag);
-    column.add(button, c().DipToCurrent(kButtonHeight));
+    column.add(button, textHeight(kButtonHeight));
   };
   if (_dati.ContainsKey("MAPPA")) link("Mappa ritiro sacchi", "btnMap", _dati.Get("MAPPA"));
   if (_dati.ContainsKey("PIATTAFORMA"))
@@ -245,14 +246,14 @@ void kes_rifiuti::buildZone(const KesScrollView& view, const KesMap& zone, const
 // What goes out on a day is the same in all zones; the document tells the day's name only.
 KesButtonWrapper kes_rifiuti::addDay(Column& column, const KesMap& zone, const char* day,
                                      std::initializer_list<Material> materials) {
-  column.add(boldLabel(bi(), "Giorno di ritiro", kFont), c().DipToCurrent(kHeadingHeight));
+  column.add(boldLabel(bi(), "Giorno di ritiro", kFont), textHeight(kHeadingHeight));
   auto name = _getbutton(nameOf(mapOf(zone, day), "NAME"), kWhite, column.width(), "");
   name.setUserInteractionEnabled(false);
-  column.add(name, c().DipToCurrent(kButtonHeight));
+  column.add(name, textHeight(kButtonHeight));
   std::vector<KesButtonWrapper> row;
   for (const Material& material : materials)
     row.push_back(_getbutton(material.name, material.color, column.third(), "btn"));
-  column.addRow(row, c().DipToCurrent(kButtonHeight));
+  column.addRow(row, textHeight(kButtonHeight));
   return name;
 }
 
@@ -268,7 +269,7 @@ KesButtonWrapper kes_rifiuti::_getbutton(const Text& text, const Text& color, do
   button.SetBorder(c().DipToCurrent(kBorder), KesColors::Black, c().DipToCurrent(kCorner));
   button.SetShadow(KesColors::Black, 0, 1, 0.4, false);
   button.setWidth(width);
-  button.setHeight(c().DipToCurrent(kButtonHeight));
+  button.setHeight(textHeight(kButtonHeight));
   return button;
 }
 

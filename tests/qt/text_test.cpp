@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "desk.h"
+#include "platform/qt/drawing/qt_text_engine.h"
 
 static const char* const kLong =
     "Il servizio di guardia medica è attivo nei giorni festivi e prefestivi, e dalle 20:00 "
@@ -111,6 +112,30 @@ TEST_F(TextOnScreen, ATextTooHighForItsBoxEndsAtAWholeLine) {
     EXPECT_NEAR(ink(picture(), page().bounds()).bottom(), 10 + label->bounds().height, 0.4 * line);
     label->removeFromParent();
   }
+}
+
+TEST_F(TextOnScreen, LargerTextIsDrawnAsItWasMeasuredAndLosesNoWords) {
+  const auto font = ui::Font::system(16);
+  const char* const number = "0370 550236";
+  const ui::Size plain = app.text().measure(number, font, 0, 1);
+  auto label = addText(number, {10, 10, plain.width, 30});
+  label->setFont(font);
+  const ui::Rect before = ink(picture(), page().bounds());
+  label->removeFromParent();
+
+  qt::QtTextEngine larger(2);
+  const ui::Size twice = larger.measure(number, font, 0, 1);
+  EXPECT_NEAR(twice.width, 2 * plain.width, 2);
+  EXPECT_NEAR(twice.height, 2 * plain.height, 2);
+  label = addText(number, {10, 10, twice.width, twice.height});
+  label->setFont(font);
+  EXPECT_NEAR(ink(picture("larger"), page().bounds()).width, 2 * before.width, 2);
+  // In a box that was made for the plain size it shrinks, as far as that and no further.
+  label->setFrame({10, 10, plain.width + 1, 30});
+  EXPECT_NEAR(ink(picture("unenlarged"), page().bounds()).width, before.width, 2);
+  label->setFrame({10, 10, plain.width / 2, 30});
+  EXPECT_NEAR(ink(picture(), page().bounds()).height, before.height, 2);
+  qt::QtTextEngine usual(1);
 }
 
 TEST_F(TextOnScreen, AWordTooLongForItsLineIsShrunkOrBrokenAfterASign) {

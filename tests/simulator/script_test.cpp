@@ -79,12 +79,13 @@ TEST(Script, SaysWhatIsWrongAndWhere) {
 
 TEST(SimulatorOptions, ReadValuesAndRefuseNonsense) {
   testing_support::TestPlatform platform;
-  const auto o =
-      Options::parse({"--size", "320x568", "--scale", "3", "--screen", "headless", "--town",
-                      "http://127.0.0.1:8080/", "--now", "2026-07-01T00:30:15"});
+  const auto o = Options::parse({"--size", "320x568", "--scale", "3", "--screen", "headless",
+                                 "--town", "http://127.0.0.1:8080/", "--now", "2026-07-01T00:30:15",
+                                 "--text-size", "200"});
   EXPECT_EQ(o.width, 320);
   EXPECT_EQ(o.height, 568);
   EXPECT_EQ(o.scale, 3);
+  EXPECT_EQ(o.textSize, 200);
   EXPECT_EQ(o.town, "http://127.0.0.1:8080");
   EXPECT_EQ(o.now, 1782858615000) << "summer time in the town";
   const struct {
@@ -96,6 +97,9 @@ TEST(SimulatorOptions, ReadValuesAndRefuseNonsense) {
       {{"--size", "320"}, "--size wants WxH, as in 375x667"},
       {{"--size", "0x5"}, "a width cannot be 0"},
       {{"--scale", "-1"}, "a scale cannot be -1"},
+      {{"--text-size", "79"}, "--text-size is a whole number from 80 to 200, not 79"},
+      {{"--text-size", "201"}, "--text-size is a whole number from 80 to 200, not 201"},
+      {{"--text-size", "1e2"}, "--text-size is a whole number from 80 to 200, not 1e2"},
       {{"--screen", "tv"}, "--screen is qt or headless, not tv"},
       {{"--town", "ftp://x"}, "--town wants an http or https address, not ftp://x"},
       {{"--now", "tomorrow"}, "not an ISO time: tomorrow (as in 2026-11-21T20:00)"},

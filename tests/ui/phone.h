@@ -14,7 +14,7 @@
 namespace ui {
 
 struct Phone {
-  Phone() {
+  explicit Phone(double textScale = 1) : text(textScale) {
     window->makeKey();
     window->show();
   }

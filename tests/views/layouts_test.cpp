@@ -201,6 +201,23 @@ TEST_F(LayoutsTest, AnchorsHoldAViewAtItsEdgesAndScaleLeavesTheParentAlone) {
   }
 }
 
+TEST(Layouts, HeightsGrowWithTheTextAndWidthsByLess) {
+  Phone phone({320, 568}, 2);
+  auto view = ui::makeShared<ui::View>();
+  Dictionary map;
+  for (const auto& [key, v] : {std::pair{"left", 10}, {"top", 10}, {"width", 20}, {"height", 30}})
+    map.put(key, v);
+  applyGeometry(*view, map, {.size = {300, 300}});
+  const ui::Rect grown = view->frame();
+  EXPECT_EQ(grown.y, 20);
+  EXPECT_EQ(grown.height, 60);
+  EXPECT_GT(grown.x, 10);
+  EXPECT_LT(grown.right(), 60);
+  map.put("vanchor", 1);
+  applyGeometry(*view, map, {.size = {300, 300}});
+  EXPECT_EQ(view->frame().bottom(), 280) << "the distance to an edge is one of the heights";
+}
+
 TEST_F(LayoutsTest, TheScriptScalesGeometryAndFontsByTheDiagonals) {
   const char* source = R"(
 variant 320x480

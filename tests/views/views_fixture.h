@@ -43,7 +43,7 @@ inline void writeLayout(const std::string& name, std::string_view source) {
 }
 
 struct Phone {
-  explicit Phone(ui::Size size = {320, 568}) : screen(size) {
+  explicit Phone(ui::Size size = {320, 568}, double textScale = 1) : screen(size), text(textScale) {
     registerData();
     registerViews();
     KesLayoutBuilder::state() = {};

@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QHash>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -58,6 +59,7 @@ void setTextScale(double scale) {
 }
 
 double textScale() { return g_textScale; }
+double unenlarged() { return 1 / std::max(1.0, g_textScale); }
 
 const QFont& toQFont(const ui::Font& font) {
   const FontKey key{font.family().data(), font.size(), font.face()};

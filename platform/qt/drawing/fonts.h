@@ -12,6 +12,9 @@ namespace qt {
 // The reader's text size: a factor on every font from now on.
 void setTextScale(double scale);
 double textScale();
+// What an enlarged font may be shrunk by before words are left out: back to the size that
+// it was made with. Who asks for larger text loses nothing by it.
+double unenlarged();
 
 // At the reader's text size. Metrics don't depend on the screen's scale: a text breaks alike
 // on each.

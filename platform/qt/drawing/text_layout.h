@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QTextLayout>
+#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -65,5 +66,14 @@ class TextLayout {
   double width_ = 0, height_ = 0;
   bool overfull_ = false, breaksWords_ = false;
 };
+
+// What a text of one line has to be zoomed by to fit the style's width, not below `smallest`.
+template <class Text>
+double zoomToFit(const Text& text, TextLayout::Style style, double smallest) {
+  const double room = style.width;
+  style.width = 0;
+  const double natural = smallest < 1 ? TextLayout(text, style).naturalWidth() : 0;
+  return natural > room ? std::max(smallest, room / natural) : 1;
+}
 
 }  // namespace qt

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/fonts.h"
 #include "platform/qt/drawing/image_store.h"
 #include "platform/qt/items/label_item.h"
 #include "platform/ui/values/style.h"
@@ -80,9 +81,12 @@ void ButtonItem::sync(ui::View& view, ui::Change) {
   style.maxLines = 1;
   style.width = room;
   style.elide = true;
+  const auto laidOut = [&](const auto& text) {
+    style.zoom = zoomToFit(text, style, unenlarged());
+    return TextLayout(text, style);
+  };
   const auto* rich = button.attributedText();
-  const TextLayout title =
-      rich ? TextLayout(*rich, style) : TextLayout(std::string_view(button.title()), style);
+  const TextLayout title = rich ? laidOut(*rich) : laidOut(std::string_view(button.title()));
   const ui::Size text = title.size();
   const double shown = std::min(text.width, room) + image.width + gap;
   double x = padding;

@@ -10,13 +10,17 @@ namespace qt {
 
 namespace {
 
-// How far a label shrinks its font, and one of several lines. Of the size that the font
-// has without the reader's larger text: who asks for that loses no words by it.
+// How far a label shrinks its font, and one of several lines.
 constexpr double kSmallest = 0.5, kSmallestOfLines = 0.7;
 
 std::unique_ptr<TextLayout> laidOut(const ui::Label& label, const TextLayout::Style& style) {
   if (const auto* rich = label.attributedText()) return std::make_unique<TextLayout>(*rich, style);
   return std::make_unique<TextLayout>(label.text(), style);
+}
+
+double zoomOf(const ui::Label& label, const TextLayout::Style& style, double smallest) {
+  if (const auto* rich = label.attributedText()) return zoomToFit(*rich, style, smallest);
+  return zoomToFit(std::string_view(label.text()), style, smallest);
 }
 
 }  // namespace
@@ -27,21 +31,22 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   style.color = label.textColor();
   style.alignment = label.alignment();
   style.maxLines = label.maxLines();
-  const double larger = std::max(1.0, textScale());
-  if (label.shrinksToFit() && label.maxLines() == 1) {
-    const double natural = laidOut(label, style)->naturalWidth();
-    if (natural > size.width) style.zoom = std::max(kSmallest / larger, size.width / natural);
-  }
+  const bool oneLine = label.maxLines() == 1;
+  const double smallest = (!label.shrinksToFit() ? 1
+                           : oneLine             ? kSmallest
+                                                 : kSmallestOfLines) *
+                          unenlarged();
   style.width = std::max(1.0, size.width);
+  if (oneLine) style.zoom = zoomOf(label, style, smallest);
   style.elide = true;
-  const bool shrinks = label.shrinksToFit() && label.maxLines() != 1;
+  const bool shrinks = smallest < 1 && !oneLine;
   if (!shrinks) style.height = size.height;
   auto layout = laidOut(label, style);
   if (!shrinks) return layout;
   // Lines: smaller by a step until the words are whole and all of them have room.
   const double full = std::max(1.0, label.font().size() * textScale());
   const auto fits = [&] { return layout->size().height <= size.height && !layout->breaksWords(); };
-  for (double px = full - 1; px >= full * kSmallestOfLines / larger && !fits(); --px) {
+  for (double px = full - 1; px >= full * smallest && !fits(); --px) {
     style.zoom = px / full;
     layout = laidOut(label, style);
   }

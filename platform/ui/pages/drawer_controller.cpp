@@ -95,7 +95,11 @@ void DrawerController::setMaximumRightDrawerWidth(double width) {
 }
 
 double DrawerController::widthOf(DrawerSide side) {
-  return std::min(side == DrawerSide::Left ? leftWidth_ : rightWidth_, view().bounds().width);
+  const double designed = side == DrawerSide::Left ? leftWidth_ : rightWidth_;
+  const double all = view().bounds().width;
+  // Wider for larger text, as long as a finger finds the page beside it.
+  const double wide = std::clamp(textHeight(designed), 0.0, std::max(0.0, all - style::kTapSize));
+  return std::min(std::max(designed, wide), all);
 }
 
 Rect DrawerController::panelFrame(DrawerSide side, double shown) {
