@@ -135,11 +135,13 @@ const Shape& sportsClub() {
 }
 
 const Shape& restaurant() {
-  static const Shape shape{{"il ristorante", "the restaurant"},
-                           "Nome",
-                           {text("Nome", {"la riga resta senza nome", "its row has no name"}),
-                            text("Type", {"il menu non si apre", "the menu does not open"}),
-                            text("URL", {"il menu non si apre", "the menu does not open"})}};
+  const Words closed{"il menu non si apre", "the menu does not open"};
+  static const Shape shape{
+      {"il ristorante", "the restaurant"},
+      "Nome",
+      {text("Nome", {"la riga resta senza nome", "its row has no name"}), text("Type", closed),
+       // Only those of the social network have a page there.
+       optionalText("URL", closed)}};
   return shape;
 }
 

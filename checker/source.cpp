@@ -63,7 +63,6 @@ class Host final : public Source {
       answer = request(url, true);
     return answer;
   }
-  bool hasServices() const override { return true; }
 
  private:
   std::string url_;
@@ -74,12 +73,13 @@ class Folder final : public Source {
   explicit Folder(fs::path root) : root_(std::move(root)) {}
 
   Answer read(const std::string& path) override {
-    const fs::path relative = fs::path(path).relative_path().lexically_normal();
+    const fs::path relative =
+        fs::path(path.substr(0, path.find('?'))).relative_path().lexically_normal();
     if (relative.empty() || *relative.begin() == "..") return {0, {}, "outside of the folder"};
     std::ifstream file(root_ / relative, std::ios::binary);
     std::error_code error;
     if (!file || !fs::is_regular_file(root_ / relative, error))
-      return {0, {}, "no such file: " + (root_ / relative).string()};
+      return {0, {}, "no such file: " + (root_ / relative).string(), true};
     return {200, {std::istreambuf_iterator<char>(file), {}}, {}};
   }
   // An address of the town itself is that of a file here.
@@ -91,7 +91,6 @@ class Folder final : public Source {
         return own;
     return request(url, wholeBody);
   }
-  bool hasServices() const override { return false; }
 
  private:
   fs::path root_;

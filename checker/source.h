@@ -13,7 +13,8 @@ namespace check {
 struct Answer {
   int status = 0;  // as HTTP has it; 0: none was to be had
   std::string body;
-  std::string fault;  // why there is none
+  std::string fault;     // why there is none
+  bool notHere = false;  // in a folder: there is no such file
   bool good() const { return status == 200; }
 };
 
@@ -24,8 +25,6 @@ class Source {
   virtual Answer read(const std::string& path) = 0;
   // The same of any address; only the head where that is enough.
   virtual Answer ask(const std::string& url, bool wholeBody) = 0;
-  // Whether it serves more than files.
-  virtual bool hasServices() const = 0;
 };
 
 // `town` is an http or https address, or a folder. Throws std::invalid_argument for what is

@@ -69,9 +69,10 @@ class Town {
     checkPharmacies();
     checkDirectory();
     checkWaste();
+    checkRestaurants();
     checkSchools();
     checkMaps();
-    if (source_.hasServices()) checkServices();
+    checkServices();
     if (options_.links) checkLinks();
     return std::move(report_);
   }
@@ -339,6 +340,20 @@ class Town {
     if (const Json* entry = member(**config, "MAPPA")) checkMap(kWaste, "MAPPA", *entry);
   }
 
+  // --- The restaurants.
+
+  void checkRestaurants() {
+    const char* path = "/InfoVarlo/config/master/menudelgiorno.json";
+    eachOf(path, [&](const Json& restaurant, int number) {
+      if (textOf(restaurant, "Type") == "Facebook" && textOf(restaurant, "URL").empty())
+        add(path, named(number, textOf(restaurant, "Nome")), "URL",
+            describe(member(restaurant, "URL")),
+            {"il nome della pagina, perché «Type» è «Facebook»",
+             "the name of the page, as \"Type\" is \"Facebook\""},
+            {"il menu non si apre", "the menu does not open"});
+    });
+  }
+
   // --- The school menus.
 
   void checkSchools() {
@@ -486,7 +501,7 @@ class Town {
   Document service(const std::string& path, const Words& without) {
     const auto answer = source_.read(path);
     constexpr int kNotFound = 404;
-    if (answer.status == kNotFound) return std::nullopt;
+    if (answer.status == kNotFound || answer.notHere) return std::nullopt;
     if (!answer.good()) {
       add(path, "", "",
           {"non risponde (" + answer.fault + ")", "it does not answer (" + answer.fault + ")"},

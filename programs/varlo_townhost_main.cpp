@@ -10,13 +10,16 @@
 
 #include "programs/tool.h"
 #include "townhost/civil_time.h"
+#include "townhost/town_export.h"
 #include "townhost/town_host.h"
 
 namespace {
 
 constexpr const char* usage =
     "usage: varlo-townhost [--port N] [--now ISO-TIME] [--released X]\n"
-    "Serves the town's documents on 127.0.0.1 until it is interrupted.\n";
+    "       varlo-townhost --export DIR [--url URL] [--now ISO-TIME] [--released X]\n"
+    "Serves the town's documents on 127.0.0.1 until it is interrupted; or writes them as files\n"
+    "below DIR, to be served from URL.\n";
 
 // A clock that starts at the given instant and goes on from there.
 std::function<std::int64_t()> clockFrom(town::Instant start) {
@@ -27,8 +30,25 @@ std::function<std::int64_t()> clockFrom(town::Instant start) {
   };
 }
 
+struct Export {
+  std::string folder;  // empty: serve
+  std::string url = "https://documenti.varlo.example";
+};
+
+void write(const Export& files, const town::TownHost::Options& options) {
+  using namespace std::chrono;
+  town::TownExport wanted;
+  wanted.now = options.now
+                   ? options.now()
+                   : duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+  wanted.version = options.version;
+  wanted.url = files.url;
+  const int written = town::exportTown(files.folder, wanted);
+  std::cout << written << " files in " << files.folder << "\n";
+}
+
 // False when the arguments can't be understood.
-bool read(int argc, char** argv, town::TownHost::Options& options) {
+bool read(int argc, char** argv, town::TownHost::Options& options, Export& files) {
   for (int i = 1; i < argc; i += 2) {
     if (i + 1 == argc) return false;
     const std::string name = argv[i], value = argv[i + 1];
@@ -41,6 +61,11 @@ bool read(int argc, char** argv, town::TownHost::Options& options) {
       const auto start = town::parseInstant(value);
       if (!start) return false;
       options.now = clockFrom(*start);
+    } else if (name == "--export") {
+      files.folder = value;
+    } else if (name == "--url") {
+      files.url = value;
+      while (files.url.ends_with('/')) files.url.pop_back();
     } else if (name == "--released") {
       options.version = value;
     } else {
@@ -55,7 +80,8 @@ bool read(int argc, char** argv, town::TownHost::Options& options) {
 int main(int argc, char** argv) {
   if (programs::answered(argc, argv, "varlo-townhost", usage)) return 0;
   town::TownHost::Options options;
-  if (!read(argc, argv, options)) {
+  Export files;
+  if (!read(argc, argv, options, files)) {
     std::cerr << usage;
     return 2;
   }
@@ -66,6 +92,10 @@ int main(int argc, char** argv) {
   sigaddset(&ends, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &ends, nullptr);
   try {
+    if (!files.folder.empty()) {
+      write(files, options);
+      return 0;
+    }
     town::TownHost host(options);
     std::cout << host.url() << std::endl;
     int signal = 0;

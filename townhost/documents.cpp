@@ -19,6 +19,13 @@ void Documents::remove(const std::string& path) {
   entries_.erase(path);
 }
 
+std::vector<std::string> Documents::paths() const {
+  std::lock_guard lock(mutex_);
+  std::vector<std::string> paths;
+  for (const auto& [path, entry] : entries_) paths.push_back(path);
+  return paths;
+}
+
 std::optional<Document> Documents::make(const Occasion& occasion) const {
   std::shared_ptr<const Entry> entry;
   {

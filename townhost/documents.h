@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "townhost/civil_time.h"
 
@@ -37,6 +38,7 @@ class Documents {
   void add(std::string path, std::string type, Maker maker);
   void addFixed(std::string path, std::string type, std::string text);
   void remove(const std::string& path);
+  std::vector<std::string> paths() const;
 
   // Nothing where the town has no such document. What a maker throws goes on.
   std::optional<Document> make(const Occasion& occasion) const;

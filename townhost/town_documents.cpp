@@ -3,9 +3,15 @@
 #include <stdexcept>
 
 #include "townhost/embedded.h"
+#include "townhost/hall/acts.h"
 #include "townhost/hall/news.h"
+#include "townhost/hall/newsletters.h"
+#include "townhost/map/map_documents.h"
 #include "townhost/pharmacy_turns.h"
+#include "townhost/pizza/pizzerias.h"
 #include "townhost/school_menus.h"
+#include "townhost/social/events.h"
+#include "townhost/social/restaurants.h"
 
 namespace town {
 namespace {
@@ -30,7 +36,8 @@ std::string embedded(std::string_view path) {
 
 }  // namespace
 
-void publishAll(Documents& documents, const std::string& version) {
+void publishAll(Documents& documents, Gallery& gallery, const std::string& version,
+                const std::string& url) {
   for (const auto& file : embeddedFiles())
     documents.addFixed(std::string(file.path), typeOfPath(file.path), std::string(file.contents));
 
@@ -43,6 +50,12 @@ void publishAll(Documents& documents, const std::string& version) {
                 });
   publishSchools(documents);
   publishNews(documents);
+  publishMaps(documents, url);
+  publishNewsletters(documents, url);
+  publishActs(documents, url);
+  publishEvents(documents, gallery, url);
+  publishRestaurants(documents, gallery, url);
+  publishPizzerias(documents, gallery, url);
 }
 
 }  // namespace town

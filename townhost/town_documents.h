@@ -8,9 +8,13 @@
 #include <string>
 
 #include "townhost/documents.h"
+#include "townhost/drawn/gallery.h"
 
 namespace town {
 
-void publishAll(Documents& documents, const std::string& version);
+// `url` is where all of it is served, which absolute addresses begin with; the gallery, which
+// draws the pictures, has to outlive the documents.
+void publishAll(Documents& documents, Gallery& gallery, const std::string& version,
+                const std::string& url);
 
 }  // namespace town

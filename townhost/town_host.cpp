@@ -12,13 +12,7 @@
 #include "townhost/drawn/gallery.h"
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
-#include "townhost/hall/acts.h"
-#include "townhost/hall/newsletters.h"
-#include "townhost/map/map_documents.h"
 #include "townhost/map/tile_painter.h"
-#include "townhost/pizza/pizzerias.h"
-#include "townhost/social/events.h"
-#include "townhost/social/restaurants.h"
 #include "townhost/spoil.h"
 #include "townhost/town_documents.h"
 #include "townhost/trial_paths.h"
@@ -74,14 +68,8 @@ struct TownHost::Parts {
   explicit Parts(Options chosen)
       : options(std::move(chosen)), engine([this](const Call& call) { return serve(call); }) {
     if (!options.now) options.now = machineTime;
-    publishAll(documents, options.version);
     port = engine.start(options.port);
-    publishMaps(documents, url());
-    publishNewsletters(documents, url());
-    publishActs(documents, url());
-    publishEvents(documents, gallery, url());
-    publishRestaurants(documents, gallery, url());
-    publishPizzerias(documents, gallery, url());
+    publishAll(documents, gallery, options.version, url());
   }
 
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port); }

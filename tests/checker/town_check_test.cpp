@@ -19,12 +19,7 @@ constexpr std::chrono::sys_days kToday{std::chrono::year(2026) / 11 / 21};
 
 class TownCheck : public testing::Test {
  protected:
-  TownCheck() : host_(options()), source_(openTown(host_.url())) {
-    for (const char* path :
-         {"/InfoVarlo/config/master/sport.json", "/InfoVarlo/config/master/menudelgiorno.json",
-          "/InfoVarlo/pizzaprezzi/master/menu.json"})
-      if (!host_.documents().make({kNoon, path, {}})) publish(path, "[]");
-  }
+  TownCheck() : host_(options()), source_(openTown(host_.url())) {}
 
   static town::TownHost::Options options() {
     town::TownHost::Options options;
