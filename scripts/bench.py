@@ -123,6 +123,18 @@ def pharmacy():
              f"{a / b:.2f}", f"≤ 1.3 × + 5 ms = {1.3 * b + 5:.2f} ms")]
 
 
+def maps():
+    out = subprocess.run([BIN + "bench_maps"], check=True, stdout=subprocess.PIPE,
+                         stderr=subprocess.DEVNULL).stdout.split()
+    a, b, ours, bare = (float(x) for x in out)
+    return [
+        ("tap to 5,000 markers' pins seen / a bare page of the same library", f"{a:.0f} ms",
+         f"{b:.0f} ms", f"{a / b:.2f}", "≤ 1.5"),
+        ("frames a second while they are panned / on the bare page", f"{ours:.0f}", f"{bare:.0f}",
+         f"{ours / bare:.2f}", "≈ 1"),
+    ]
+
+
 def titled(title, run):
     run.title = title
     return run
@@ -144,6 +156,7 @@ ROWS = [
     titled("rows", rows),
     titled("launch", launch),
     titled("pharmacy", pharmacy),
+    titled("maps", maps),
     pair("sort a list of 100,000 texts / std::sort of the same", "bench_collections", "sortList",
          "sortStrings", "≤ 1.5"),
     pair("a regular expression in a loop / ICU compiled once", "bench_collections",

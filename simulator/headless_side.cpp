@@ -13,7 +13,9 @@ class HeadlessSide final : public Side {
       : text_(options.textSize > 0 ? options.textSize / 100 : 1),
         screen_({options.width, options.height}, options.scale),
         app_(screen_, text_),
-        pump_(platform, clock, screen_, app_) {}
+        pump_(platform, clock, screen_, app_) {
+    screen_.position = options.at;
+  }
 
   ui::Application& application() override { return app_; }
   bool settle(const std::function<bool()>& isBusy, std::int64_t timeout) override {

@@ -31,6 +31,22 @@ double percentOfText(const std::string& text) {
   return percent;
 }
 
+double degrees(std::string_view text) {
+  double v = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), v);
+  return error == std::errc() && end == text.data() + text.size() ? v : std::nan("");
+}
+
+ui::GeoPoint place(const std::string& text) {
+  const auto comma = text.find(',');
+  ui::GeoPoint at{std::nan(""), std::nan("")};
+  if (comma != std::string::npos)
+    at = {degrees(std::string_view(text).substr(0, comma)),
+          degrees(std::string_view(text).substr(comma + 1))};
+  if (!at.valid()) throw std::invalid_argument("--at wants LAT,LON, as in 45.238,10.042");
+  return at;
+}
+
 }  // namespace
 
 std::int64_t parseIsoTime(const std::string& text, const std::string& zone) {
@@ -103,6 +119,8 @@ Options Options::parse(const std::vector<std::string>& arguments) {
       o.height = positive(size.substr(x + 1), "a height", 4000);
     } else if (name == "--scale") {
       o.scale = positive(value(), "a scale", 8);
+    } else if (name == "--at") {
+      o.at = place(value());
     } else if (name == "--push") {
       o.push = value();
     } else if (name == "--text-size") {
@@ -128,6 +146,7 @@ std::string Options::usage() {
   --screen qt|headless   which side draws (default qt; pictures need it)
   --size WxH             the phone's points (default 375x667)
   --scale N              its pixel ratio (default 2)
+  --at LAT,LON           where the phone says it is, in degrees
   --push URL             use this broker of push messages (mqtts://…, or mqtt://… on this
                          machine) in place of the desk's own line
   --text-size PERCENT    its text size, 80 to 200 (default: the desktop's)

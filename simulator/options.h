@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/ui/values/geo.h"
+
 namespace sim {
 
 struct Options {
@@ -22,6 +24,7 @@ struct Options {
   double width = 375, height = 667;  // points
   double scale = 2;                  // pixels a point
   double textSize = 0;               // percent, 80 to 200; 0: as the desktop has it
+  std::optional<ui::GeoPoint> at;    // where the phone says it is
   bool help = false;
 
   static Options parse(const std::vector<std::string>& arguments);

@@ -19,6 +19,7 @@ qt::QtScreen::Options screenOptions(const Options& options) {
   o.size = {options.width, options.height};
   o.process.scale = options.scale;
   o.textScale = options.textSize / 100;
+  o.position = options.at;
   // A script or a tour opens nothing on the desktop of whoever plays it.
   if (!options.script.empty() || !options.tour.empty())
     o.opener = [](const std::string&) { return true; };

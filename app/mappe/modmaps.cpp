@@ -11,11 +11,16 @@ namespace varlo {
 namespace {
 
 constexpr double kDialogInset = 50, kDialogHeight = 200;
-constexpr double kDialogMostWidth = 380;  // what a dialog has room for on a wide screen
+// What a dialog has room for in a wide window, and what it needs above and below in a low one.
+constexpr double kDialogMostWidth = 380, kDialogRest = 140;
 
 // The number in a field, be it a number or a text that reads as one.
 double coordinate(const KesMap& row, const Text& field) {
-  return Kes::ObjectToNumber(row.Get(field.view())).asDouble();
+  const Value value = row.Get(field.view());
+  // A reader of numbers would stop at the comma of "45,8" and be content.
+  if (value.isText() && !KesCommon::IsNumber(value.textView()))
+    throw KesException("Cannot parse: " + Kes::ObjectToString(value));
+  return Kes::ObjectToNumber(value).asDouble();
 }
 
 Text addressOf(const KesMap& description) {
@@ -94,13 +99,18 @@ Resumable<> kes_modmaps::_loaddati() {
   const KesGoogleMap map = _gmap;
   const auto progress = _hd.progress("Scaricamento dati in corso ...");
   const auto job = co_await fetch(openDataAddress(addressOf(_datimappa)));
-  if (!job->_success) {
-    _hd.ToastMessageShow("Errore in download dati", false);
-    co_return;
-  }
+  if (!job->_success) co_return noData();
   if (!map.isEqual(_gmap)) co_return;  // another map has been opened meanwhile
-  _mappadati(job->_getstring2("UTF8"));
+  try {
+    _mappadati(job->_getstring2("UTF8"));
+  } catch (const std::exception& e) {
+    Kes::SetException(e);
+    c().Log("Map: " + c().LastException().Message());
+    noData();
+  }
 }
+
+void kes_modmaps::noData() { _hd.ToastMessageShow("Errore in download dati", false); }
 
 void kes_modmaps::_mappadati(const Text& text) {
   _markers.Initialize();
@@ -146,7 +156,8 @@ Resumable<> kes_modmaps::_gmap_infowindowclick(KesMarker marker) {
   panel.Initialize(bi(), "");
   panel.setWidth(std::min(_home.RootPanel().Width() - c().DipToCurrent(kDialogInset),
                           c().DipToCurrent(kDialogMostWidth)));
-  panel.setHeight(c().DipToCurrent(kDialogHeight));
+  panel.setHeight(std::min(c().DipToCurrent(kDialogHeight),
+                           _home.RootPanel().Height() - c().DipToCurrent(kDialogRest)));
   panel.LoadLayout("laylbl", bi());
   const Value details = marker.Tag();
   _msglbl.setText(details.isNilOrNull() ? Text() : Kes::ObjectToString(details));

@@ -47,6 +47,7 @@ class kes_modmaps final : public Feature<kes_modmaps> {
   bool isShown(const KesMap& row) const;
   void addMarker(const KesMap& row, const Text& place);
   void toastFault(const std::exception& fault);
+  void noData();
 
   KesPanelWrapper back_;  // behind the map
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "platform/ui/controls/map_view.h"
 #include "platform/ui/controls/web_view.h"
 
 namespace headless {
@@ -44,16 +45,21 @@ void HeadlessPump::drain() {
   }
 }
 
-// A page is there as soon as its view can be seen.
+// A page is there as soon as its view can be seen, and a map knows where the phone is.
 bool HeadlessPump::loadPages() {
   std::vector<ui::Ref<ui::View>> loading;
+  std::vector<ui::Ref<ui::MapView>> maps;
   for (const auto& window : app_.windows())
     if (!window->hidden())
       window->visitVisible([&](const ui::Visible& seen) {
         if (auto* web = dynamic_cast<ui::WebView*>(&seen.view); web && web->loading())
           loading.emplace_back(web);
+        if (auto* map = dynamic_cast<ui::MapView*>(&seen.view); map && map->showsHere())
+          maps.emplace_back(map);
         return true;
       });
+  if (screen_.position)
+    for (const auto& map : maps) map->located(*screen_.position);
   for (const auto& view : loading) {
     auto& web = static_cast<ui::WebView&>(*view);
     const auto request = web.request();

@@ -3,10 +3,12 @@
 // outlive the Application. Main thread, points.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/ui/screen.h"
+#include "platform/ui/values/geo.h"
 
 namespace headless {
 
@@ -35,7 +37,8 @@ class HeadlessScreen final : public ui::Screen {
 
   double statusBar = ui::style::kStatusBarHeight;
   double keyboard = 0;
-  bool opens = true;  // what openUrl() answers
+  bool opens = true;                     // what openUrl() answers
+  std::optional<ui::GeoPoint> position;  // where the phone is, if that can be known
   std::vector<std::string> opened;
   std::vector<ui::Notification> notifications;
   std::vector<std::string> announcements;

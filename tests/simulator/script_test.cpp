@@ -81,11 +81,12 @@ TEST(SimulatorOptions, ReadValuesAndRefuseNonsense) {
   testing_support::TestPlatform platform;
   const auto o = Options::parse({"--size", "320x568", "--scale", "3", "--screen", "headless",
                                  "--town", "http://127.0.0.1:8080/", "--now", "2026-07-01T00:30:15",
-                                 "--text-size", "200"});
+                                 "--text-size", "200", "--at", "45.25,-10"});
   EXPECT_EQ(o.width, 320);
   EXPECT_EQ(o.height, 568);
   EXPECT_EQ(o.scale, 3);
   EXPECT_EQ(o.textSize, 200);
+  EXPECT_EQ(o.at, (ui::GeoPoint{45.25, -10}));
   EXPECT_EQ(o.town, "http://127.0.0.1:8080");
   EXPECT_EQ(o.now, 1782858615000) << "summer time in the town";
   const struct {
@@ -103,6 +104,9 @@ TEST(SimulatorOptions, ReadValuesAndRefuseNonsense) {
       {{"--screen", "tv"}, "--screen is qt or headless, not tv"},
       {{"--town", "ftp://x"}, "--town wants an http or https address, not ftp://x"},
       {{"--now", "tomorrow"}, "not an ISO time: tomorrow (as in 2026-11-21T20:00)"},
+      {{"--at", "45.2"}, "--at wants LAT,LON, as in 45.238,10.042"},
+      {{"--at", "91,0"}, "--at wants LAT,LON, as in 45.238,10.042"},
+      {{"--at", "45,8,10"}, "--at wants LAT,LON, as in 45.238,10.042"},
       {{"--now", "2026-02-30"}, "no such time: 2026-02-30"},
   };
   for (const auto& c : cases) EXPECT_EQ(refusal(c.arguments), c.error);

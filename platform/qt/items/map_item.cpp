@@ -99,7 +99,11 @@ void MapItem::startPage(const ui::MapView& map) {
 void MapItem::sync(ui::View& view, ui::Change) {
   auto& ground = static_cast<ui::MapGround&>(view);
   auto* map = ground.map();
-  if (!map || !begin(*map)) return;
+  if (!map) return;
+  if (!begin(*map)) {
+    waiting_ = !failed_ && !size().isEmpty();
+    return;
+  }
   page_->setSize(size());
   if (map->showsHere()) findOut(*map);
   if (ready_) tellChanges(ground);
@@ -134,7 +138,7 @@ void MapItem::tellChanges(const ui::MapGround& ground) {
     message["camera"] = QJsonObject{{"lat", camera.centre.latitude},
                                     {"lng", camera.centre.longitude},
                                     {"zoom", std::round(camera.zoom)},
-                                    {"animate", ground.animated() && told_.revision != 0},
+                                    {"animate", ground.animated() && told_.revision.has_value()},
                                     {"revision", static_cast<qint64>(ground.revision())}};
     told_.revision = ground.revision();
   }

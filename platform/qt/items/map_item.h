@@ -43,7 +43,8 @@ class MapItem final : public ViewItem {
  private:
   // What the page was told last.
   struct Told {
-    std::uint64_t revision = 0, generation = 0;
+    std::optional<std::uint64_t> revision;  // none: no camera yet
+    std::uint64_t generation = 0;
     std::size_t pins = 0;
     QJsonValue window, focus, here;
   };

@@ -25,7 +25,7 @@ const map = L.map("map", {
     trackResize: false, fadeAnimation: false, minZoom: 3, maxZoom: 19, worldCopyJump: false
 });
 const pins = L.markerClusterGroup({
-    animate: false, showCoverageOnHover: false, maxClusterRadius: 56, spiderLegPolylineOptions: {
+    animate: false, showCoverageOnHover: false, maxClusterRadius: zoom => zoom < 17 ? 56 : zoom < 18 ? 40 : zoom < 19 ? 24 : 12, spiderLegPolylineOptions: {
         color: "#5a646e", weight: 1.5, opacity: 0.7
     },
     iconCreateFunction: cluster => {
@@ -46,7 +46,7 @@ let commanded = false;    // the move under way is the tree's
 let moving = false, loading = false;
 let touchEnded = false, awaitingTouch = 0;  // a finger's end is told from outside as well
 let heard = 0;            // serial of the last message
-let windowParts = [], ring = null, here = null;
+let tiles = null, windowParts = [], ring = null, here = null;
 
 // --- Out.
 
@@ -165,8 +165,13 @@ function receive(text) {
         all = [];
     }
     if (message.camera) {
+        const first = !camera;
         camera = message.camera;
         look(camera.animate);
+        if (first) {
+            map.addLayer(pins);
+            if (tiles) map.addLayer(tiles);
+        }
     }
     if (message.pins) addPins(message.pins);
     if (message.window !== undefined) showWindow(message.window);
@@ -186,15 +191,8 @@ function receive(text) {
 function begin(text) {
     const start = JSON.parse(text);
     document.documentElement.style.setProperty("--accent", start.accent);
-    map.setView([0, 0], 3, {animate: false});
-    map.addLayer(pins);
     if (!start.tiles) return;
-    const ground = L.tileLayer(start.tiles, {maxZoom: 19, keepBuffer: 1});
-    ground.on("loading", () => { loading = true; });
-    ground.on("load", () => { loading = false; restSoon(); });
-    ground.addTo(map);
+    tiles = L.tileLayer(start.tiles, {maxZoom: 19, keepBuffer: 1});
+    tiles.on("loading", () => { loading = true; });
+    tiles.on("load", () => { loading = false; restSoon(); });
 }
-
-// The first moves are the tree's own.
-camera = {lat: 0, lng: 0, zoom: 3, revision: 0};
-commanded = true;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kWindowWidth = 260, kWindowMargin = 10, kInnerGap = 2;
 constexpr double kRevealMargin = 48;  // from the edge, for a pin that is to be seen
-constexpr double kSingleOutZoom = 18, kHereZoom = 16;
+constexpr double kHereZoom = 16;
 constexpr double kButtonMargin = 10;
 constexpr double kAttributionSize = 10;
 constexpr Color kGroundColor{0xFFF1F1E6}, kAttributionBack{0xCCFFFFFF};
@@ -281,7 +281,7 @@ void MapGround::singleOut(MapMarker& marker) {
   reveal(marker);
   if (open_.get() != &marker && !liesFree(marker)) openWindow(nullptr);
   if (liesFree(marker)) return;
-  moveTo({marker.position(), std::max(camera_.zoom, kSingleOutZoom)}, false);
+  moveTo({marker.position(), kMostZoom}, false);
   // Still among others: they stand at the same place.
   if (!liesFree(marker)) marker.bringToFront();
   if (window_) window_->bringToFront();
