@@ -31,15 +31,15 @@ constexpr Stop kStops[] = {
      "tap \"Chiudi\"\nwait idle\nback\nwait idle\nback\nwait idle\nmenu\nwait idle\n"
      "tap \"Farmacia di turno\"\nwait idle\nexpect \"Farmacia di turno fino\""},
     {"08-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
-    {"20-mappe",
+    {"30-mappe",
      "back\nwait idle\nmenu\nwait idle\ntap \"Mappe\"\nwait idle\nexpect \"Parcheggi\""},
-    {"21-mappa",
+    {"31-mappa",
      "tap \"Defibrillatori\"\nwait idle\ntap \"Croce Verde Varlo\"\nwait idle\n"
      "expect \"Click per dettagli\""},
-    {"22-mappa-scheda",
+    {"32-mappa-scheda",
      "tap \"Click per dettagli\"\nwait idle\nexpect \"Naviga Verso\"\nexpect \"Via delle "
      "Industrie\""},
-    {"23-mappa-alberi",
+    {"33-mappa-alberi",
      "tap \"Chiudi\"\nwait idle\nback\nwait idle\ntap \"Alberi pubblici\"\nwait idle"},
     {"09-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
     {"10-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},

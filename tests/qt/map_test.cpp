@@ -195,7 +195,7 @@ TEST_F(Maps, AFingerPansTheWheelZoomsAndTheTreeHearsOfIt) {
 
 TEST_F(Maps, PinsThatLieTogetherAreAClusterUntilOneIsSingledOut) {
   std::vector<ui::Ref<ui::MapMarker>> close;
-  for (int i = 0; i < 20; ++i) close.push_back(add(0.0001 * i, 0, "n. " + std::to_string(i)));
+  for (int i = 0; i < 20; ++i) close.push_back(add(0.00004 * i, 0, "n. " + std::to_string(i)));
   show();
   picture("map-cluster");
   EXPECT_EQ(ask("document.querySelector('.cluster').textContent").toString(), QString("20"));
@@ -237,4 +237,22 @@ TEST_F(Maps, APageThatDiedComesBackAsItWas) {
   ASSERT_TRUE(settle());
   EXPECT_EQ(ask("document.querySelector('.window .title').textContent").toString(), QString("uno"));
   EXPECT_EQ(ask("all.length").toInt(), 1);
+}
+
+// A citizen is back out before the page has come.
+TEST_F(Maps, AMapThatGoesWhileItsPageLoadsLeavesNothingBehind) {
+  show();
+  for (const int patience : {0, 3, 10, 30, 60}) {
+    auto short_lived = ui::makeShared<ui::MapView>();
+    short_lived->setFrame({0, kTop, kWidth, kHeight - kTop});
+    short_lived->setCamera({kCentre, 16}, false);
+    short_lived->addMarker(kCentre, "breve");
+    page().addSubview(short_lived);
+    loop.pass(patience);
+    hand.tap({180, 400});
+    short_lived->removeFromParent();
+    short_lived = nullptr;
+    loop.pass(patience);
+  }
+  EXPECT_TRUE(settle());
 }

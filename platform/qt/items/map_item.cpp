@@ -34,17 +34,17 @@ QJsonValue windowOf(const ui::MapGround& ground) {
   const auto* marker = ground.open();
   const auto* window = ground.window();
   if (!marker || !window) return QJsonValue::Null;
-  return QJsonObject{
-      {"index", static_cast<int>(marker->id())},
-      {"lat", marker->position().latitude},
-      {"lng", marker->position().longitude},
-      {"title", QString::fromStdString(window->title().text())},
-      {"snippet", QString::fromStdString(window->snippet().text())},
-      {"w", window->bounds().width},
-      {"h", window->bounds().height},
-      {"gap", ui::MapGround::kWindowGap},
-      {"padding", ui::MapInfoWindow::kPadding},
-      {"sizes", QJsonArray{window->title().font().size(), window->snippet().font().size()}}};
+  return QJsonObject{{"index", static_cast<int>(marker->id())},
+                     {"lat", marker->position().latitude},
+                     {"lng", marker->position().longitude},
+                     {"title", QString::fromStdString(window->title().text())},
+                     {"snippet", QString::fromStdString(window->snippet().text())},
+                     {"w", window->bounds().width},
+                     {"h", window->bounds().height},
+                     {"gap", ui::MapGround::kWindowGap},
+                     {"padding", ui::MapInfoWindow::kPadding},
+                     {"sizes", QJsonArray{window->title().font().size() * ui::textScale(),
+                                          window->snippet().font().size() * ui::textScale()}}};
 }
 
 QString text(const QJsonObject& message) {
