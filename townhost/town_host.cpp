@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "townhost/drawn/gallery.h"
+#include "townhost/pictures/gallery.h"
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
 #include "townhost/map/tile_painter.h"

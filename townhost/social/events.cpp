@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "townhost/pictures/scene.h"
+
 namespace town {
 
 namespace {
@@ -27,16 +29,14 @@ struct Plan {
   int times = 1, apart = 7;
 };
 
-struct Cover {
-  Motif motif;
-  unsigned color;
+using Subject = Scene::Subject;
+constexpr Scene covers[] = {
+    {Subject::Stage, 3, true},  {Subject::Market, 5},       {Subject::Square, 9, true},
+    {Subject::Books, 2},        {Subject::Pitch, 4},        {Subject::Bicycle, 6},
+    {Subject::River, 8},        {Subject::Market, 7, true}, {Subject::Stage, 1},
+    {Subject::Pitch, 11, true},
 };
-constexpr Cover covers[] = {
-    {Motif::music, 0x2F4B8F}, {Motif::market, 0x8FB9D9}, {Motif::stage, 0x3A1820},
-    {Motif::book, 0x4C7A6A},  {Motif::ball, 0x86BBD8},   {Motif::wheel, 0xE2A65B},
-    {Motif::water, 0x2A7FB0}, {Motif::wine, 0x8C3B4A},   {Motif::music, 0x7A3E8E},
-    {Motif::ball, 0xD9A066},
-};
+constexpr int coverWidth = 820, coverHeight = 462;
 
 const char *const town = "Comune.di.Varlo", *const live = "live.in.varlo";
 
@@ -176,7 +176,7 @@ void publishEvents(Documents& documents, Gallery& gallery, const std::string& ur
   for (const Club& club : clubs) publish(club.page);
   for (int i = 0; i < static_cast<int>(std::size(covers)); ++i)
     gallery.add(documents, coverPath(i),
-                [cover = covers[i]] { return drawCover(cover.motif, cover.color); });
+                [scene = covers[i]] { return paint(scene, coverWidth, coverHeight); });
 }
 
 }  // namespace town

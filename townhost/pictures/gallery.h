@@ -1,5 +1,5 @@
-// The pictures of the town's pages, all drawn by this host: covers of events, boards and
-// badges of restaurants, price lists. PNG files, made when they are first asked for and
+// The pictures of the town's pages, all drawn by this host: scenes, boards and badges of
+// restaurants, price lists. PNG files, made when they are first asked for and
 // kept. Owned by the TownHost's documents; any thread.
 #pragma once
 
@@ -28,10 +28,6 @@ class Gallery {
   std::mutex mutex_;
   std::map<std::string, Drawn> pictures_;
 };
-
-// What a cover shows.
-enum class Motif { music, market, stage, book, ball, wheel, water, wine };
-std::string drawCover(Motif motif, unsigned color);
 
 // The first letters of a name in a coloured disc.
 std::string drawBadge(const std::string& name, unsigned color);

@@ -11,7 +11,7 @@ namespace town {
 struct Paint {
   double r, g, b;
 };
-constexpr Paint paint(unsigned rgb) {
+constexpr Paint colored(unsigned rgb) {
   return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
 }
 

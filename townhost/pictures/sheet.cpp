@@ -1,4 +1,4 @@
-#include "townhost/drawn/sheet.h"
+#include "townhost/pictures/sheet.h"
 
 #include <numbers>
 
