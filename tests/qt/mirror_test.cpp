@@ -198,6 +198,24 @@ TEST(ImageStore, OneFileInManyViewsIsDecodedOnce) {
   EXPECT_EQ(store.decoded(), 1);
 }
 
+TEST_F(OnScreen, RoundCornersCutWhatIsInside) {
+  auto card = box({50, 50, 200, 200}, ui::kWhite);
+  card->setBorder({0, ui::kClear, 40});
+  card->setClipsToBounds(true);
+  auto head = box({0, 0, 200, 60}, kRed, card.get());
+  auto photo = add<ui::ImageView>({0, 100, 200, 100}, card.get());
+  photo->setImage(striped(40, 40, "PNG"));
+  const QImage image = picture("corners");
+  const QColor paper = at(image, 20, 20);
+  for (const auto& [x, y] : {std::pair{52, 52}, {247, 52}, {52, 247}, {247, 247}})
+    EXPECT_EQ(at(image, x, y), paper) << x << "," << y;
+  EXPECT_EQ(at(image, 150, 52), QColor(Qt::red));
+  EXPECT_EQ(at(image, 52, 108), QColor(Qt::red));
+  // Moved out of the corners, it is a plain box again.
+  head->setFrame({0, 80, 200, 20});
+  EXPECT_EQ(at(picture(), 51, 140), QColor(Qt::red));
+}
+
 TEST_F(OnScreen, ButtonsShowPressAndDisable) {
   auto button = add<ui::Button>({50, 50, 150, 44});
   button->setTitle("Premi");

@@ -151,6 +151,10 @@ Patch boxPatch(const BoxLook& look, ui::Size size, double scale) {
   });
 }
 
+QImage boxPicture(const BoxLook& look, ui::Size size, double scale) {
+  return paintBox(look, size.width, size.height, scale);
+}
+
 double shadowReach(const ui::Shadow& shadow) { return std::ceil(shadow.blur * 1.5) + 1; }
 
 Patch shadowPatch(const BoxLook& look, double scale) {

@@ -29,6 +29,8 @@ struct Patch {
   double margin = 0;  // the part at each edge that isn't stretched; 0: an exact picture
 };
 
+// The filled and bordered shape as a picture of that size.
+QImage boxPicture(const BoxLook& look, ui::Size size, double scale);
 // The filled and bordered shape for a box of the given size.
 Patch boxPatch(const BoxLook& look, ui::Size size, double scale);
 // The shadow of such a box, to be shown around it with shadowReach() at each side.

@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
@@ -188,13 +187,8 @@ std::vector<Picture> ImageStore::pictures(const ImagePlace& place, const ui::Rec
     QPainter p(&canvas);
     p.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
     p.translate(-tile.x, -tile.y);
-    if (place.radius > 0) {
-      QPainterPath rounded;
-      const ui::Rect& box = place.box;
-      rounded.addRoundedRect(QRectF(box.x, box.y, box.width, box.height), place.radius,
-                             place.radius);
-      p.setClipPath(rounded);
-    }
+    if (place.radius > 0) p.setClipPath(RoundedClip{place.box, place.radius}.path());
+    if (place.around) p.setClipPath(place.around->path(), Qt::IntersectClip);
     drawPart(p, *source, all, tile);
     p.end();
     result.push_back({canvas, rect});

@@ -9,9 +9,11 @@
 
 #include <QCache>
 #include <QImage>
+#include <optional>
 #include <vector>
 
 #include "platform/qt/drawing/painted_item.h"
+#include "platform/qt/drawing/rounded_clip.h"
 #include "platform/ui/controls/image_view.h"
 
 namespace qt {
@@ -21,8 +23,9 @@ struct ImagePlace {
   ui::Image image;
   ui::Rect box;
   ui::ContentMode mode = ui::ContentMode::Fill;
-  double radius = 0;  // of the box's corners
-  double scale = 1;   // pixels a point
+  double radius = 0;                  // of the box's corners
+  double scale = 1;                   // pixels a point
+  std::optional<RoundedClip> around;  // of a view that this one is in
   bool operator==(const ImagePlace&) const = default;
 };
 

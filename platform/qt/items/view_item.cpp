@@ -1,5 +1,6 @@
 #include "platform/qt/items/view_item.h"
 
+#include "platform/qt/items/box_item.h"
 #include "platform/qt/items/button_item.h"
 #include "platform/qt/items/choice_items.h"
 #include "platform/qt/items/control_item.h"
@@ -20,9 +21,10 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   const QPointF corner(snapped(at.x), snapped(at.y));
   setPosition(corner);
   setSize({snapped(at.right()) - corner.x(), snapped(at.bottom()) - corner.y()});
+  frame_ = seen.frame;
   const ui::Size former = std::exchange(frameSize_, seen.frame.size());
   setClip(view.clipsToBounds());
-  setLook(lookOf(view, seen.background));
+  setLook(cut(lookOf(view, seen.background)));
   setVisible(true);
   const ui::Rect visible =
       seen.clip.intersection(seen.frame).movedBy(ui::Point{} - seen.frame.origin());
@@ -36,6 +38,18 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
 
 BoxLook ViewItem::lookOf(const ui::View& view, ui::Color background) const {
   return {background, view.border(), view.shadow()};
+}
+
+std::optional<RoundedClip> ViewItem::cornersAround() const {
+  const auto held = view();
+  for (auto* above = held ? held->parent() : nullptr; above; above = above->parent()) {
+    const double radius = above->border().radius;
+    if (!above->clipsToBounds() || radius <= 0) continue;
+    const RoundedClip clip{above->frameInWindow().movedBy(ui::Point{} - frame_.origin()), radius};
+    const bool cuts = clip.cuts({0, 0, frame_.width, frame_.height});
+    return cuts ? std::optional(clip) : std::nullopt;
+  }
+  return std::nullopt;
 }
 
 void ViewItem::scaleChanged() {
@@ -61,7 +75,7 @@ std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view) {
     return std::make_unique<SegmentsItem>(stage, view);
   if (dynamic_cast<ui::PickerView*>(&view)) return std::make_unique<PickerItem>(stage, view);
   if (dynamic_cast<ui::DatePicker*>(&view)) return std::make_unique<DateItem>(stage, view);
-  return std::make_unique<ViewItem>(stage, view);
+  return std::make_unique<BoxItem>(stage, view);
 }
 
 }  // namespace qt

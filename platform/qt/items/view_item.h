@@ -1,5 +1,5 @@
-// The item that stands for one visible view. This one shows any view's box; kinds of
-// views with more to show have a class of their own (made by makeViewItem).
+// The item that stands for one visible view, and shows its box. Each kind of view has a
+// class of its own (made by makeViewItem).
 //
 // Owned by the Mirror, which calls show() on each pass in which the view is seen. The
 // view is held weakly: an item may outlive it until the next pass. Main thread, points.
@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "platform/qt/drawing/painted_item.h"
+#include "platform/qt/drawing/rounded_clip.h"
 #include "platform/ui/values/geo.h"
 #include "platform/ui/window.h"
 
@@ -69,8 +70,13 @@ class ViewItem : public PaintedItem {
   // the clip are the same.
   virtual void sync(ui::View& /*view*/, ui::Change /*changed*/) {}
   virtual BoxLook lookOf(const ui::View& view, ui::Color background) const;
+  // The look as the round corners around the item leave it; called with each show().
+  virtual BoxLook cut(const BoxLook& look) { return look; }
   // The part of the item that can be seen, in its own points, as of the last show().
   const ui::Rect& visibleArea() const { return visible_; }
+  // The nearest ancestor that clips with round corners, in the item's own points, if a
+  // corner of it may cut into the item: children are cut by the toolkit in straight lines.
+  std::optional<RoundedClip> cornersAround() const;
   // The view's size as seen, which the item's is rounded from.
   ui::Size frameSize() const { return frameSize_; }
   // Needs a sync() when another part of it can be seen.
@@ -84,6 +90,7 @@ class ViewItem : public PaintedItem {
   Stage& stage_;
   ui::WeakRef<ui::View> view_;
   ui::Rect visible_;
+  ui::Rect frame_;  // in window points
   ui::Size frameSize_;
   bool stale_ = true;
 };
