@@ -28,7 +28,12 @@ void FocusRing::follow(const Mirror& mirror, const ui::View* focused) {
   setPosition(frame.topLeft());
   setSize(frame.size());
   const double radius = std::max(4.0, item->look().border.radius);
-  setLook({ui::kClear, {ui::style::kFocusRingWidth, ui::style::kFocusRing, radius}, {}});
+  constexpr double kWidth = ui::style::kFocusRingWidth, kInner = 1.5;
+  setLook({ui::kClear, {kWidth, ui::style::kFocusRing, radius}, {}});
+  inner_.setPosition({kWidth, kWidth});
+  inner_.setSize(
+      {std::max(0.0, frame.width() - 2 * kWidth), std::max(0.0, frame.height() - 2 * kWidth)});
+  inner_.setLook({ui::kClear, {kInner, ui::kWhite, std::max(1.0, radius - kWidth)}, {}});
 }
 
 }  // namespace qt

@@ -16,6 +16,9 @@ class FocusRing final : public PaintedItem {
   explicit FocusRing(QQuickItem* parent);
   // Follows the focused view; hidden where none is seen or the keyboard isn't in use.
   void follow(const Mirror& mirror, const ui::View* focused);
+
+ private:
+  PaintedItem inner_{this};  // a white line, for what is on a dark bar
 };
 
 }  // namespace qt

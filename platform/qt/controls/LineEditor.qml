@@ -9,6 +9,7 @@ Item {
     property color textColor: "black"
     property color accent: "black"
     property string hint
+    property color hintColor: "gray"
     property int alignment: Text.AlignLeft
     property bool editable: true
     property bool password: false
@@ -54,7 +55,7 @@ Item {
             horizontalAlignment: root.alignment
             elide: Text.ElideRight
             font: root.textFont
-            color: "#8a949e"
+            color: root.hintColor
             Accessible.ignored: true
         }
     }
@@ -70,7 +71,7 @@ Item {
         font.family: "Material Icons"
         font.pixelSize: 18
         text: "\ue5c9"
-        color: "#8a949e"
+        color: root.hintColor
         Accessible.ignored: true
         TapHandler {
             onTapped: {

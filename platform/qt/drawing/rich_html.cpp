@@ -6,6 +6,7 @@
 
 #include "platform/qt/drawing/colors.h"
 #include "platform/qt/drawing/fonts.h"
+#include "platform/ui/values/branding.h"
 
 namespace qt {
 
@@ -16,7 +17,7 @@ QString styleOf(const ui::TextAttributes& a, const ui::Font& base, ui::Color col
   QString css = QStringLiteral("font-family:'%1';font-size:%2px;color:%3;")
                     .arg(font.family())
                     .arg(font.pixelSize())
-                    .arg(toQColor(a.color.value_or(color)).name());
+                    .arg(toQColor(a.color.value_or(a.link ? ui::looks().accent : color)).name());
   if (font.bold()) css += QLatin1String("font-weight:bold;");
   if (font.italic()) css += QLatin1String("font-style:italic;");
   if (a.background && !a.background->transparent())

@@ -9,6 +9,7 @@
 
 #include "platform/qt/drawing/colors.h"
 #include "platform/qt/drawing/fonts.h"
+#include "platform/ui/values/branding.h"
 
 namespace qt {
 
@@ -76,7 +77,7 @@ void TextLayout::addFormats(const ui::AttributedText& text) {
     QFont font = zoomed(toQFont(a.font.value_or(style_.font)), style_.zoom);
     if (a.kerning) font.setLetterSpacing(QFont::AbsoluteSpacing, *a.kerning * points);
     if (a.font || a.kerning) format.setFont(font);
-    if (a.color) format.setForeground(toQColor(*a.color));
+    if (a.color || a.link) format.setForeground(toQColor(a.color.value_or(ui::looks().accent)));
     if (a.background && !a.background->transparent()) format.setBackground(toQColor(*a.background));
     if (a.underline.value_or(0) > 0 || a.link)
       format.setUnderlineStyle(QTextCharFormat::SingleUnderline);

@@ -12,8 +12,6 @@ namespace qt {
 
 namespace {
 
-constexpr ui::Color kOff{0xFFC3CAD1};
-
 void set(QQuickItem& control, const char* name, const QVariant& value) {
   if (control.property(name) != value) control.setProperty(name, value);
 }
@@ -43,7 +41,7 @@ SwitchItem::SwitchItem(Stage& stage, ui::View& view) : ControlItem(stage, view, 
 void SwitchItem::syncControl(QQuickItem& control, ui::View& view) {
   const auto& v = static_cast<ui::Switch&>(view);
   set(control, "activeColor", toQColor(v.onColor.value_or(v.tint())));
-  set(control, "restColor", toQColor(v.offColor.value_or(kOff)));
+  set(control, "restColor", toQColor(v.offColor.value_or(ui::style::kSwitchOff)));
   set(control, "thumbColor", toQColor(v.thumbColor.value_or(ui::kWhite)));
   set(control, "checked", v.on());
   set(control, "ready", true);
@@ -83,6 +81,9 @@ void SegmentsItem::syncControl(QQuickItem& control, ui::View& view) {
   QVariantList items;
   for (const auto& item : v.items()) items << QString::fromStdString(item);
   set(control, "accent", toQColor(v.tint()));
+  // White, as on the bars, unless the tint is too light for it.
+  set(control, "accentText",
+      toQColor(ui::contrast(ui::kWhite, v.tint()) >= 4.5 ? ui::kWhite : ui::readableOn(v.tint())));
   set(control, "textFont", toQFont(ui::Font::system(14)));
   set(control, "items", items);
   set(control, "selected", v.selected());

@@ -88,7 +88,7 @@ BoxLook EditorItem::lookOf(const ui::View& view, ui::Color background) const {
   if (look.fill.transparent()) look.fill = ui::kWhite;
   if (look.border.width <= 0) {
     const bool active = view.isFocused();
-    look.border = {active ? 2.0 : 1.0, active ? view.tint() : ui::style::kHairline,
+    look.border = {active ? 2.0 : 1.0, active ? view.tint() : ui::style::kFieldBorder,
                    field->borderStyle() == 3 ? kFieldCorner : 0};
   }
   return look;
@@ -101,6 +101,7 @@ void EditorItem::sync(ui::View& view, ui::Change) {
   editor_->setProperty("textFont", toQFont(input.font()));
   editor_->setProperty("textColor", toQColor(input.textColor()));
   editor_->setProperty("accent", toQColor(input.tint()));
+  editor_->setProperty("hintColor", toQColor(ui::style::kHint));
   editor_->setProperty("alignment", alignmentOf(input));
   editor_->setProperty("hints", hintsOf(input.traits()));
   editor_->setProperty("editable", input.editable());

@@ -32,6 +32,12 @@ struct Color {
   }
 };
 
+// How well two colours stand apart, alpha not looked at: 1 for the same, 21 for black on
+// white; small text needs 4.5, a shape 3.
+double contrast(Color a, Color b);
+// Black, or white where black could not be read.
+Color readableOn(Color background);
+
 inline constexpr Color kClear{0x00000000};
 inline constexpr Color kBlack{0xFF000000};
 inline constexpr Color kWhite{0xFFFFFFFF};

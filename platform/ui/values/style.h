@@ -21,7 +21,11 @@ inline constexpr Color kHud{0xE6222B31};    // progress and toast
 inline constexpr Color kOnHud{0xFFFFFFFF};
 inline constexpr Color kCard{0xFFFFFFFF};
 inline constexpr Color kPressed{0x22000000};  // laid over a pressed button
-inline constexpr Color kFocusRing{0xFFE08A00};
+// Shapes stand apart from the page by 3:1, texts by 4.5:1.
+inline constexpr Color kFocusRing{0xFFB86000};  // with a white line inside, for dark bars
+inline constexpr Color kFieldBorder{0xFF7C8790};
+inline constexpr Color kSwitchOff{0xFF7C8790};
+inline constexpr Color kHint{0xFF67717B};
 inline constexpr Color kDestructive{0xFFB3261E};
 
 inline constexpr double kStatusBarHeight = 20;
