@@ -9,10 +9,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "townhost/pictures/gallery.h"
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
 #include "townhost/map/tile_painter.h"
+#include "townhost/pictures/gallery.h"
 #include "townhost/spoil.h"
 #include "townhost/town_documents.h"
 #include "townhost/trial_paths.h"
