@@ -3,40 +3,20 @@
 // their texts alone.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
-#include <unistd.h>
 
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 
-#include "components/customlistview.h"
-#include "components/register_components.h"
-#include "platform/base/platform.h"
-#include "platform/qt/qt_screen.h"
-#include "platform/ui/application.h"
-#include "runtime/data/register_data.h"
-#include "runtime/views/base/font.h"
-#include "runtime/views/register_views.h"
-#include "runtime/views/wrappers/panel_wrapper.h"
+#include "bench_world.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 
 namespace {
 
-using namespace kes;
-
-class Owner final : public KesClass {
- public:
-  static void describe(ClassBuilder<Owner>& c) {
-    c.name("kes_bench_owner");
-    c.sub<&Owner::_clv_itemclick>("clv_itemclick");
-  }
-  void _initialize() { initializeClassModule(); }
-  void _clv_itemclick(int, Value) {}
-};
+using namespace bench;
 
 std::string layoutSource() {
   std::string source = "variant 375x667\n";
@@ -59,44 +39,6 @@ QByteArray markup() {
            QByteArray::number(i) + "\" } }\n";
   return qml + "}\n";
 }
-
-// A phone offscreen, with the layout in its assets.
-struct World {
-  std::filesystem::path root =
-      std::filesystem::temp_directory_path() / ("varlo-bench-" + std::to_string(::getpid()));
-  platform::SystemClock clock;
-  std::unique_ptr<platform::Platform> platform;
-  std::unique_ptr<platform::PlatformScope> scope;
-  std::unique_ptr<qt::QtScreen> screen;
-  std::unique_ptr<ui::Application> application;
-  Ref<ui::Window> window;
-  Ref<Owner> owner;
-
-  World() {
-    for (const char* folder : {"assets", "documents", "library", "tmp"})
-      std::filesystem::create_directories(root / folder);
-    const auto path = [&](const char* f) { return (root / f).string(); };
-    platform = std::make_unique<platform::Platform>(
-        clock, platform::Folders{path("assets"), path("documents") + "/", path("library") + "/",
-                                 path("tmp")});
-    scope = std::make_unique<platform::PlatformScope>(*platform);
-    registerData();
-    registerViews();
-    registerComponents();
-    ClassRegistry::instance().add<Owner>();
-    const auto bytes = layouts::toBytes(layouts::compile(layoutSource(), "bench.layout"));
-    std::ofstream(root / "assets/bench.kil", std::ios::binary) << bytes;
-    qt::QtScreen::Options options;
-    options.process.offscreen = true;
-    screen = std::make_unique<qt::QtScreen>(options);
-    application = std::make_unique<ui::Application>(*screen, screen->textEngine());
-    window = platform::makeShared<ui::Window>(application->screenBounds());
-    window->makeKey();
-    owner = make<Owner>();
-    owner->_initialize();
-  }
-  ~World() { std::filesystem::remove_all(root); }
-};
 
 World* current = nullptr;
 World& world() { return *current; }
@@ -129,37 +71,6 @@ void markupOfTwentyViews(benchmark::State& state) {
   }
 }
 BENCHMARK(markupOfTwentyViews)->MeasureProcessCPUTime()->Unit(benchmark::kMicrosecond);
-
-constexpr int kRows = 10000;
-
-// Rows as a town writes them: a sentence or two.
-const std::vector<Text>& rowTexts() {
-  static const std::vector<Text> texts = [] {
-    std::vector<Text> t;
-    t.reserve(kRows);
-    for (int i = 0; i < kRows; ++i)
-      t.push_back("Avviso numero " + std::to_string(i) +
-                  ": lo sportello dell'anagrafe resta chiuso nel pomeriggio di mercoledì " +
-                  std::to_string(i % 28 + 1) + " per lavori.");
-    return t;
-  }();
-  return texts;
-}
-
-Ref<kes_customlistview> newList(World& w, KesPanelWrapper& base) {
-  base.Initialize(w.owner->bi(), "");
-  base.setWidth(375);
-  base.setHeight(603);
-  base.setColor(KesColors::White);
-  KesLabelWrapper label;
-  label.Initialize(w.owner->bi(), "");
-  label.setFont(KesFont::CreateNew(16));
-  KesMap properties =
-      KesCommon::createMap({"DividerColor", 0, "DividerHeight", 1, "PressedColor", 0});
-  auto list = make<kes_customlistview>(w.owner->bi(), Value(w.owner), Text("clv"));
-  list->_designercreateview(base, label, properties);
-  return list;
-}
 
 void appendRows(benchmark::State& state) {
   auto& w = world();
@@ -217,6 +128,8 @@ BENCHMARK(visibleRange)->Arg(100)->Arg(1000)->Arg(10000);
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   World w;
+  const auto bytes = layouts::toBytes(layouts::compile(layoutSource(), "bench.layout"));
+  std::ofstream(w.root / "assets/bench.kil", std::ios::binary) << bytes;
   current = &w;
   benchmark::RunSpecifiedBenchmarks();
   current = nullptr;

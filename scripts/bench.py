@@ -97,6 +97,24 @@ def rows():
     ]
 
 
+def measuring():
+    m = google("bench_lists", "measuredByTheHouse", "measuredByShapingAlone")
+    a, b = m["measuredByTheHouse"]["ns"], m["measuredByShapingAlone"]["ns"]
+    return [("measure 10,000 row texts / HarfBuzz and ICU's breaks alone", timed(a), timed(b),
+             f"{a / b:.2f}", "≤ 1.5")]
+
+
+def scrolling():
+    m = google("bench_lists", "scrollRows")
+    lines = []
+    for name, title in (("scrollRows/0/iterations:1", "scroll 10,000 rows, 99 of 100 frames"),
+                        ("scrollRows/1/iterations:1", "the same with a screen reader")):
+        for part, whose in (("main_ms", "main thread"), ("renderer_ms", "renderer")):
+            lines.append((f"{title}: processor of the {whose}", f"{m[name][part]:.2f} ms", "", "",
+                          "≤ 8 ms"))
+    return lines
+
+
 def launch():
     ours, empty, engine = [], [], 0
     env = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software")
@@ -154,6 +172,8 @@ ROWS = [
     pair("layout of 20 views / the same by QQmlComponent, times faster", "bench_views",
          "layoutOfTwentyViews", "markupOfTwentyViews", "≥ 5", faster=True),
     titled("rows", rows),
+    titled("measuring", measuring),
+    titled("scrolling", scrolling),
     titled("launch", launch),
     titled("pharmacy", pharmacy),
     titled("maps", maps),

@@ -115,6 +115,14 @@ ui::TextAlign TextLayout::alignmentAt(int position) const {
   return style_.alignment;
 }
 
+// How a text is measured: by laying it out as it will be drawn, and nothing is kept. Three
+// quarters of the time are the shaping of its glyphs, which any engine has to do. The lines
+// break where words do, but for a word that is wider than its line (breakWell()); they end
+// early where the lines or the height run out, and what is left out then gives way to an
+// ellipsis (cut()), which means laying out once more. A size is rounded up to whole points,
+// so that a box of that size has the room that the lines took: the label that is drawn in
+// it later, at the same width, breaks them in the same places. Widths count in sixty-fourths
+// of a point; kSlack keeps what was measured to fit from missing by one of them.
 void TextLayout::layOut() {
   const bool wraps = style_.width > 0 && style_.maxLines != 1;
   layout_ = std::make_unique<QTextLayout>(text_, zoomed(toQFont(style_.font), style_.zoom));
