@@ -13,46 +13,68 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A stop: what to play to get there, and the name of its files. Rows of the menu that
-// have no feature yet are no stops.
+// A stop: what to play to get there, and the name of its files.
 struct Stop {
   const char* name;
   const char* script;
 };
 
+// Every row of the menu, in its order, and what lies behind its rows.
 constexpr Stop kStops[] = {
     {"01-home", "wait idle"},
     {"02-menu", "menu\nwait idle"},
-    {"03-infocitta", "tap \"InfoCittà\"\nwait idle\nexpect \"Uffici comunali\""},
-    {"04-categoria", "tap \"Uffici comunali\"\nwait idle\nexpect \"Anagrafe\""},
-    {"05-scheda", "tap \"Anagrafe\"\nwait idle\nexpect \"Telefono\""},
-    {"06-orari", "tap \"Orari di apertura\"\nwait idle\nexpect \"Chiudi\""},
-    {"07-farmacie",
+    {"03-notizie",
+     "tap \"Comune di Varlo\"\nwait idle\nexpect \"News Comune di Varlo\"\nexpect \"Piano neve\""},
+    {"04-notizia", "tap \"Piano neve\"\nwait idle\nexpect \"Piano neve: mezzi e sale\""},
+    {"05-newsletter",
+     "back\nwait idle\nmenu\nwait idle\ntap \"Newsletter Varlo\"\nwait idle\n"
+     "expect \"Newsletter del \" 5"},
+    {"06-numero", "tap \"Newsletter del \" 1\nwait idle\nexpect \"Varlo informa\""},
+    {"07-atti",
+     "back\nwait idle\nmenu\nwait idle\ntap \"Storico Atti Varlo\"\nwait idle\n"
+     "expect \"Data Registro: \""},
+    {"08-cerca-atti", "tap \"Cerca\"\nwait idle\nexpect \"Ricerca per oggetto\""},
+    {"09-atto",
+     "tap \"Annulla\"\nwait idle\ntap \"Data Registro: \" 1\nwait idle\n"
+     "expect \"Elenco documenti:\""},
+    {"10-eventi",
+     "back\nwait idle\nmenu\nwait idle\ntap \"Comune di Varlo\" 2\nwait idle\n"
+     "expect \"Letture ad alta voce\""},
+    {"11-live", "menu\nwait idle\ntap \"Live in Varlo\"\nwait idle\nexpect \"Aperitivo in jazz\""},
+    {"12-sport", "menu\nwait idle\ntap \"Sport\"\nwait idle\nexpect \"Calcio Varlo\""},
+    {"13-infocitta", "menu\nwait idle\ntap \"InfoCittà\"\nwait idle\nexpect \"Uffici comunali\""},
+    {"14-categoria", "tap \"Uffici comunali\"\nwait idle\nexpect \"Anagrafe\""},
+    {"15-scheda", "tap \"Anagrafe\"\nwait idle\nexpect \"Telefono\""},
+    {"16-orari", "tap \"Orari di apertura\"\nwait idle\nexpect \"Chiudi\""},
+    {"17-mappe",
      "tap \"Chiudi\"\nwait idle\nback\nwait idle\nback\nwait idle\nmenu\nwait idle\n"
+     "tap \"Mappe\"\nwait idle\nexpect \"Defibrillatori\""},
+    {"18-mappa", "tap \"Defibrillatori\"\nwait idle\nnamed \"map\" \"Mappa\""},
+    {"19-segnaposto",
+     "tap \"Municipio\"\nwait idle\ntap \"Click per dettagli\"\nwait idle\n"
+     "expect \"Naviga Verso\""},
+    {"20-farmacie",
+     "tap \"Chiudi\"\nwait idle\nback\nwait idle\nmenu\nwait idle\n"
      "tap \"Farmacia di turno\"\nwait idle\nexpect \"Farmacia di turno fino\""},
-    {"08-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
-    {"30-mappe",
-     "back\nwait idle\nmenu\nwait idle\ntap \"Mappe\"\nwait idle\nexpect \"Parcheggi\""},
-    {"31-mappa",
-     "tap \"Defibrillatori\"\nwait idle\ntap \"Croce Verde Varlo\"\nwait idle\n"
-     "expect \"Click per dettagli\""},
-    {"32-mappa-scheda",
-     "tap \"Click per dettagli\"\nwait idle\nexpect \"Naviga Verso\"\nexpect \"Via delle "
-     "Industrie\""},
-    {"33-mappa-alberi",
-     "tap \"Chiudi\"\nwait idle\nback\nwait idle\ntap \"Alberi pubblici\"\nwait idle"},
-    {"09-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
-    {"10-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
-    {"20-eventi",
-     "menu\nwait idle\ntap \"Comune di Varlo\" 2\nwait idle\nexpect \"Letture ad alta voce\""},
-    {"21-live", "menu\nwait idle\ntap \"Live in Varlo\"\nwait idle\nexpect \"Aperitivo in jazz\""},
-    {"22-sport", "menu\nwait idle\ntap \"Sport\"\nwait idle\nexpect \"Calcio Varlo\""},
-    {"23-menu-del-giorno",
-     "menu\nwait idle\ntap \"Menu del Giorno\"\nwait idle\nexpect \"Osteria del Ponte\""},
-    {"24-menu-trattoria", "tap \"Trattoria da Nando\"\nwait idle\nexpect \"#menudelgiorno\""},
-    {"25-pizzaprezzi",
+    {"21-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
+    {"22-via",
+     "back\nwait idle\nmenu\nwait idle\ntap \"Raccolta rifiuti\"\nwait idle\n"
+     "tap \"Seleziona via\"\ntype \"dante\"\nwait idle\nexpect \"Via Dante\""},
+    {"23-rifiuti", "tap \"Via Dante\"\nwait idle\nexpect \"ORARIO DI ESPOSIZIONE\""},
+    {"24-materiale", "tap \"CARTA\"\nwait idle\nexpect \"SI\\n\""},
+    {"25-scuole",
+     "tap \"OK\"\nwait idle\nback\nwait idle\nmenu\nwait idle\ntap \"Menu Scuola\"\n"
+     "wait idle\nexpect \"Menu Scuole\""},
+    {"26-menu-scuola", "tap @180,100\nwait idle\nabsent \"Menu Scuole\""},
+    {"27-menu-del-giorno",
+     "back\nwait idle\nmenu\nwait idle\ntap \"Menu del Giorno\"\nwait idle\n"
+     "expect \"Osteria del Ponte\""},
+    {"28-menu-trattoria", "tap \"Trattoria da Nando\"\nwait idle\nexpect \"#menudelgiorno\""},
+    {"29-pizzaprezzi",
      "back\nwait idle\nmenu\nwait idle\ntap \"PizzaPrezzi\"\nwait idle\nexpect \"Da Gino\""},
-    {"26-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
+    {"30-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
+    {"31-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
+    {"32-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
 };
 
 }  // namespace
