@@ -3,6 +3,7 @@
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
 #include "app/kit/sorttype.h"
+#include "app/kit/text_height.h"
 #include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/files/file.h"
@@ -113,15 +114,6 @@ KesLabelWrapper eventIcon(kes_main& app) {
   return icon;
 }
 
-KesImageViewWrapper veil(kes_main& app) {
-  KesBitmap white;
-  white.Initialize(File().DirAssets(), kVeil);
-  KesImageViewWrapper view;
-  view.Initialize(app.bi(), "");
-  view.setBitmap(white);
-  return view;
-}
-
 KesLabelWrapper words(kes_main& app, const KesCSBuilder& text) {
   KesLabelWrapper label;
   label.Initialize(app.bi(), "");
@@ -132,27 +124,59 @@ KesLabelWrapper words(kes_main& app, const KesCSBuilder& text) {
   return label;
 }
 
-void addCard(kes_main& app, const Ref<kes_customlistview>& list, const Record& event,
-             const Text& club) {
-  KesImageViewWrapper picture;
-  picture.Initialize(app.bi(), "");
-  picture.setContentMode(KesImageViewWrapper::MODE_FIT);
-  KesPanelWrapper card;
-  card.Initialize(app.bi(), "card");
-  card.setColor(KesColors::White);
-  card.setWidth(list->_asview().Width());
-  card.setHeight(app.c().DipToCurrent(kCardHeight));
-  for (const KesViewWrapper& part :
-       {KesViewWrapper(eventIcon(app)), KesViewWrapper(picture), KesViewWrapper(veil(app)),
-        KesViewWrapper(words(app, describe(app, event, club)))})
-    card.AddView(part, 0, 0, 0, 0);
-  placeCard(card);
-  list->_add(card, textOf(event, "id"));
-  event.attempt([&] {
-    if (event.map().ContainsKey("cover"))
-      app._downloadimage(nameOf(mapOf(event.map(), "cover"), "source"), picture);
-  });
-}
+// Fills one list with cards.
+class Cards {
+ public:
+  Cards(kes_main& app, Ref<kes_customlistview> list) : app_(app), list_(std::move(list)) {
+    veil_.Initialize(File().DirAssets(), kVeil);
+  }
+
+  // In the order of their beginning, without those that are over.
+  void showSorted(KesList& entries) const {
+    entries.SortType("KEY", true);
+    for (const Value& value : entries) {
+      const auto entry = value.as<_sorttype>();
+      const KesMap map = KesMap::fromBoxed(entry->Value);
+      const Record event("event " + Kes::ObjectToString(map.Get("id")), map);
+      event.attempt([&] {
+        if (!isOver(app_, event)) add(event, entry->Title);
+      });
+    }
+  }
+
+ private:
+  void add(const Record& event, const Text& club) const {
+    KesPanelWrapper card;
+    card.Initialize(app_.bi(), "card");
+    card.setColor(KesColors::White);
+    card.setWidth(list_->_asview().Width());
+    card.setHeight(textHeight(kCardHeight));
+    auto picture = image();
+    picture.setContentMode(KesImageViewWrapper::MODE_FIT);
+    auto veil = image();
+    veil.setBitmap(veil_);
+    for (const KesViewWrapper& part :
+         {KesViewWrapper(eventIcon(app_)), KesViewWrapper(picture), KesViewWrapper(veil),
+          KesViewWrapper(words(app_, describe(app_, event, club)))})
+      card.AddView(part, 0, 0, 0, 0);
+    placeCard(card);
+    list_->_add(card, textOf(event, "id"));
+    event.attempt([&] {
+      if (event.map().ContainsKey("cover"))
+        app_._downloadimage(nameOf(mapOf(event.map(), "cover"), "source"), picture);
+    });
+  }
+
+  KesImageViewWrapper image() const {
+    KesImageViewWrapper view;
+    view.Initialize(app_.bi(), "");
+    return view;
+  }
+
+  kes_main& app_;
+  Ref<kes_customlistview> list_;
+  KesBitmap veil_;
+};
 
 // An event that recurs is one for each time that it takes place.
 void expand(kes_main& app, const Record& event, KesList& entries) {
@@ -168,18 +192,6 @@ void expand(kes_main& app, const Record& event, KesList& entries) {
     });
 }
 
-void showSorted(kes_main& app, const Ref<kes_customlistview>& list, KesList& entries) {
-  entries.SortType("KEY", true);
-  for (const Value& value : entries) {
-    const auto entry = value.as<_sorttype>();
-    const KesMap map = KesMap::fromBoxed(entry->Value);
-    const Record event("event " + Kes::ObjectToString(map.Get("id")), map);
-    event.attempt([&] {
-      if (!isOver(app, event)) addCard(app, list, event, entry->Title);
-    });
-  }
-}
-
 KesList eventsIn(const Text& place, const Text& document) {
   return listOf(parsedMap(place, document), "data");
 }
@@ -191,7 +203,7 @@ void showPage(kes_main& app, const Ref<kes_customlistview>& list, const Text& do
   entries.Initialize();
   for (const Record& event : Records("events", events))
     event.attempt([&] { expand(app, event, entries); });
-  showSorted(app, list, entries);
+  Cards(app, list).showSorted(entries);
 }
 
 }  // namespace
@@ -238,7 +250,7 @@ Resumable<> kes_main::_fbeventi_sport() {
     });
   }
   if (!whole) noConnection();
-  showSorted(*this, list, entries);
+  Cards(*this, list).showSorted(entries);
   if (whole) allShown(list);
 }
 
