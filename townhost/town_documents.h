@@ -8,7 +8,7 @@
 #include <string>
 
 #include "townhost/documents.h"
-#include "townhost/drawn/gallery.h"
+#include "townhost/pictures/gallery.h"
 
 namespace town {
 

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "townhost/documents.h"
-#include "townhost/drawn/gallery.h"
+#include "townhost/pictures/gallery.h"
 #include "townhost/town_documents.h"
 
 namespace town {
