@@ -1,5 +1,7 @@
 // From the start of the process to the first frame: the app on the Qt screen, or, with
-// "empty", a window with nothing in it. The start is the instant that the environment
+// "empty", a window with nothing in it; with "home" to the home page's text, as a town's host
+// on loopback serves it, and with "web" to an empty web view in an empty window, which then
+// stays until it is killed. The start is the instant that the environment
 // variable BENCH_START names (nanoseconds of the monotonic clock). Prints one line:
 // milliseconds, and whether the browser engine was in the process by then.
 #include <time.h>
@@ -10,10 +12,10 @@
 #include <QQuickWindow>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "app/kit/deployment.h"
 #include "app/shell/register_app.h"
@@ -22,6 +24,7 @@
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
 #include "runtime/views/app/app_delegate.h"
+#include "simulator/phone.h"
 
 namespace {
 
@@ -32,7 +35,7 @@ bool browserEngineLoaded() {
   return false;
 }
 
-[[noreturn]] void firstFrame() {
+void tellTime() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
   const char* start = std::getenv("BENCH_START");
@@ -40,6 +43,10 @@ bool browserEngineLoaded() {
                          (start ? std::atof(start) : 0);
   std::printf("%.2f %d\n", elapsed / 1e6, browserEngineLoaded() ? 1 : 0);
   std::fflush(stdout);
+}
+
+[[noreturn]] void firstFrame() {
+  tellTime();
   std::_Exit(0);
 }
 
@@ -53,6 +60,41 @@ int emptyWindow(int argc, char** argv) {
   if (!window) return 1;
   QObject::connect(window, &QQuickWindow::frameSwapped, window, [] { firstFrame(); });
   return app.exec();
+}
+
+// The engine is asked for by its QML module, as the app does it.
+int emptyWebView(int argc, char** argv) {
+  QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+  QGuiApplication app(argc, argv);
+  QQmlEngine engine;
+  QQmlComponent component(&engine);
+  component.setData(
+      "import QtQuick\nimport QtWebEngine\n"
+      "Window { id: w; width: 375; height: 667; visible: true; signal loaded()\n"
+      "WebEngineView { anchors.fill: parent; Component.onCompleted: loadHtml('<p>.</p>')\n"
+      "onLoadingChanged: (i) => { if (i.status == WebEngineView.LoadSucceededStatus) w.title = "
+      "'loaded' } } }",
+      QUrl());
+  const std::unique_ptr<QObject> made(component.create());
+  auto* window = qobject_cast<QQuickWindow*>(made.get());
+  if (!window) return 1;
+  bool told = false;
+  QObject::connect(window, &QQuickWindow::frameSwapped, window, [&] {
+    if (window->title() == QStringLiteral("loaded") && !std::exchange(told, true)) tellTime();
+  });
+  QObject::connect(window, &QWindow::windowTitleChanged, window, [&] { window->update(); });
+  return app.exec();
+}
+
+// Until the page has come from the host and is drawn.
+int homePage() {
+  sim::Options options;
+  sim::Phone phone(options);
+  phone.start();
+  constexpr std::int64_t kPatience = 30000;
+  if (!phone.side().settle([&] { return phone.busy(); }, kPatience)) return 1;
+  tellTime();
+  return 0;
 }
 
 int theApp() {
@@ -80,5 +122,8 @@ int theApp() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return argc > 1 && !std::strcmp(argv[1], "empty") ? emptyWindow(argc, argv) : theApp();
+  const std::string kind = argc > 1 ? argv[1] : "app";
+  if (kind == "empty") return emptyWindow(argc, argv);
+  if (kind == "web") return emptyWebView(argc, argv);
+  return kind == "home" ? homePage() : theApp();
 }

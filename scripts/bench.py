@@ -13,6 +13,8 @@ import subprocess
 import sys
 import time
 
+import citizen
+
 BIN = "build/release/bin/"
 REPETITIONS = "5"
 
@@ -187,6 +189,7 @@ ROWS = [
     titled("launch", launch),
     titled("features", features),
     titled("maps", maps),
+    titled("citizen", citizen.rows),
     pair("sort a list of 100,000 texts / std::sort of the same", "bench_collections", "sortList",
          "sortStrings", "≤ 1.5"),
     pair("a regular expression in a loop / ICU compiled once", "bench_collections",

@@ -75,6 +75,9 @@ constexpr Stop kStops[] = {
     {"30-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
     {"31-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
     {"32-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
+    {"33-messaggio",
+     "push {\"alert\": \"Domani le scuole restano chiuse per neve.\"}\nwait idle\n"
+     "expect \"Push message!\""},
 };
 
 }  // namespace

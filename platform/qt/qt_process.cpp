@@ -156,7 +156,9 @@ QtProcess::QtProcess(const Options& options) {
   g_name = ui::words().application;
   g_argv[0] = g_name.data();
   application_ = std::make_unique<QGuiApplication>(g_argc, g_argv);
-  QGuiApplication::setApplicationName(QString::fromStdString(ui::words().application));
+  // The toolkit keeps its own caches in a folder of this name, the app's.
+  QGuiApplication::setApplicationName(QString::fromStdString(ui::words().application).toLower());
+  QGuiApplication::setApplicationDisplayName(QString::fromStdString(ui::words().application));
   QGuiApplication::setDesktopFileName(QString::fromStdString(ui::words().program));
   QGuiApplication::setQuitOnLastWindowClosed(false);
 }

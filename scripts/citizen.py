@@ -1,0 +1,139 @@
+"""What a citizen pays: time, memory, processor and bytes of the app on the Qt screen, beside an
+empty window with an empty web view. Used by bench.py; milliseconds, megabytes.
+"""
+import os
+import pathlib
+import statistics
+import subprocess
+import tempfile
+import time
+
+BIN = "build/release/bin/"
+ENV = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software")
+LAUNCHES = 7
+ROUNDS = 10
+REST = 30  # seconds
+
+# Each row of the menu that opens a page of its own, and the way back.
+ROWS = ["Comune di Varlo", "Newsletter Varlo", "Storico Atti Varlo", "Live in Varlo", "Sport",
+        "InfoCittà", "Mappe", "Farmacia di turno", "Menu Scuola", "Menu del Giorno", "PizzaPrezzi",
+        "Disclaimer"]
+ROUND = "".join(f'menu\nwait idle\ntap "{row}"\nwait idle\n' for row in ROWS)
+HOME = 'menu\nwait idle\ntap "Home"\nwait idle\n'
+
+
+def children(pid):
+    found = [pid]
+    for task in pathlib.Path(f"/proc/{pid}/task").glob("*/children"):
+        for child in task.read_text().split():
+            found += children(int(child))
+    return found
+
+
+def memory(pid):
+    """PSS of the program and of all that it started."""
+    total = 0
+    for each in children(pid):
+        try:
+            for line in pathlib.Path(f"/proc/{each}/smaps_rollup").read_text().splitlines():
+                if line.startswith("Pss:"):
+                    total += int(line.split()[1])
+        except (FileNotFoundError, ProcessLookupError):
+            pass  # gone meanwhile
+    return total / 1024
+
+
+def processor(pid):
+    """Seconds of processor time so far."""
+    total = 0
+    for each in children(pid):
+        fields = pathlib.Path(f"/proc/{each}/stat").read_text().rpartition(")")[2].split()
+        total += int(fields[11]) + int(fields[12])
+    return total / os.sysconf("SC_CLK_TCK")
+
+
+def launches(kind):
+    times = []
+    for _ in range(LAUNCHES):
+        start = dict(ENV, BENCH_START=str(time.clock_gettime_ns(time.CLOCK_MONOTONIC)))
+        with subprocess.Popen([BIN + "bench_launch", kind], env=start, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL) as program:
+            times.append(float(program.stdout.readline().split()[0]))
+            program.kill()
+    return statistics.median(times)
+
+
+def empty_web_view():
+    with subprocess.Popen([BIN + "bench_launch", "web"], env=ENV, stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL) as program:
+        program.stdout.readline()
+        time.sleep(2)  # the engine's helpers come to rest
+        used = memory(program.pid)
+        program.kill()
+    return used
+
+
+def a_day():
+    """The app through its day: memory at home, after each row once, after ten rounds, and the
+    processor's share at rest."""
+    with tempfile.TemporaryDirectory() as folder:
+        def mark(name):
+            return f"dump {folder}/{name}\nwait 4000\n"
+
+        script = (f"wait idle\n{mark('home')}{ROUND}{HOME}{mark('once')}"
+                  + (ROUND + HOME) * (ROUNDS - 1)
+                  + f"{mark('rounds')}dump {folder}/rest\nwait {(REST + 4) * 1000}\n")
+        path = pathlib.Path(folder, "day.script")
+        path.write_text(script, encoding="utf-8")
+        with subprocess.Popen([BIN + "varlo-sim", "--script", str(path)], env=ENV,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as program:
+            def reach(name):
+                while not pathlib.Path(folder, name).exists():
+                    if program.poll() is not None:
+                        raise RuntimeError(f"the day ended before {name}")
+                    time.sleep(0.05)
+
+            used = {}
+            for name in ("home", "once", "rounds"):
+                reach(name)
+                time.sleep(2)
+                used[name] = memory(program.pid)
+            reach("rest")
+            time.sleep(1)
+            before = processor(program.pid)
+            time.sleep(REST)
+            share = (processor(program.pid) - before) / REST
+            program.kill()
+    return used, share
+
+
+def bytes_of_a_pharmacy():
+    """What goes over the wire for the page of the pharmacies on duty, bodies compressed."""
+    with subprocess.Popen([BIN + "varlo-townhost"], stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, text=True) as host:
+        url = host.stdout.readline().strip()
+        total = 0
+        for name in ("farmacie.json", "turni.json"):
+            total += int(subprocess.run(
+                ["curl", "-s", "--compressed", "-o", "/dev/null", "-w", "%{size_download}",
+                 f"{url}/InfoVarlo/farmacie/master/{name}"],
+                check=True, stdout=subprocess.PIPE, text=True).stdout)
+        host.terminate()
+    return total
+
+
+def rows():
+    home, web = launches("home"), launches("web")
+    used, share = a_day()
+    empty = empty_web_view()
+    flat = used["rounds"] / used["once"]
+    return [
+        ("launch to the home page's text / an empty window with an empty web view",
+         f"{home:.0f} ms", f"{web:.0f} ms", f"{home / web:.2f}", "≤ 1.1"),
+        ("memory (PSS) at home / the same empty window", f"{used['home']:.0f} MB",
+         f"{empty:.0f} MB", f"{used['home'] / empty:.2f}", "≤ 1.15"),
+        ("memory after ten rounds of the menu / after one", f"{used['rounds']:.0f} MB",
+         f"{used['once']:.0f} MB", f"{flat:.3f}", "≤ 1.01"),
+        ("processor in 30 s of rest", f"{share * 100:.2f} %", "", "", "≤ 0.2 %"),
+        ("bytes fetched for the pharmacies on duty", f"{bytes_of_a_pharmacy()}", "", "", ""),
+    ]
