@@ -17,6 +17,9 @@ using deployment::documents;
 
 namespace {
 
+// Values of rows of the menu: what is shown at start, and what opens outside.
+constexpr std::int32_t kHomeRow = 1, kStoreRow = 21;
+
 constexpr float kIconSize = 20;
 
 }  // namespace
@@ -92,6 +95,7 @@ void kes_main::_application_start(Value) {
     auto& button = _lstmenu->_getitem(_lstmenu->_getsize() - 1)->Panel.view();
     if (row.spoken) button.setAccessibleName(row.spoken);
   }
+  markMenu(kHomeRow);
 
   _smc.Initialize(menu, _navcontrol, KesPage());
   _app.setKeyController(_smc.object());
@@ -143,7 +147,16 @@ void kes_main::_lstmenu_itemclick(int, Value value) {
     return;
   }
   _imenu = chosen;
+  if (chosen != kStoreRow) markMenu(chosen);
   row->open(*this);
+}
+
+// The row whose feature the page shows.
+void kes_main::markMenu(std::int32_t value) {
+  const auto rows = varlo::menu();
+  for (std::int32_t i = 0; i < _lstmenu->_getsize(); ++i)
+    _lstmenu->_getitem(i)->Panel.view().setCurrent(rows[static_cast<std::size_t>(i)].value ==
+                                                   value);
 }
 
 Resumable<> kes_main::_clv_itemclick(int, Value value) {

@@ -146,6 +146,7 @@ class kes_main final : public Feature<kes_main> {
   Ref<kes_dateutils> _dateutils;
 
  private:
+  void markMenu(std::int32_t value);
   Ref<kes_customlistview> acts_;  // the list of acts that was shown last
 
   void showOnHome(const char* layout, const Text& title);

@@ -3,6 +3,7 @@
 #include "platform/ui/controls/text_input.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 namespace {
@@ -111,6 +112,106 @@ TEST_F(OverlayTest, ALongMessageScrollsAndLeavesTheButtonInReach) {
   EXPECT_GT(text->frameInWindow().bottom(), card.bottom());
   tap("Chiudi");
   EXPECT_THAT(results, ElementsAre(0));
+}
+
+TEST_F(OverlayTest, OnEveryScreenTheButtonsAreInReachAndReadable) {
+  const std::string text = "Il servizio riprende domani alle 8:30 presso la sede di via Roma. ";
+  std::string much;
+  for (int i = 0; i < 20; ++i) much += text;
+  const struct {
+    const char* says;
+    std::string title, message;
+    std::vector<std::string> buttons;
+    double content;
+    bool sideBySide;
+  } cases[] = {
+      {"a short question", "Msg", "Procedere?", {"Sì", "No"}, 0, true},
+      {"much to read", "Avviso", much, {"Chiudi"}, 0, true},
+      {"long answers",
+       "Avviso",
+       text,
+       {"Ricordamelo domani mattina", "Non mostrare più"},
+       0,
+       false},
+      {"a panel", "Ricerca per oggetto", "", {"Cerca", "Annulla"}, 200, true},
+      {"panel and text",
+       much,
+       much,
+       {"Cerca", "Un'altra ricerca per oggetto", "Annulla"},
+       300,
+       false},
+      {"a long title alone", much, "", {"OK"}, 0, true},
+  };
+  for (const Size size : {Size{320, 568}, {568, 320}, {320, 480}, {768, 1024}}) {
+    phone.screen.setSize(size);
+    phone.app.screenChanged();
+    for (const auto& c : cases) {
+      auto d = makeShared<Dialog>();
+      d->title = c.title;
+      d->message = c.message;
+      d->circle = c.content > 0;
+      for (std::size_t i = 0; i < c.buttons.size(); ++i)
+        d->addButton(c.buttons[i], static_cast<int>(i));
+      d->cancelResult = 1;
+      if (c.content > 0) {
+        d->content = makeShared<View>();
+        d->content->setFrame({0, 0, 260, c.content});
+      }
+      d->present();
+      phone.pump.settle();
+      const auto where =
+          std::string(c.says) + " on " + std::to_string(static_cast<int>(size.width));
+      const Rect card = d->view()->frameInWindow();
+      EXPECT_GE(card.y, 20) << where;
+      EXPECT_LE(card.bottom(), size.height) << where;
+      EXPECT_LE(card.right(), size.width) << where;
+      Rect former;
+      for (std::size_t i = 0; i < c.buttons.size(); ++i) {
+        const auto& button = static_cast<Button&>(*d->buttonView(i));
+        const Rect at = button.frameInWindow();
+        EXPECT_EQ(at.height, style::kTapSize) << where;
+        EXPECT_LE(at.bottom(), card.bottom()) << where;
+        EXPECT_GE(at.width + 12, button.sizeThatFits({}).width) << where << ": the title is cut";
+        EXPECT_FALSE(at.intersects(former)) << where;
+        if (i > 0 && (c.sideBySide || size.width < 500)) {
+          EXPECT_EQ(at.y == former.y, c.sideBySide) << where;
+        }
+        former = at;
+      }
+      if (c.buttons.size() > 1) {
+        EXPECT_TRUE(d->buttonView(1)->background().transparent()) << where << ": the quieter one";
+      }
+      // All that doesn't fit can be scrolled to.
+      phone.app.focus().set(nullptr);
+      phone.app.key(Key::End);
+      if (d->content) {
+        EXPECT_GE(d->buttonView(0)->frameInWindow().y, d->content->frameInWindow().bottom())
+            << where;
+      }
+      d->dismiss(0);
+      EXPECT_TRUE(!d->content || !d->content->parent()) << where;
+      phone.pump.settle();
+    }
+  }
+}
+
+TEST_F(OverlayTest, ADialogMakesWayForTheKeyboardAndTurnsWithThePhone) {
+  phone.screen.keyboard = 216;
+  auto d = dialog(true);
+  place<TextField>(*d->content, {0, 0, 260, 40});
+  d->present();
+  phone.pump.settle();
+  EXPECT_LE(d->view()->frameInWindow().bottom(), 568 - 216);
+  phone.app.focus().set(nullptr);
+  phone.pump.settle();
+  EXPECT_GT(d->view()->frameInWindow().bottom(), 568 - 216);
+  for (const Size size : {Size{568, 320}, {320, 568}}) {
+    phone.screen.setSize(size);
+    phone.app.screenChanged();
+    phone.pump.settle();
+    EXPECT_LE(d->view()->frameInWindow().bottom(), size.height);
+    EXPECT_NEAR(d->view()->frameInWindow().center().x, size.width / 2, 1);
+  }
 }
 
 TEST_F(OverlayTest, ACardMayBeMovedAndStays) {

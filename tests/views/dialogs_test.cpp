@@ -152,7 +152,8 @@ TEST_F(DialogsTest, ACustomDialogAnswersWithItsResult) {
     owner->ask(dialog, c.cancelable);
     phone.pump.settle();
     EXPECT_THAT(buttons(), ElementsAre("Cerca", "Annulla")) << "the empty text makes no button";
-    EXPECT_FALSE(phone.app.dialogs()[0]->circle.has_value()) << "custom, and without an icon";
+    EXPECT_FALSE(phone.app.dialogs()[0]->circle) << "custom, and without an icon";
+    EXPECT_EQ(phone.app.dialogs()[0]->accent->argb, 0xFF2866BF) << "the buttons have it";
     EXPECT_EQ(dialog.Result(), iCustomDialog::RESULT_CANCEL);
     c.act(*this);
     phone.pump.settle();
@@ -171,7 +172,7 @@ TEST_F(DialogsTest, ADialogsCardIsReachedByNameAndMayBeMoved) {
   dialog.ShowAsync(owner->bi(), "Attendere", "Uno", "Tre", "Due", KesBitmap(), false);
   EXPECT_THAT(buttons(), ElementsAre("Uno", "Due", "Tre"));
   EXPECT_TRUE(phone.app.dialogs()[0]->spinner);
-  EXPECT_EQ(phone.app.dialogs()[0]->circle->argb, 0xFF2866BF);
+  EXPECT_EQ(phone.app.dialogs()[0]->accent->argb, 0xFF2866BF);
   KesNativeObject alert = KesNativeObject::fromBoxed(dialog).GetField("alertView");
   auto card = KesViewWrapper::fromBoxed(alert.GetField("view"));
   EXPECT_EQ(card.Top(), 0) << "not laid out yet";

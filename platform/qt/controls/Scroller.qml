@@ -1,4 +1,5 @@
-// Kinetic scrolling with thin indicators that show while it moves.
+// Kinetic scrolling with thin indicators that show while it moves and, for a moment, when
+// it comes. A lower edge that fades tells that more follows.
 import QtQuick
 
 Flickable {
@@ -9,9 +10,15 @@ Flickable {
     property bool bounces: true
     property bool paging: false
     property real pixelRatio: 1
+    property color fadeColor: "transparent"
+    // By a point at least: less is how sizes were rounded.
+    readonly property bool tall: contentHeight > height + 1
+    readonly property bool wide: contentWidth > width + 1
+    property bool flashing: false
 
     boundsBehavior: bounces ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
-    flickableDirection: Flickable.AutoFlickIfNeeded
+    flickableDirection: !wide ? Flickable.VerticalFlick
+                              : tall ? Flickable.HorizontalAndVerticalFlick : Flickable.HorizontalFlick
     maximumFlickVelocity: 4000
     flickDeceleration: 1200
 
@@ -38,6 +45,27 @@ Flickable {
         NumberAnimation { id: pageY; target: scroller; property: "contentY"; duration: 250; easing.type: Easing.OutCubic }
     }
 
+    onTallChanged: if (tall) flash.restart()
+    onWideChanged: if (wide) flash.restart()
+    Timer {
+        id: flash
+        interval: 900
+        onRunningChanged: scroller.flashing = running
+    }
+
+    Rectangle {
+        parent: scroller
+        z: 999
+        width: scroller.width
+        height: Math.min(32, scroller.height / 3)
+        y: scroller.height - height
+        visible: scroller.fadeColor.a > 0 && scroller.tall && scroller.contentY + scroller.height < scroller.contentHeight - 1
+        gradient: Gradient {
+            GradientStop { position: 0; color: Qt.rgba(scroller.fadeColor.r, scroller.fadeColor.g, scroller.fadeColor.b, 0) }
+            GradientStop { position: 1; color: scroller.fadeColor }
+        }
+    }
+
     component Indicator: Rectangle {
         property bool wanted
         parent: scroller
@@ -45,18 +73,18 @@ Flickable {
         radius: 1.5
         color: "#80404850"
         visible: opacity > 0
-        opacity: wanted && scroller.moving ? 1 : 0
+        opacity: wanted && (scroller.moving || scroller.flashing) ? 1 : 0
         Behavior on opacity { NumberAnimation { duration: 250 } }
     }
     Indicator {
-        wanted: scroller.showsVertical && scroller.visibleArea.heightRatio < 1
+        wanted: scroller.showsVertical && scroller.tall
         width: 3
         x: scroller.width - width - 2
         height: Math.max(24, (scroller.height - 4) * scroller.visibleArea.heightRatio)
         y: 2 + (scroller.height - 4 - height) * Math.max(0, Math.min(1, scroller.contentY / Math.max(1, scroller.contentHeight - scroller.height)))
     }
     Indicator {
-        wanted: scroller.showsHorizontal && scroller.visibleArea.widthRatio < 1
+        wanted: scroller.showsHorizontal && scroller.wide
         height: 3
         y: scroller.height - height - 2
         width: Math.max(24, (scroller.width - 4) * scroller.visibleArea.widthRatio)

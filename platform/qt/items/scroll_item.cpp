@@ -5,6 +5,7 @@
 #include <QVariant>
 #include <algorithm>
 
+#include "platform/qt/drawing/colors.h"
 #include "platform/qt/items/qml_parts.h"
 #include "platform/ui/application.h"
 
@@ -58,6 +59,7 @@ void ScrollItem::sync(ui::View& view, ui::Change changed) {
   scroller_->setProperty("paging", scroll.paging());
   scroller_->setProperty("showsVertical", scroll.showsVerticalIndicator());
   scroller_->setProperty("showsHorizontal", scroll.showsHorizontalIndicator());
+  scroller_->setProperty("fadeColor", toQColor(scroll.moreFade().value_or(ui::kClear)));
 }
 
 void ScrollItem::scrolled() {

@@ -14,6 +14,10 @@
 
 namespace qt {
 
+namespace {
+constexpr double kCurrentTint = 0.12, kCurrentBar = 3;  // points
+}  // namespace
+
 void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origin) {
   ui::View& view = seen.view;
   // Both edges lie on the pixel grid: neighbours meet, and a line keeps its width.
@@ -26,6 +30,7 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   setClip(view.clipsToBounds());
   setLook(cut(lookOf(view, seen.background)));
   setVisible(true);
+  mark(view);
   const ui::Rect visible =
       seen.clip.intersection(seen.frame).movedBy(ui::Point{} - seen.frame.origin());
   const bool moved = followsClip() && visible != visible_;
@@ -36,8 +41,22 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
     sync(view, changed);
 }
 
+// A tint behind the content and a bar at its side.
 BoxLook ViewItem::lookOf(const ui::View& view, ui::Color background) const {
-  return {background, view.border(), view.shadow()};
+  const ui::Color fill =
+      view.current() ? background.mixed(view.tint().withAlpha(255), kCurrentTint) : background;
+  return {fill, view.border(), view.shadow()};
+}
+
+void ViewItem::mark(const ui::View& view) {
+  if (!view.current()) {
+    mark_.reset();
+    return;
+  }
+  if (!mark_) mark_ = std::make_unique<PaintedItem>(this);
+  mark_->setZ(1);
+  mark_->setSize({kCurrentBar, height()});
+  mark_->setLook({view.tint(), {}, {}});
 }
 
 std::optional<RoundedClip> ViewItem::cornersAround() const {

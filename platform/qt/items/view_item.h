@@ -84,6 +84,7 @@ class ViewItem : public PaintedItem {
   // Has waited for something of the screen's that has come about.
   virtual bool wantsSync() const { return false; }
   void scaleChanged() override;
+  void mark(const ui::View& view);
   Stage& stage() const { return stage_; }
 
  private:
@@ -92,6 +93,7 @@ class ViewItem : public PaintedItem {
   ui::Rect visible_;
   ui::Rect frame_;  // in window points
   ui::Size frameSize_;
+  std::unique_ptr<PaintedItem> mark_;  // of what is current
   bool stale_ = true;
 };
 

@@ -106,6 +106,12 @@ void ScrollView::setIndicators(bool vertical, bool horizontal) {
   markChanged(Change::Scroll);
 }
 
+void ScrollView::setMoreFade(std::optional<Color> color) {
+  if (color == moreFade_) return;
+  moreFade_ = color;
+  markChanged(Change::Scroll);
+}
+
 void ScrollView::setScrollEnabled(bool enabled) {
   if (enabled == scrollEnabled_) return;
   scrollEnabled_ = enabled;

@@ -35,6 +35,9 @@ class ScrollView : public View {
   bool showsVerticalIndicator() const { return vertical_; }
   bool showsHorizontalIndicator() const { return horizontal_; }
   void setIndicators(bool vertical, bool horizontal);
+  // The colour into which the lower edge fades while more follows below; none: it doesn't.
+  std::optional<Color> moreFade() const { return moreFade_; }
+  void setMoreFade(std::optional<Color> color);
   bool scrollEnabled() const { return scrollEnabled_; }
   void setScrollEnabled(bool enabled);
 
@@ -54,6 +57,7 @@ class ScrollView : public View {
   Point offset_;
   bool paging_ = false, bounces_ = true, vertical_ = true, horizontal_ = true;
   bool scrollEnabled_ = true;
+  std::optional<Color> moreFade_;
 };
 
 }  // namespace ui

@@ -15,6 +15,8 @@ namespace ui {
 namespace {
 
 constexpr double kPadding = 16, kGap = 12, kInnerMargin = 8;
+constexpr double kLeastBody = 32;    // of what scrolls over the buttons
+constexpr double kButtonSlack = 12;  // of its own padding a button may give up
 
 Ref<Label> cardLabel(const std::string& text, const Font& font, Color color) {
   auto label = makeShared<Label>();
@@ -39,6 +41,10 @@ void Dialog::present() {
   window->overlay().addSubview(layer_);
   if (auto* toast = app->hud().toastView()) toast->bringToFront();
   app->screen().announce(title.empty() ? message : title);
+  keyboardObserver_ =
+      app->focus().addKeyboardObserver([weak = WeakRef<Dialog>(this)](bool, double) {
+        if (const auto self = weak.lock(); self && self->layer_) self->layer_->setNeedsLayout();
+      });
   takeFocus();
   app->input().ignoreTaps(*layer_, style::kTapPause);
   layer_->setAlpha(0);
@@ -46,7 +52,7 @@ void Dialog::present() {
 }
 
 void Dialog::build() {
-  const Color accent = circle.value_or(looks().accent);
+  const Color tone = accent.value_or(looks().accent);
   auto layer = makeShared<LayoutView>();
   layer->setModal(true);
   scrim_ = makeShared<View>();
@@ -63,10 +69,10 @@ void Dialog::build() {
   card_->setAccessibleName(title.empty() ? message : title);
   layer->addSubview(scrim_);
   layer->addSubview(card_);
-  if (circle || spinner) {
+  if (circle) {
     circleView_ = makeShared<View>();
     circleView_->setFrame({0, 0, style::kDialogCircle, style::kDialogCircle});
-    circleView_->setBackground(accent);
+    circleView_->setBackground(tone);
     circleView_->setBorder({3, style::kCard, style::kDialogCircle / 2});
     Ref<View> inside;
     if (spinner) {
@@ -102,9 +108,11 @@ void Dialog::build() {
     auto button = makeShared<Button>();
     button->setTitle(spec.text);
     button->setFont(Font::bold(16));
-    button->setTextColor(looks().onAccent);
-    button->setBackground(accent);
-    button->setBorder({0, kClear, 6});
+    // The way out is quieter than what is asked.
+    const bool quiet = spec.result == cancelResult && buttons_.size() > 1;
+    button->setTextColor(quiet ? tone : looks().onAccent);
+    button->setBackground(quiet ? kClear : tone);
+    button->setBorder(quiet ? Border{1, tone, 6} : Border{0, kClear, 6});
     button->setOnTap([weak = WeakRef<Dialog>(this), result = spec.result](View&) {
       if (const auto self = weak.lock()) self->dismiss(result);
     });
@@ -118,71 +126,101 @@ void Dialog::build() {
 }
 
 void Dialog::layOut() {
-  const Size all = layer_->bounds().size();
+  auto* app = Application::current();
+  const double keyboard = app ? app->focus().keyboardHeight() : 0;
+  const Size all{layer_->bounds().width, std::max(0.0, layer_->bounds().height - keyboard)};
   scrim_->setFrame(layer_->bounds());
   if (all == placedFor_) return;  // the caller may have moved the card
   placedFor_ = all;
   const double most = std::max(0.0, std::min(all.width - 2 * kInnerMargin, style::kCardMaxWidth));
   double width = std::min(most, all.width - 2 * style::kCardMargin);
   if (content) width = std::min(most, std::max(width, content->bounds().width + 2 * kGap));
-  const double inner = std::max(0.0, width - 2 * kPadding);
-  double y = kPadding;
-  if (circleView_) {
-    circleView_->setFrame({(width - style::kDialogCircle) / 2, -style::kDialogCircle / 2,
-                           style::kDialogCircle, style::kDialogCircle});
-    y += style::kDialogCircle / 2;
+  const double above = circleView_ ? style::kDialogCircle / 2 : 0;
+  if (circleView_)
+    circleView_->setFrame(
+        {(width - style::kDialogCircle) / 2, -above, style::kDialogCircle, style::kDialogCircle});
+
+  // The buttons stay on the screen: what is over them scrolls where it is too high.
+  const double least = style::kStatusBarHeight + above, top = kPadding + above;
+  const double room = all.height - least - kInnerMargin - top - kPadding;
+  const auto parts = bodyParts(width);
+  double body = parts.empty() ? 0 : -kGap, widest = width;
+  for (const auto& part : parts) {
+    body += part.size.height + kGap;
+    widest = std::max(widest, part.size.width);
   }
-  if (titleLabel_) {
-    const double height = titleLabel_->sizeThatFits({inner, 0}).height;
-    titleLabel_->setFrame({kPadding, y, inner, height});
-    y += height + kGap;
+  const double inner = std::max(0.0, width - 2 * kPadding), buttons = buttonsHeight(inner);
+  const double gap = body > 0 && buttons > 0 ? kGap : 0;
+  // So many buttons that nothing would be left to read scroll along.
+  const bool allScrolls = buttons + gap + kLeastBody > room;
+  const bool scrolls = body + gap + buttons > room || widest > width;
+  const double shown = !scrolls ? body : allScrolls ? room : room - gap - buttons;
+  View& holder = scrolls ? area() : *card_;
+  double y = scrolls ? 0 : top;
+  const auto put = [](View& view, View& parent, const Rect& frame) {
+    if (view.parent() != &parent) parent.addSubview(Ref<View>(&view));
+    view.setFrame(frame);
+  };
+  for (const auto& part : parts) {
+    put(*part.view, holder,
+        {std::max(0.0, (width - part.size.width) / 2), y, part.size.width, part.size.height});
+    y += part.size.height + kGap;
   }
-  const auto count = static_cast<double>(buttonViews_.size());
-  const double rows = horizontalButtons ? std::min(count, 1.0) : count;
-  const double least = style::kStatusBarHeight + (circleView_ ? style::kDialogCircle / 2 : 0);
-  if (messageLabel_) {
-    // As high as its text, but the buttons stay on the screen.
-    const double height = messageLabel_->sizeThatFits({inner, 0}).height;
-    const double below = kGap + (content ? content->bounds().height + kGap : 0) +
-                         rows * (style::kTapSize + kGap) + kPadding - kGap;
-    const double room = all.height - least - kInnerMargin - y - below;
-    const double shown = std::clamp(room, std::min(height, style::kTapSize), height);
-    placeMessage({kPadding, y, inner, shown}, height);
-    y += shown + kGap;
+  y += parts.empty() ? 0 : gap - kGap;
+  if (!allScrolls && scrolls) y = top + shown + gap;
+  placeButtons(scrolls && allScrolls ? holder : *card_, {kPadding, y}, inner, put);
+  const double height = top + shown + (scrolls && allScrolls ? 0 : gap + buttons) + kPadding;
+  if (area_) {
+    area_->setHidden(!scrolls);
+    area_->setFrame({0, top, width, std::max(0.0, shown)});
+    area_->setContentSize({widest, allScrolls ? body + gap + buttons : body});
   }
-  if (content) {
-    const Size s = content->bounds().size();
-    content->setFrame({(width - s.width) / 2, y, s.width, s.height});
-    y += s.height + kGap;
-  }
-  if (horizontalButtons && count > 0) {
-    const double each = (inner - kGap * (count - 1)) / count;
-    for (std::size_t i = 0; i < buttonViews_.size(); ++i)
-      buttonViews_[i]->setFrame(
-          {kPadding + static_cast<double>(i) * (each + kGap), y, each, style::kTapSize});
-    y += style::kTapSize + kGap;
-  } else {
-    for (const auto& button : buttonViews_) {
-      button->setFrame({kPadding, y, inner, style::kTapSize});
-      y += style::kTapSize + kGap;
-    }
-  }
-  y += kPadding - kGap;
-  const double top = std::max(least, (all.height - y) / 2);
-  card_->setFrame({std::floor((all.width - width) / 2), std::floor(top), width, y});
+  const double from = std::max(least, (all.height - height) / 2);
+  card_->setFrame({std::floor((all.width - width) / 2), std::floor(from), width, height});
 }
 
-// A message that is higher than its room scrolls.
-void Dialog::placeMessage(const Rect& room, double height) {
-  if (height > room.height && !messageArea_) {
-    messageArea_ = makeShared<ScrollView>();
-    messageArea_->content().addSubview(messageLabel_);
-    card_->insertSubview(messageArea_, 0);
+std::vector<Dialog::Part> Dialog::bodyParts(double width) const {
+  const double inner = std::max(0.0, width - 2 * kPadding);
+  std::vector<Part> parts;
+  for (const auto& label : {titleLabel_, messageLabel_})
+    if (label) parts.push_back({label.get(), {inner, label->sizeThatFits({inner, 0}).height}});
+  if (content) parts.push_back({content.get(), content->bounds().size()});
+  return parts;
+}
+
+View& Dialog::area() {
+  if (!area_) {
+    area_ = makeShared<ScrollView>();
+    area_->setMoreFade(style::kCard);
+    card_->insertSubview(area_, 0);
   }
-  messageLabel_->setFrame(messageArea_ ? Rect{0, 0, room.width, height} : room);
-  if (!messageArea_) return;
-  messageArea_->setFrame(room);
-  messageArea_->setContentSize({room.width, height});
+  return area_->content();
+}
+
+// Side by side where each title has room, else one over the other.
+bool Dialog::stacked(double inner) const {
+  if (!horizontalButtons) return true;
+  const auto count = static_cast<double>(buttonViews_.size());
+  const double each = (inner - kGap * (count - 1)) / count;
+  return std::any_of(buttonViews_.begin(), buttonViews_.end(), [each](const auto& button) {
+    return button->sizeThatFits({}).width > each + kButtonSlack;
+  });
+}
+
+double Dialog::buttonsHeight(double inner) const {
+  const auto count = buttonViews_.size();
+  const double rows = static_cast<double>(count == 0 || stacked(inner) ? count : 1);
+  return rows > 0 ? rows * (style::kTapSize + kGap) - kGap : 0;
+}
+
+void Dialog::placeButtons(View& holder, Point at, double inner, const Put& put) const {
+  const auto count = static_cast<double>(buttonViews_.size());
+  const bool stack = count > 0 && stacked(inner);
+  const double each = stack || count < 1 ? inner : (inner - kGap * (count - 1)) / count;
+  for (const auto& button : buttonViews_) {
+    put(*button, holder, {at.x, at.y, each, style::kTapSize});
+    (stack ? at.y : at.x) += (stack ? style::kTapSize : each) + kGap;
+  }
 }
 
 void Dialog::dismiss(int result) {
@@ -192,7 +230,9 @@ void Dialog::dismiss(int result) {
   const Ref<View> layer = std::exchange(layer_, nullptr);
   layer->setModal(false);
   layer->removeFromParent();
-  if (content && content->parent() == card_.get()) content->removeFromParent();
+  if (content && content->isDescendantOf(*card_)) content->removeFromParent();
+  if (auto* app = Application::current())
+    app->focus().removeKeyboardObserver(std::exchange(keyboardObserver_, 0));
   buttonViews_.clear();
   giveFocusBack();
   const auto done = std::exchange(onResult, {});

@@ -1,5 +1,6 @@
 // A modal dialog: a title, a message or a content panel of the caller's, up to three
-// buttons (more for a message box), on a card in front of a scrim.
+// buttons (more for a message box), on a card in front of a scrim. Where the screen is too
+// low for it all, what is over the buttons scrolls.
 //
 // Shared by the caller and, while it is shown, by the Application. Each dialog is shown
 // once. Dismissed by a button (its result), by dismiss(), or, when cancelable, by a tap
@@ -31,8 +32,9 @@ class Dialog : public platform::Shared {
   Ref<View> content;            // keeps its size, placed between title and buttons
   std::string icon;             // one character of the icon face, in the circle on top
   Image iconImage;              // instead of the character
-  std::optional<Color> circle;  // none: no circle; also the buttons' colour
-  bool spinner = false;         // an activity indicator in the circle's place
+  std::optional<Color> accent;  // of circle and buttons; none: the program's
+  bool circle = false;          // on top of the card
+  bool spinner = false;         // with an activity indicator instead of the icon
   bool horizontalButtons = true;
   bool cancelable = false;
   int cancelResult = 0;
@@ -59,14 +61,24 @@ class Dialog : public platform::Shared {
   void layOut();
   void takeFocus();
   void giveFocusBack();
-  void placeMessage(const Rect& room, double height);
+  struct Part {
+    View* view;
+    Size size;
+  };
+  using Put = std::function<void(View& view, View& parent, const Rect& frame)>;
+  std::vector<Part> bodyParts(double width) const;
+  View& area();
+  bool stacked(double inner) const;
+  double buttonsHeight(double inner) const;
+  void placeButtons(View& holder, Point at, double inner, const Put& put) const;
 
   std::vector<ButtonSpec> buttons_;
   Ref<View> layer_, card_, scrim_, circleView_;
   Ref<Label> titleLabel_, messageLabel_;
-  Ref<ScrollView> messageArea_;  // where the message needs one
+  Ref<ScrollView> area_;  // around what is over the buttons, where it needs one
   std::vector<Ref<Button>> buttonViews_;
   Size placedFor_;
+  std::uint64_t keyboardObserver_ = 0;
   WeakRef<View> former_;  // what had the focus before
   bool presented_ = false;
 };

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/ui/application.h"
+#include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/tree/layout_view.h"
 #include "platform/ui/values/style.h"
 
@@ -11,6 +12,13 @@ namespace ui {
 
 namespace {
 constexpr double kGive = 0.25;  // of a pull beyond the width, as much as shows
+ScrollView* firstScroller(View& view) {
+  if (auto* scroll = dynamic_cast<ScrollView*>(&view)) return scroll;
+  for (const auto& child : view.children())
+    if (auto* found = firstScroller(*child)) return found;
+  return nullptr;
+}
+
 }  // namespace
 
 DrawerController::DrawerController(Ref<ViewController> center, Ref<ViewController> left,
@@ -123,6 +131,7 @@ void DrawerController::layOut() {
 
 void DrawerController::showSide(DrawerSide side, bool animated) {
   auto& panel = controllerOf(side)->view();
+  if (auto* list = firstScroller(panel)) list->setMoreFade(style::kDrawer);
   panel.setHidden(false);
   panel.setUserInteraction(true);
   panel.setAccessibilityHidden(false);

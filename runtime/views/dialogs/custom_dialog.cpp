@@ -96,8 +96,8 @@ Value iCustomDialog::ShowAsync(const Ref<Kes>& bi, const Value& title, const Val
     dialog->spinner = Style == STYLE_WAITING;
     dialog->icon = symbolOf(Style);
     dialog->iconImage = imageOf(KesBitmap::fromBoxed(CustomIcon));
-    if (Style != STYLE_CUSTOM || !dialog->iconImage.empty())
-      dialog->circle = ColorToUIColor(CustomColor);
+    dialog->accent = ColorToUIColor(CustomColor);
+    dialog->circle = Style != STYLE_CUSTOM || !dialog->iconImage.empty();
     present(*alertView);
   }
   return alertView;
