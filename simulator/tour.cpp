@@ -50,32 +50,35 @@ constexpr Stop kStops[] = {
      "tap \"Chiudi\"\nwait idle\nback\nwait idle\nback\nwait idle\nmenu\nwait idle\n"
      "tap \"Mappe\"\nwait idle\nexpect \"Defibrillatori\""},
     {"18-mappa", "tap \"Defibrillatori\"\nwait idle\nnamed \"map\" \"Mappa\""},
-    {"19-segnaposto",
-     "tap \"Municipio\"\nwait idle\ntap \"Click per dettagli\"\nwait idle\n"
-     "expect \"Naviga Verso\""},
-    {"20-farmacie",
-     "tap \"Chiudi\"\nwait idle\nback\nwait idle\nmenu\nwait idle\n"
+    {"19-segnaposto", "tap \"Croce Verde Varlo\"\nwait idle\nexpect \"Click per dettagli\""},
+    {"20-segnaposto-scheda",
+     "tap \"Click per dettagli\"\nwait idle\nexpect \"Naviga Verso\"\nexpect \"Via delle "
+     "Industrie\""},
+    {"21-mappa-alberi",
+     "tap \"Chiudi\"\nwait idle\nback\nwait idle\ntap \"Alberi pubblici\"\nwait idle"},
+    {"22-farmacie",
+     "back\nwait idle\nmenu\nwait idle\n"
      "tap \"Farmacia di turno\"\nwait idle\nexpect \"Farmacia di turno fino\""},
-    {"21-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
-    {"22-via",
+    {"23-farmacia", "tap \"del giorno successivo\"\nwait idle\nexpect \"Indirizzo\""},
+    {"24-via",
      "back\nwait idle\nmenu\nwait idle\ntap \"Raccolta rifiuti\"\nwait idle\n"
      "tap \"Seleziona via\"\ntype \"dante\"\nwait idle\nexpect \"Via Dante\""},
-    {"23-rifiuti", "tap \"Via Dante\"\nwait idle\nexpect \"ORARIO DI ESPOSIZIONE\""},
-    {"24-materiale", "tap \"CARTA\"\nwait idle\nexpect \"SI\\n\""},
-    {"25-scuole",
+    {"25-rifiuti", "tap \"Via Dante\"\nwait idle\nexpect \"ORARIO DI ESPOSIZIONE\""},
+    {"26-materiale", "tap \"CARTA\"\nwait idle\nexpect \"SI\\n\""},
+    {"27-scuole",
      "tap \"OK\"\nwait idle\nback\nwait idle\nmenu\nwait idle\ntap \"Menu Scuola\"\n"
      "wait idle\nexpect \"Menu Scuole\""},
-    {"26-menu-scuola", "tap @180,100\nwait idle\nabsent \"Menu Scuole\""},
-    {"27-menu-del-giorno",
+    {"28-menu-scuola", "tap @180,100\nwait idle\nabsent \"Menu Scuole\""},
+    {"29-menu-del-giorno",
      "back\nwait idle\nmenu\nwait idle\ntap \"Menu del Giorno\"\nwait idle\n"
      "expect \"Osteria del Ponte\""},
-    {"28-menu-trattoria", "tap \"Trattoria da Nando\"\nwait idle\nexpect \"#menudelgiorno\""},
-    {"29-pizzaprezzi",
+    {"30-menu-trattoria", "tap \"Trattoria da Nando\"\nwait idle\nexpect \"#menudelgiorno\""},
+    {"31-pizzaprezzi",
      "back\nwait idle\nmenu\nwait idle\ntap \"PizzaPrezzi\"\nwait idle\nexpect \"Da Gino\""},
-    {"30-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
-    {"31-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
-    {"32-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
-    {"33-messaggio",
+    {"32-listino", "tap \"Pizzeria Da Gino\"\nwait idle\nnamed \"image\" \"Listino prezzi\""},
+    {"33-disclaimer", "back\nwait idle\nmenu\nwait idle\ntap \"Disclaimer\"\nwait idle"},
+    {"34-valuta", "menu\nwait idle\ntap \"Valuta sull'App Store\"\nwait idle\nopened \"http\""},
+    {"35-messaggio",
      "push {\"alert\": \"Domani le scuole restano chiuse per neve.\"}\nwait idle\n"
      "expect \"Push message!\""},
 };
