@@ -16,6 +16,8 @@ class FixedTextEngine final : public ui::TextEngine {
   ui::Size measure(const ui::AttributedText& text, const ui::Font& base, double maxWidth,
                    int maxLines) override;
   double lineHeight(const ui::Font& font) override;
+  // By lines: of several links in one, the first.
+  std::string linkAt(const ui::Label& label, ui::Point at) override;
 };
 
 }  // namespace headless

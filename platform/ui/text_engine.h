@@ -7,12 +7,15 @@
 // with.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "platform/ui/values/geometry.h"
 #include "platform/ui/values/rich_text.h"
 
 namespace ui {
+
+class Label;
 
 class TextEngine {
  public:
@@ -26,6 +29,8 @@ class TextEngine {
   virtual Size measure(const AttributedText& text, const Font& base, double maxWidth,
                        int maxLines) = 0;
   virtual double lineHeight(const Font& font) = 0;
+  // The link of a label's text at a place of the label, empty where there is none.
+  virtual std::string linkAt(const Label& label, Point at) = 0;
 
  protected:
   TextEngine() = default;

@@ -138,6 +138,91 @@ TEST_F(TextOnScreen, LargerTextIsDrawnAsItWasMeasuredAndLosesNoWords) {
   qt::QtTextEngine usual(1);
 }
 
+// A raised or lowered run used to be painted over the lines beside it.
+TEST_F(TextOnScreen, RunsOffTheBaselineAreMeasuredAsTheyAreDrawn) {
+  const auto font = ui::Font::system(20);
+  const double line = app.text().lineHeight(font);
+  for (const double up : {12.0, -12.0}) {
+    SCOPED_TRACE(up);
+    ui::AttributedText text("HHH\nHIH\nHHH");
+    ui::TextAttributes raised;
+    raised.baseline = up;
+    text.apply(5, 6, raised);
+    const ui::Size size = app.text().measure(text, font, 100, 0);
+    EXPECT_NEAR(size.height, 3 * 1.2 * line + 12, 2);
+    auto label = addText("", {10, 10, 100, size.height});
+    label->setFont(font);
+    label->setMaxLines(0);
+    label->setAttributedText(text);
+    const QImage image = picture(up > 0 ? "raised" : "lowered");
+    // Between the run and its neighbours in the other lines nothing is painted twice: the
+    // middle column has as much ink as the three letters are high.
+    const ui::Rect all = ink(image, page().bounds());
+    EXPECT_LE(all.bottom(), 10 + size.height);
+    const double middle = app.text().measure("H", font, 0, 1).width;
+    const ui::Rect letter = ink(image, {10, 10, middle - 3, 1.2 * line});
+    int dark = 0;
+    for (double y = 10; y < 10 + size.height; y += 0.5)
+      dark += at(image, 10 + middle + 2.7, y).lightness() < 128 ? 1 : 0;
+    EXPECT_GE(dark, 3 * 2 * (letter.height - 2)) << "letters cover each other";
+    label->removeFromParent();
+  }
+}
+
+TEST_F(TextOnScreen, ARichPageIsDrawnAsItWasMeasuredAndItsLinksOpen) {
+  ui::AttributedText text("sinistra\ndestra\nlink");
+  ui::TextAttributes right, pale, link;
+  right.alignment = ui::TextAlign::Right;
+  pale.color = ui::Color(0x40000000);
+  link.link = "https://varlo.example/atti";
+  text.apply(9, 15, right);
+  text.apply(0, 8, pale);
+  text.apply(16, 20, link);
+  auto view = add<ui::TextView>({10, 10, 300, 400});
+  view->setEditable(false);
+  view->setAttributedText(text);
+  std::string opened;
+  view->onLinkClick = [&](const std::string& url) { opened = url; };
+  view->setFrame({10, 10, 300, view->sizeThatFits({300, 0}).height});
+  const QImage image = picture("rich page");
+  const double third = (view->bounds().height - 16) / 3;
+  const ui::Rect first = ink(image, {10, 18, 300, third});
+  const ui::Rect second = ink(image, {10, 18 + third, 300, third});
+  EXPECT_NEAR(first.x, 15, 3);
+  EXPECT_NEAR(second.right(), 305, 3);
+  EXPECT_NEAR(ink(image, page().bounds()).bottom(), 10 + view->bounds().height - 8, third / 2);
+  int darkest = 255;
+  for (double x = first.x; x < first.right(); x += 0.5)
+    for (double y = first.y; y < first.bottom(); y += 0.5)
+      darkest = std::min(darkest, at(image, x, y).lightness());
+  EXPECT_NEAR(darkest, 0xBF, 12) << "a quarter of black on white";
+  hand.tap({20, 18 + 2.5 * third});
+  settle();
+  EXPECT_EQ(opened, "https://varlo.example/atti");
+}
+
+TEST_F(TextOnScreen, ALabelsLinksTakeTouchesWhereTheyStand) {
+  ui::AttributedText text("Bando, allegato e modulo");
+  for (const auto& [from, to, url] : {std::tuple{7u, 15u, "https://varlo.example/a"},
+                                      std::tuple{18u, 24u, "https://varlo.example/m"}}) {
+    ui::TextAttributes link;
+    link.link = url;
+    text.apply(from, to, link);
+  }
+  auto row = add<ui::View>({0, 0, 300, 60});
+  int rows = 0;
+  row->setOnTap([&](ui::View&) { ++rows; });
+  auto label = addText("", {10, 10, 280, 30}, row.get());
+  label->setAttributedText(text);
+  settle();
+  const double before = app.text().measure("Bando, alle", label->font(), 0, 1).width;
+  hand.tap({20, 25});
+  EXPECT_EQ(rows, 1) << "beside a link the row is meant";
+  hand.tap({10 + before, 25});
+  EXPECT_EQ(rows, 1);
+  EXPECT_THAT(opened, testing::ElementsAre("https://varlo.example/a"));
+}
+
 TEST_F(TextOnScreen, AWordTooLongForItsLineIsShrunkOrBrokenAfterASign) {
   const char* const mail = "anagrafe@comune.varlo.example";
   const auto font = ui::Font::system(17);

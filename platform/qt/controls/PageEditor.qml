@@ -11,6 +11,8 @@ Flickable {
     property int alignment: Text.AlignLeft
     property bool editable: true
     property bool rich: false
+    property bool painted: false // by the program, over the editor
+    property real paintedHeight: 0
     property int hints: 0
     property bool showing: false
 
@@ -32,12 +34,14 @@ Flickable {
 
     clip: true
     contentWidth: width
-    contentHeight: page.height
+    contentHeight: painted ? paintedHeight : page.height
     flickableDirection: Flickable.VerticalFlick
     boundsBehavior: Flickable.StopAtBounds
 
     TextEdit {
         id: page
+        opacity: root.painted ? 0 : 1
+        enabled: !root.painted
         width: root.width
         height: Math.max(implicitHeight, root.height)
         leftPadding: 5

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/qt/drawing/fonts.h"
+#include "platform/qt/drawing/label_text.h"
 #include "platform/qt/drawing/text_layout.h"
 
 namespace qt {
@@ -38,6 +39,11 @@ ui::Size QtTextEngine::measure(const ui::AttributedText& text, const ui::Font& b
 
 double QtTextEngine::lineHeight(const ui::Font& font) {
   return measured(std::string_view("x"), font, 0, 1).height;
+}
+
+std::string QtTextEngine::linkAt(const ui::Label& label, ui::Point at) {
+  const auto layout = fittedText(label, label.bounds().size());
+  return layout->linkAt(at - textOrigin(*layout, label.bounds().size()));
 }
 
 }  // namespace qt

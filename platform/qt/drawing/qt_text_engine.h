@@ -15,6 +15,7 @@ class QtTextEngine final : public ui::TextEngine {
   ui::Size measure(const ui::AttributedText& text, const ui::Font& base, double maxWidth,
                    int maxLines) override;
   double lineHeight(const ui::Font& font) override;
+  std::string linkAt(const ui::Label& label, ui::Point at) override;
 };
 
 }  // namespace qt

@@ -82,8 +82,13 @@ void TextLayout::addFormats(const ui::AttributedText& text) {
     if (a.underline.value_or(0) > 0 || a.link)
       format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
     if (a.strikethrough.value_or(0) > 0) format.setFontStrikeOut(true);
-    if (a.baseline && *a.baseline != 0)
-      format.setBaselineOffset(100 * *a.baseline * points / std::max(1, font.pixelSize()));
+    if (a.baseline && *a.baseline != 0) {
+      const double up = *a.baseline * points;
+      format.setBaselineOffset(100 * up / std::max(1, font.pixelSize()));
+      const QFontMetricsF metrics(font);
+      raised_.push_back({static_cast<int>(run.start), static_cast<int>(run.end),
+                         metrics.ascent() + up, metrics.descent() - up});
+    }
     const auto run16 = QStringView(text_).mid(run.start, run.end - run.start);
     if (a.font && !a.baseline && isIcon(run16) && run16.size() < text_.size())
       placeIcon(format, font, run16, zoomed(toQFont(style_.font), style_.zoom));
@@ -142,8 +147,16 @@ void TextLayout::layOut() {
     QTextLine line = layout_->createLine();
     if (!line.isValid()) break;
     line.setLineWidth(wraps ? style_.width + kSlack : kEndless);
+    // The toolkit counts a run that is off the baseline as if it stood on it.
+    double above = 0, below = 0;
+    for (const auto& r : raised_) {
+      if (r.end <= line.textStart() || r.start >= line.textStart() + line.textLength()) continue;
+      above = std::max(above, r.above - line.ascent());
+      below = std::max(below, r.below - line.descent());
+    }
     if (style_.height > 0 && i > 0 &&
-        height_ + line.height() * (1 + style_.leading / 2) > style_.height + kOverhang)
+        above + below + height_ + line.height() * (1 + style_.leading / 2) >
+            style_.height + kOverhang)
       style_.maxLines = i;
     if (style_.maxLines > 0 && i == style_.maxLines) {
       overfull_ = true;
@@ -151,8 +164,8 @@ void TextLayout::layOut() {
       break;
     }
     if (wraps) breakWell(line);
-    line.setPosition({0, height_ + line.height() * style_.leading / 2});
-    height_ += line.height() * (1 + style_.leading);
+    line.setPosition({0, height_ + above + line.height() * style_.leading / 2});
+    height_ += above + below + line.height() * (1 + style_.leading);
     width_ = std::max<double>(width_, line.naturalTextWidth());
   }
   layout_->endLayout();
@@ -249,7 +262,7 @@ std::string TextLayout::linkAt(ui::Point p) const {
     if (!line.naturalTextRect().contains(p.x, p.y)) continue;
     const int at = line.xToCursor(p.x, QTextLine::CursorOnCharacter);
     for (const auto& f : formats_)
-      if (f.start <= at && at < f.start + f.length && f.format.isAnchor())
+      if (f.start <= at && at < f.start + f.length && f.format.hasProperty(QTextFormat::AnchorHref))
         return f.format.anchorHref().toStdString();
   }
   return {};

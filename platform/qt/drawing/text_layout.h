@@ -46,6 +46,10 @@ class TextLayout {
   std::string linkAt(ui::Point p) const;
 
  private:
+  struct Raised {  // a run off the baseline, and what it needs around it
+    int start, end;
+    double above, below;
+  };
   struct Paragraph {
     int start, end;  // 16-bit units, without the break
     ui::TextAlign alignment;
@@ -61,6 +65,7 @@ class TextLayout {
   Style style_;
   QString text_;
   QList<QTextLayout::FormatRange> formats_;
+  std::vector<Raised> raised_;
   std::vector<Paragraph> paragraphs_;
   std::unique_ptr<QTextLayout> layout_;
   double width_ = 0, height_ = 0;

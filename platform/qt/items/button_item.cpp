@@ -6,7 +6,8 @@
 
 #include "platform/qt/drawing/fonts.h"
 #include "platform/qt/drawing/image_store.h"
-#include "platform/qt/items/label_item.h"
+#include "platform/qt/drawing/text_strips.h"
+
 #include "platform/ui/values/style.h"
 
 namespace qt {

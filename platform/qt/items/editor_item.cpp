@@ -7,6 +7,7 @@
 #include "platform/qt/drawing/fonts.h"
 #include "platform/qt/drawing/rich_html.h"
 #include "platform/qt/items/qml_parts.h"
+#include "platform/qt/items/rich_page.h"
 #include "platform/ui/values/style.h"
 
 namespace qt {
@@ -75,6 +76,7 @@ EditorItem::EditorItem(Stage& stage, ui::View& view) : ViewItem(stage, view) {
 }
 
 EditorItem::~EditorItem() {
+  rich_.reset();
   if (editor_) editor_->disconnect(this);
   if (input_) input_->disconnect(this);
 }
@@ -135,6 +137,14 @@ void EditorItem::syncField(ui::TextField& field) {
 void EditorItem::syncPage(ui::TextView& page) {
   const auto* rich = page.attributedText();
   editor_->setProperty("rich", rich != nullptr);
+  const bool painted = rich && !page.editable();
+  editor_->setProperty("painted", painted);
+  if (!painted) rich_.reset();
+  if (painted && !rich_) {
+    rich_ = std::make_unique<RichPage>(*editor_);
+    rich_->onLink = [this](const QString& url) { linkClicked(url); };
+  }
+  if (painted) rich_->show(page);
   const QString text =
       rich ? toHtml(*rich, page.font(), page.textColor()) : QString::fromStdString(page.text());
   QMetaObject::invokeMethod(editor_.get(), "show", Q_ARG(QVariant, text));

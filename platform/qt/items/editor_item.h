@@ -8,6 +8,8 @@
 
 namespace qt {
 
+class RichPage;
+
 class EditorItem final : public ViewItem {
   Q_OBJECT
  public:
@@ -34,6 +36,7 @@ class EditorItem final : public ViewItem {
   void syncPage(ui::TextView& page);
 
   std::unique_ptr<QQuickItem> editor_;
+  std::unique_ptr<RichPage> rich_;  // in place of the editor's own drawing
   QQuickItem* input_ = nullptr;
 };
 

@@ -8,6 +8,7 @@ void TextHolder::setText(std::string text) {
   if (!rich_ && text == text_) return;
   rich_.reset();
   text_ = std::move(text);
+  textReplaced();
   markChanged(Change::Content);
 }
 
@@ -15,6 +16,7 @@ void TextHolder::setAttributedText(AttributedText text) {
   if (rich_ && *rich_ == text) return;
   text_ = {};
   rich_ = std::make_unique<AttributedText>(std::move(text));
+  textReplaced();
   markChanged(Change::Content);
 }
 

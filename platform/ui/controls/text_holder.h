@@ -28,6 +28,7 @@ class TextHolder : public View {
  protected:
   TextHolder() = default;
   explicit TextHolder(TextAlign alignment) { look_.alignment = alignment; }
+  virtual void textReplaced() {}
   // Where no colour was set.
   virtual Color ownTextColor() const { return kBlack; }
   // The room that the text takes; none while there is no application to measure it.
