@@ -15,6 +15,12 @@ void multiply(const std::uint8_t* rgba, std::uint8_t* to, int width) {
   }
 }
 
+bool isOpaque(const std::uint8_t* rgba, int width) {
+  unsigned all = 255;
+  for (int x = 0; x < width; ++x) all &= rgba[4 * x + 3];
+  return all == 255;
+}
+
 }  // namespace
 
 Shrinker::Shrinker(Extent from, Extent to, Colors colors)
@@ -29,51 +35,55 @@ Shrinker::Shrinker(Extent from, Extent to, Colors colors)
     columns_.push_back({target, static_cast<float>(zoom - beyond), static_cast<float>(beyond)});
   }
   line_.resize(static_cast<std::size_t>(to.width + 1) * 4);
-  sum_.resize(line_.size());
+  sum_.resize(static_cast<std::size_t>(from.width) * 4);
+  row_.resize(sum_.size());
 }
 
 void Shrinker::add(const std::uint8_t* rgba) {
   if (taken_ >= from_.height) return;
   const int y = taken_++;
-  if (columns_.empty() && colors_ == Colors::TimesAlpha) {
-    std::copy_n(rgba, result_.rowBytes(), result_.row(y));
+  const std::uint8_t* row = rgba;
+  if (colors_ == Colors::Plain && !isOpaque(rgba, from_.width)) {
+    std::uint8_t* multiplied = columns_.empty() ? result_.row(y) : row_.data();
+    multiply(rgba, multiplied, from_.width);
+    row = multiplied;
+  }
+  if (columns_.empty()) {
+    if (row != result_.row(y)) std::copy_n(row, result_.rowBytes(), result_.row(y));
     return;
   }
-  if (columns_.empty()) return multiply(rgba, result_.row(y), from_.width);
-  addAcross(rgba);
-  // The row may belong to two target rows: each gets its share.
+  // Down first, which is done with whole rows: across is left for the fewer target rows. A
+  // row may belong to two of those: each gets its share.
   const double zoom = static_cast<double>(to_.height) / from_.height;
   double top = y * zoom;
   const double bottom = top + zoom;
   while (emitted_ < to_.height) {
     const double end = emitted_ + 1;
     const auto share = static_cast<float>(std::max(0.0, std::min(bottom, end) - top));
-    for (std::size_t i = 0; i < sum_.size(); ++i) sum_[i] += line_[i] * share;
+    float* sum = sum_.data();
+    for (std::size_t i = 0, count = sum_.size(); i < count; ++i)
+      sum[i] += static_cast<float>(row[i]) * share;
     if (bottom < end - 1e-9) return;
     emit();
     top = end;
   }
 }
 
-void Shrinker::addAcross(const std::uint8_t* rgba) {
+// The sum of rows, shrunk across, as the next row of the result.
+void Shrinker::emit() {
   std::fill(line_.begin(), line_.end(), 0.0f);
+  const float* from = sum_.data();
   for (const Column& column : columns_) {
-    const float alpha = colors_ == Colors::Plain ? static_cast<float>(rgba[3]) / 255.0f : 1.0f;
-    const float colors[4] = {rgba[0] * alpha, rgba[1] * alpha, rgba[2] * alpha,
-                             static_cast<float>(rgba[3])};
     float* to = &line_[static_cast<std::size_t>(column.target) * 4];
     for (int i = 0; i < 4; ++i) {
-      to[i] += colors[i] * column.share;
-      to[4 + i] += colors[i] * column.next;
+      to[i] += from[i] * column.share;
+      to[4 + i] += from[i] * column.next;
     }
-    rgba += 4;
+    from += 4;
   }
-}
-
-void Shrinker::emit() {
   std::uint8_t* to = result_.row(emitted_++);
   for (std::size_t i = 0; i < result_.rowBytes(); ++i)
-    to[i] = static_cast<std::uint8_t>(std::clamp(sum_[i] + 0.5f, 0.0f, 255.0f));
+    to[i] = static_cast<std::uint8_t>(std::clamp(line_[i] + 0.5f, 0.0f, 255.0f));
   std::fill(sum_.begin(), sum_.end(), 0.0f);
 }
 

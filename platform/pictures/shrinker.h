@@ -28,14 +28,15 @@ class Shrinker {
     int target;
     float share, next;  // of a source pixel, for its target and for the one after it
   };
-  void addAcross(const std::uint8_t* rgba);
   void emit();
 
   Extent from_, to_;
   Colors colors_;
   Bitmap result_;
   std::vector<Column> columns_;
-  std::vector<float> line_, sum_;
+  std::vector<std::uint8_t> row_;  // with its colours multiplied
+  std::vector<float> sum_;         // of the rows that the next target row covers
+  std::vector<float> line_;        // that row
   int taken_ = 0, emitted_ = 0;
 };
 
