@@ -6,6 +6,7 @@
 #include "desk.h"
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/controls.h"
+#include "platform/ui/controls/map_view.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/text_input.h"
 #include "platform/ui/pages/drawer_controller.h"
@@ -64,6 +65,8 @@ class Reader : public Desk {
         return "row ";
       case QAccessible::AlertMessage:
         return "alert ";
+      case QAccessible::Grouping:
+        return "map ";
       default:
         return "? ";
     }
@@ -169,4 +172,28 @@ TEST_F(Reader, ElementsGoWithTheirViews) {
   EXPECT_TRUE(becomes({"text nuovo"}));
   app.hud().toast("Connessione non presente", 60000);
   EXPECT_TRUE(loop.until([&] { return find("Connessione non presente") != nullptr; }, 3000));
+}
+
+// The page that draws a map stays out of it: its pins would all be there twice, unnamed.
+TEST_F(Reader, AMapIsItsButtonsAndItsMarkersNearestFirst) {
+  auto map = add<ui::MapView>({0, 64, kWidth, 500});
+  map->setCamera({{45.238, 10.042}, 15}, false);
+  map->addMarker({45.248, 10.042}, "Parco Nord");
+  const auto near = map->addMarker({45.239, 10.042}, "Municipio");
+  ASSERT_TRUE(settle());
+  EXPECT_TRUE(becomes({"map Map", "  button Zoom in", "  button Zoom out", "  button Municipio",
+                       "  button Parco Nord"}));
+  auto* button = find("Municipio");
+  ASSERT_NE(button, nullptr);
+  EXPECT_FALSE(button->state().offscreen);
+  EXPECT_TRUE(find("Parco Nord")->state().offscreen);
+  EXPECT_EQ(button->rect().size(), QSize(30, 40));
+  button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(map->openMarker(), near.get());
+  // Out of sight: brought into it first.
+  auto* far = find("Parco Nord");
+  far->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(map->openMarker()->title(), "Parco Nord");
+  EXPECT_TRUE(map->ground().bounds().intersects(map->openMarker()->frame()));
+  EXPECT_TRUE(settle());
 }
