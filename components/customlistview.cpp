@@ -12,6 +12,7 @@ namespace kes {
 namespace {
 
 constexpr std::int32_t kUnknownLast = 0x7FFFFFFF;
+constexpr double kReach = 2;                  // screens that a finger scrolls in an animation
 constexpr std::int64_t kReachEndPause = 100;  // milliseconds
 constexpr double kReachEndDistance = 5;
 constexpr double kTextLeft = 5, kTextTop = 2, kTextMinHeight = 50;
@@ -170,10 +171,15 @@ void kes_customlistview::insertAtImpl(std::int32_t index, const KexViewWrapper& 
       const clvitem& before = item(index - 1);
       offset = before.Offset + before.Size + _dividersize;
     }
+    // What lies so far above the screen that no finger brings it into sight meanwhile has
+    // nothing to show on its way.
+    const double bottom = scrollOffset() + visibleSize();
+    const double top = scrollOffset() - kReach * visibleSize();
     for (std::int32_t i = index; i < _getsize(); ++i) {
       clvitem& moved = item(i);
       const auto to = whole(moved.Offset + itemSize - initialSize + extra);
-      if (std::min(to, moved.Offset) - scrollOffset() < visibleSize()) {
+      const auto nearest = std::min(to, moved.Offset), furthest = std::max(to, moved.Offset);
+      if (nearest < bottom && furthest + moved.Size > top) {
         moved.Offset = to;
         place(moved, _animationduration, to, moved.Size);
       } else {
@@ -227,7 +233,8 @@ void kes_customlistview::_replaceat(std::int32_t index, const KexViewWrapper& pa
 void kes_customlistview::_resizeitem(std::int32_t index, std::int32_t itemSize) {
   KexViewWrapper panel = _getpanel(index);
   const Value value = item(index).value;
-  panel.setColor(panel.Parent().Color());
+  // Of the item at rest: the panel around it may be pressed at this moment.
+  panel.setColor(item(index).Color);
   panel.RemoveViewFromParent();
   _replaceat(index, panel, itemSize, value);
 }

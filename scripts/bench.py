@@ -117,6 +117,20 @@ def scrolling():
     return lines
 
 
+def search():
+    m = google("bench_search", "keyInSearchView", "keyInBareLoop", "rowsOnTheScreen",
+               "insertAtTheFront")
+    ours, bare, seen = (m[n]["ns"] for n in ("keyInSearchView", "keyInBareLoop",
+                                             "rowsOnTheScreen"))
+    return [
+        ("14 keys in the search view, less the rows seen / a bare loop over 5,000 texts",
+         timed(ours - seen), timed(bare), f"{(ours - seen) / bare:.2f}", "≤ 3"),
+        ("a key in the search view over 5,000 streets", timed(ours / 14), "", "", "≤ 1 ms"),
+        ("a row put at the front of 10,000, scrolled away",
+         timed(m["insertAtTheFront"]["ns"]), "", "", "≤ 2 ms"),
+    ]
+
+
 def launch():
     ours, empty, engine = [], [], 0
     env = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software")
@@ -186,6 +200,9 @@ ROWS = [
     titled("rows", rows),
     titled("measuring", measuring),
     titled("scrolling", scrolling),
+
+
+    titled("search", search),
     titled("launch", launch),
     titled("features", features),
     titled("maps", maps),

@@ -46,6 +46,19 @@ TEST_F(ListTest, AClickIsToldDuringTheFlashNotAfterIt) {
   EXPECT_THAT(takeTrace(), IsEmpty());
 }
 
+TEST_F(ListTest, AHandlerMayResizeTheItemUnderItsOwnClick) {
+  addAll({40, 40});
+  listener->onItemClick = [this] { list->_resizeitem(1, 90); };
+  phone.pump.drain();
+  phone.tap(view(1));
+  for (const int wait : {0, 100, 150, 300}) {
+    phone.pump.advance(wait);
+    EXPECT_EQ(seenColor(view(1)), argb(KesColors::Green)) << "the flash is no colour of its own";
+  }
+  EXPECT_EQ(list->_getitem(1)->Color, KesColors::Green);
+  EXPECT_EQ(list->_getitem(1)->Size, 90);
+}
+
 TEST_F(ListTest, AHandlerMayEmptyTheListUnderItsOwnClick) {
   addAll({40, 40});
   listener->onItemClick = [this] { list->_clear(); };

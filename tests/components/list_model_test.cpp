@@ -69,6 +69,25 @@ TEST_F(ListTest, WhatIsScrolledAwayAboveMovesSmoothlyToo) {
   EXPECT_EQ(seen(1).y, 44);
 }
 
+TEST_F(ListTest, WhatNobodySeesMoveTakesItsPlaceAtOnce) {
+  for (int i = 0; i < 400; ++i) add(40);
+  scrollTo(100 * 42);
+  list->_insertat(0, panelOf(40), "top");
+  EXPECT_EQ(seen(1).y, 44) << "far above the screen";
+  EXPECT_EQ(seen(101).y, 100 * 42 + 2) << "on it";
+  EXPECT_EQ(seen(110).y, 110 * 42 + 2) << "far below";
+  const auto moving = [&] {
+    int n = 0;
+    for (std::int32_t i = 1; i < list->_getsize(); ++i)
+      n += phone.app.animator().isAnimating(view(i));
+    return n;
+  };
+  EXPECT_LE(moving(), 3 * kListHeight / 42 + 2);
+  phone.pump.advance(300);
+  EXPECT_EQ(moving(), 0);
+  EXPECT_EQ(seen(101).y, 101 * 42 + 2);
+}
+
 TEST_F(ListTest, RemovingClosesTheGapAtOnce) {
   addAll({40, 50, 60, 70});
   const Ref<clvitem> removed = list->_getitem(1);

@@ -45,6 +45,8 @@ Change changeOf(Property p) {
   return Change::None;
 }
 
+std::size_t slot(Property p) { return static_cast<std::size_t>(p); }
+
 void unpack(Color c, double (&out)[4]) {
   out[0] = c.alpha();
   out[1] = c.red();
@@ -140,14 +142,11 @@ void Animator::start(View& view, Property property, const double (&from)[4], con
   std::copy(std::begin(from), std::end(from), fresh.now);
   std::copy(std::begin(to), std::end(to), fresh.to);
   Done replaced;
-  const auto it = std::find_if(running_.begin(), running_.end(), [&](const Animation& a) {
-    return a.view == &view && a.property == property;
-  });
-  if (it != running_.end()) {
-    replaced = std::move(it->done);
-    *it = std::move(fresh);
+  if (Animation* former = find(view, property)) {
+    replaced = std::move(former->done);
+    *former = std::move(fresh);
   } else {
-    running_.push_back(std::move(fresh));
+    ofView_[&view].by[slot(property)] = running_.insert(running_.end(), std::move(fresh));
   }
   view.flags_ = static_cast<std::uint16_t>(view.flags_ | View::Animated);
   view.markChanged(changeOf(property));
@@ -156,21 +155,32 @@ void Animator::start(View& view, Property property, const double (&from)[4], con
 
 bool Animator::isAnimating(const View& view) const { return view.flag(View::Animated); }
 
-void Animator::unmark(View& view) {
-  const bool more = std::any_of(running_.begin(), running_.end(),
-                                [&](const Animation& a) { return a.view == &view; });
-  if (!more) view.flags_ = static_cast<std::uint16_t>(view.flags_ & ~View::Animated);
+Animator::Animation* Animator::find(const View& view, Property property) {
+  if (!view.flag(View::Animated)) return nullptr;
+  const auto own = ofView_.find(&view);
+  if (own == ofView_.end()) return nullptr;
+  const auto& found = own->second.by[slot(property)];
+  return found ? &**found : nullptr;
+}
+
+Animator::Running::iterator Animator::take(Running::iterator animation) {
+  View& view = *animation->view;
+  const auto own = ofView_.find(&view);
+  auto& by = own->second.by;
+  by[slot(animation->property)].reset();
+  if (std::none_of(by.begin(), by.end(), [](const auto& a) { return a.has_value(); })) {
+    ofView_.erase(own);
+    view.flags_ = static_cast<std::uint16_t>(view.flags_ & ~View::Animated);
+  }
+  return running_.erase(animation);
 }
 
 void Animator::cancel(View& view, Property property) {
-  const auto it = std::find_if(running_.begin(), running_.end(), [&](const Animation& a) {
-    return a.view == &view && a.property == property;
-  });
-  if (it == running_.end()) return;
+  Animation* running = find(view, property);
+  if (!running) return;
   Ref<View> pin(&view);
-  const Done done = std::move(it->done);
-  running_.erase(it);
-  unmark(view);
+  const Done done = std::move(running->done);
+  take(*ofView_.at(&view).by[slot(property)]);
   view.markChanged(changeOf(property));
   if (done) done(false);
 }
@@ -183,12 +193,14 @@ void Animator::cancel(View& view) {
 }
 
 void Animator::forget(const View& view) {
+  const auto own = ofView_.extract(&view);
+  if (own.empty()) return;
   std::vector<Done> heard;
-  std::erase_if(running_, [&](Animation& a) {
-    if (a.view != &view) return false;
-    if (a.done) heard.push_back(std::move(a.done));
-    return true;
-  });
+  for (const auto& animation : own.mapped().by) {
+    if (!animation) continue;
+    if ((*animation)->done) heard.push_back(std::move((*animation)->done));
+    running_.erase(*animation);
+  }
   for (const auto& done : heard) done(false);
 }
 
@@ -211,18 +223,16 @@ void Animator::tick(std::int64_t now) {
     Done done;
   };
   std::vector<Call> calls;
-  std::vector<Ref<View>> arrived;
-  std::erase_if(running_, [&](Animation& a) {
+  for (auto it = running_.begin(); it != running_.end();) {
+    Animation& a = *it;
     const bool over = now - a.start >= a.timing.milliseconds;
     if (!over) compute(a, now);
     a.view->markChanged(changeOf(a.property));
     if (a.apply || (over && a.done))
       calls.push_back({Ref<View>(a.view), a.apply, over ? a.to[0] : a.now[0],
                        over ? std::move(a.done) : Done{}});
-    if (over) arrived.emplace_back(a.view);
-    return over;
-  });
-  for (const auto& view : arrived) unmark(*view);
+    it = over ? take(it) : std::next(it);
+  }
   for (const auto& call : calls)
     if (call.apply) call.apply(call.value);
   for (const auto& call : calls)
@@ -231,8 +241,11 @@ void Animator::tick(std::int64_t now) {
 
 Presented Animator::presented(const View& view) const {
   Presented seen{view.center_, view.size_, view.background_, view.alpha_};
-  for (const auto& a : running_) {
-    if (a.view != &view) continue;
+  const auto own = ofView_.find(&view);
+  if (own == ofView_.end()) return seen;
+  for (const auto& animation : own->second.by) {
+    if (!animation) continue;
+    const Animation& a = **animation;
     switch (a.property) {
       case Property::Center:
         seen.center = {a.now[0], a.now[1]};
@@ -254,9 +267,8 @@ Presented Animator::presented(const View& view) const {
 }
 
 void Animator::childrenOf(const View& parent, std::vector<View*>& out) const {
-  for (const auto& a : running_)
-    if (a.view->parent() == &parent && std::find(out.begin(), out.end(), a.view) == out.end())
-      out.push_back(a.view);
+  for (const auto& [view, own] : ofView_)
+    if (view->parent() == &parent) out.push_back(const_cast<View*>(view));
 }
 
 }  // namespace ui

@@ -8,8 +8,12 @@
 // durations are milliseconds, below 1 the change is made at once.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <list>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/ui/tree/view.h"
@@ -66,10 +70,20 @@ class Animator {
   void start(View& view, Property property, const double (&from)[4], const double (&to)[4],
              std::function<void(double)> apply, Timing timing, Done done);
   void forget(const View& view);  // it is being destroyed
-  void unmark(View& view);
   static void compute(Animation& animation, std::int64_t now);
 
-  std::vector<Animation> running_;
+  // In the order in which they began, and for each view by property: the thousand that run
+  // cost the one that begins nothing.
+  using Running = std::list<Animation>;
+  struct OfView {
+    static constexpr std::size_t kProperties = 5;
+    std::array<std::optional<Running::iterator>, kProperties> by;
+  };
+  Animation* find(const View& view, Property property);
+  Running::iterator take(Running::iterator animation);  // out of both; the one behind it
+
+  Running running_;
+  std::unordered_map<const View*, OfView> ofView_;
 };
 
 }  // namespace ui
