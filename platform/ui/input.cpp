@@ -170,10 +170,8 @@ bool Input::ended(Point at) {
     page->endPan(way, velocity);
   } else if (drag == Drag::Scroll) {
     scroller->setOffset(scrollStart_ - way);
-    const Size page = scroller->bounds().size();
-    if (scroller->paging() && !page.empty())
-      scroller->scrollTo({std::round(scroller->offset().x / page.width) * page.width,
-                          std::round(scroller->offset().y / page.height) * page.height},
+    if (scroller->paging())
+      scroller->scrollTo(scroller->restingPage(scrollStart_, {-velocity, 0}),
                          style::kPageTransition);
   } else {
     if (touched) touched->touch(TouchAction::Up, touched->fromWindow(at));

@@ -127,6 +127,29 @@ TEST_F(Touching, AFlickGoesOnAndAFingerStopsItWithoutATap) {
   EXPECT_EQ(scroll->offset().y, scroll->maxOffset().y);
 }
 
+TEST_F(Touching, AFlickTurnsOnePageAndASlowDragTheNearest) {
+  auto pages = add<ui::ScrollView>({0, 0, kWidth, 400});
+  pages->setContentSize({kWidth * 3, 400});
+  pages->setPaging(true);
+  ASSERT_TRUE(settle());
+  const struct {
+    const char* what;
+    double from, to;
+    std::int64_t milliseconds;
+    double page;
+  } cases[] = {{"a short flick", 250, 150, 80, 1},
+               {"another", 250, 150, 80, 2},
+               {"beyond the last page", 250, 150, 80, 2},
+               {"a flick back", 100, 200, 80, 1},
+               {"a slow drag over a fifth", 250, 170, 1500, 1},
+               {"over more than half", 90, 330, 1500, 0}};
+  for (const auto& c : cases) {
+    hand.drag({c.from, 200}, {c.to, 200}, c.milliseconds);
+    ASSERT_TRUE(settle()) << c.what;
+    EXPECT_EQ(pages->offset().x, kWidth * c.page) << c.what;
+  }
+}
+
 TEST_F(Touching, TheWheelScrollsWhatIsUnderIt) {
   auto upper = list(page(), {0, 0, kWidth, 300});
   auto lower = list(page(), {0, 300, kWidth, 300});

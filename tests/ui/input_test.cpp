@@ -194,6 +194,38 @@ TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
   EXPECT_FALSE(kept->isFocused());
 }
 
+TEST_F(InputTest, AFlickTurnsOnePageAndASlowDragTheNearest) {
+  auto pages = place<ScrollView>(page, {0, 0, 320, 400});
+  pages->setContentSize({320 * 3, 400});
+  pages->setPaging(true);
+  phone.pump.drain();
+  struct Case {
+    const char* what;
+    double from, to;  // across, in points
+    std::int64_t step;
+    double page;
+  };
+  const Case cases[] = {
+      {"a slow drag over a third", 200, 90, 100, 0},
+      {"over more than half", 260, 60, 100, 1},
+      {"a short flick", 200, 120, 10, 2},
+      {"beyond the last page", 200, 120, 10, 2},
+      {"a flick back", 120, 200, 10, 1},
+      {"a long one is one page too", 20, 310, 10, 0},
+      {"before the first page", 20, 310, 10, 0},
+  };
+  for (const auto& c : cases) {
+    phone.app.pointer(PointerPhase::Began, 1, c.from, 200);
+    for (int i = 1; i <= 10; ++i) {
+      phone.pump.advance(c.step);
+      phone.app.pointer(PointerPhase::Moved, 1, c.from + (c.to - c.from) * i / 10, 200);
+    }
+    phone.app.pointer(PointerPhase::Ended, 1, c.to, 200);
+    phone.pump.settle();
+    EXPECT_EQ(pages->offset().x, 320 * c.page) << c.what;
+  }
+}
+
 TEST_F(InputTest, KeysScrollAndBringTheFocusIntoView) {
   auto list = place<TableView>(page, {0, 0, 320, 200});
   std::vector<AttributedText> rows;

@@ -22,14 +22,32 @@ Flickable {
     maximumFlickVelocity: 4000
     flickDeceleration: 1200
 
+    // A flick turns to the page beside the one that the finger came to, a slow drag to the
+    // nearest.
+    readonly property real flickSpeed: 300
+    property point start: Qt.point(0, 0)
+    property point flick: Qt.point(0, 0)
+
+    function restingPlace(from, now, flick, page, most) {
+        const to = flick === 0 ? Math.round(now / page) : Math.round(from / page) + flick;
+        return Math.max(0, Math.min(to * page, most));
+    }
     function settle() {
         if (!paging)
             return;
-        pageX.to = Math.max(0, Math.min(Math.round(contentX / width) * width, contentWidth - width));
-        pageY.to = Math.max(0, Math.min(Math.round(contentY / height) * height, contentHeight - height));
+        pageX.to = restingPlace(start.x, contentX, flick.x, width, contentWidth - width);
+        pageY.to = restingPlace(start.y, contentY, flick.y, height, contentHeight - height);
+        flick = Qt.point(0, 0);
         page.start();
     }
-    onFlickStarted: if (paging) cancelFlick()
+    onDragStarted: start = Qt.point(contentX, contentY)
+    onFlickStarted: {
+        if (!paging)
+            return;
+        const turn = speed => Math.abs(speed) < flickSpeed ? 0 : Math.sign(speed);
+        flick = Qt.point(turn(horizontalVelocity), turn(verticalVelocity));
+        cancelFlick();
+    }
     onMovementEnded: {
         settle();
         // Text at rest lies on the pixel grid.

@@ -1,5 +1,6 @@
 #include "platform/ui/controls/scroll_view.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/ui/application.h"
@@ -85,6 +86,19 @@ void ScrollView::scrollByKey(Key key) {
     default:
       return setOffset({offset_.x, maxOffset().y});
   }
+}
+
+Point ScrollView::restingPage(Point start, Point velocity) const {
+  const auto rest = [](double from, double now, double page, double speed, double most) {
+    if (page <= 0) return now;
+    double to = std::round(now / page);
+    if (std::abs(speed) >= style::kFling) to = std::round(from / page) + (speed > 0 ? 1 : -1);
+    return std::clamp(to * page, 0.0, most);
+  };
+  const Size page = bounds().size();
+  const Point most = maxOffset();
+  return {rest(start.x, offset_.x, page.width, velocity.x, most.x),
+          rest(start.y, offset_.y, page.height, velocity.y, most.y)};
 }
 
 void ScrollView::setPaging(bool paging) {

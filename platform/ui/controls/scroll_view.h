@@ -27,6 +27,10 @@ class ScrollView : public View {
   void scrollToShow(const Rect& area);  // in the content's coordinates, least movement
   void reveal(View& inside) override;
   Point maxOffset() const;
+  // Where a paging view comes to rest once it is let go: at the nearest page, or after a
+  // flick at the one beside `start`, where the finger came. The velocity is the content's,
+  // in points a second.
+  Point restingPage(Point start, Point velocity) const;
 
   bool paging() const { return paging_; }
   void setPaging(bool paging);

@@ -46,9 +46,9 @@ inline constexpr double kCardMaxWidth = 420;
 inline constexpr double kDialogCircle = 56;
 inline constexpr double kFocusRingWidth = 3;
 
-inline constexpr double kTapSlop = 10;          // a finger that moved more isn't tapping
-inline constexpr double kPressMargin = 30;      // around a control, where a press still holds
-inline constexpr double kFling = 300;           // points a second that decide a swipe by themselves
+inline constexpr double kTapSlop = 10;      // a finger that moved more isn't tapping
+inline constexpr double kPressMargin = 30;  // around a control, where a press still holds
+inline constexpr double kFling = 300;       // points a second that decide a swipe, or turn a page
 inline constexpr std::int64_t kTapPause = 300;  // after something new came under the finger
 inline constexpr std::int64_t kLongPress = 500;
 inline constexpr std::int64_t kPageTransition = 300;
