@@ -34,7 +34,8 @@ class ActivityIndicator : public View {
   void setColor(Color color);
 
  protected:
-  Role defaultRole() const override { return Role::ActivityIndicator; }
+  // At rest there is nothing to see, and nothing to tell of.
+  Role defaultRole() const override { return spinning_ ? Role::ActivityIndicator : Role::None; }
 
  private:
   Color color_{0xFF808080};

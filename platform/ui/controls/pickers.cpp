@@ -1,6 +1,7 @@
 #include "platform/ui/controls/pickers.h"
 
 #include <algorithm>
+#include <ctime>
 
 #include "platform/base/platform.h"
 
@@ -51,6 +52,17 @@ bool DatePicker::adjust(int steps) {
   const bool byDay = mode_ == Mode::Date || mode_ == Mode::DateAndTime;
   userSet(ticks_ + steps * (byDay ? kDay : kMinute * minuteInterval_));
   return true;
+}
+
+std::string DatePicker::accessibleValue() const {
+  const auto seconds = static_cast<std::time_t>(ticks_ / 1000);
+  std::tm local{};
+  if (!::localtime_r(&seconds, &local)) return {};
+  const char* const pattern = mode_ == Mode::Date          ? "%d/%m/%Y"
+                              : mode_ == Mode::DateAndTime ? "%d/%m/%Y %H:%M"
+                                                           : "%H:%M";
+  char text[32];
+  return {text, std::strftime(text, sizeof text, pattern, &local)};
 }
 
 void PickerView::setColumns(int count) {

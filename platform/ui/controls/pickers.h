@@ -23,7 +23,8 @@ class DatePicker : public View {
   std::function<void(platform::Ticks)> onChange;
   void userSet(platform::Ticks ticks);
   bool canFocus() const override { return enabled(); }
-  bool adjust(int steps) override;  // days, or minute intervals
+  bool adjust(int steps) override;               // days, or minute intervals
+  std::string accessibleValue() const override;  // in the phone's zone: "20/11/2026 10:05"
 
  protected:
   Role defaultRole() const override { return Role::DatePicker; }

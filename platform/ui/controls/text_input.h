@@ -85,8 +85,15 @@ class TextView : public TextInput {
 
   std::function<void(const std::string& url)> onLinkClick;
   Size sizeThatFits(Size limit) const override;
+  // What can be edited is a value, what can only be read is the name: never both.
+  std::string accessibleValue() const override {
+    return editable_ ? TextInput::accessibleValue() : std::string();
+  }
 
  protected:
+  std::string derivedName() const override {
+    return editable_ ? std::string() : TextInput::derivedName();
+  }
   Role defaultRole() const override { return editable_ ? Role::TextArea : Role::StaticText; }
 
  private:
