@@ -66,7 +66,8 @@ bool HeadlessPump::loadPages() {
     if (!request.isHtml && !web.navigationAllowed(request.url))
       web.stopLoading();
     else
-      web.finished(request.serial, true, request.url);
+      web.finished(request.serial, request.isHtml || ui::WebView::isAddress(request.url),
+                   request.url);
   }
   return !loading.empty();
 }

@@ -191,6 +191,13 @@ TEST_F(Pages, AnAddressThatDoesNotAnswerFails) {
   ASSERT_TRUE(settle());
   EXPECT_EQ(finished, (std::vector<std::string>{"failed http://127.0.0.1:1/niente"}));
   EXPECT_FALSE(web->loading());
+  for (const char* none : {"", "niente", "http://[x", "http://due parole/"}) {
+    finished.clear();
+    web->loadUrl(none);
+    ASSERT_TRUE(settle()) << none;
+    EXPECT_EQ(finished, (std::vector<std::string>{std::string("failed ") + none}));
+    EXPECT_FALSE(web->loading()) << none;
+  }
 }
 
 TEST_F(Pages, ScriptsRunInOrderAndPostMessages) {

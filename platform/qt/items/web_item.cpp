@@ -97,8 +97,15 @@ void WebItem::load(ui::WebView& web) {
     web.stopLoading();
     return;
   }
+  const QUrl address(QString::fromStdString(request.url));
+  if (!ui::WebView::isAddress(request.url) || !address.isValid()) {
+    // The engine would say nothing at all.
+    loading_ = false;
+    stage().guarded([&] { web.finished(serial_, false, request.url); });
+    return;
+  }
   page_->setProperty("trustsFiles", false);
-  page_->setProperty("url", QUrl(QString::fromStdString(request.url)));
+  page_->setProperty("url", address);
 }
 
 void WebItem::loadHtml(const ui::WebView::Request& request) {

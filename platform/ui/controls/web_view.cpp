@@ -1,5 +1,7 @@
 #include "platform/ui/controls/web_view.h"
 
+#include <algorithm>
+
 #include "platform/base/log.h"
 #include "platform/ui/application.h"
 #include "platform/ui/values/link.h"
@@ -18,6 +20,14 @@ void WebView::loadUrl(std::string url) {
   pageText_.clear();
   loading_ = true;
   markChanged(Change::Content);
+}
+
+bool WebView::isAddress(std::string_view url) {
+  const auto colon = url.find(':');
+  const auto letter = [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; };
+  const auto blank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+  return colon != std::string_view::npos && colon > 0 && colon + 1 < url.size() &&
+         letter(url.front()) && std::none_of(url.begin(), url.end(), blank);
 }
 
 void WebView::stopLoading() { loading_ = false; }

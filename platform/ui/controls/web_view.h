@@ -20,7 +20,9 @@ class WebView : public View {
   std::string_view className() const override { return "UIWebView"; }
 
   void loadHtml(std::string html, std::string baseUrl = {});
+  // What is no address at all ends in onPageFinished too, as failed.
   void loadUrl(std::string url);
+  static bool isAddress(std::string_view url);  // a scheme and something behind it
   void stopLoading();
   bool loading() const { return loading_; }
   const Request& request() const { return request_; }
