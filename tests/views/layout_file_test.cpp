@@ -88,6 +88,22 @@ TEST(LayoutFile, PromisesOfSizeAreNotBelieved) {
   skipped.readAndDiscard(std::int64_t{1} << 40);
   EXPECT_TRUE(skipped.atEnd());
 
+  // Without a table keys stand in place, in maps within maps too.
+  Bytes plain;
+  putText(plain, "box");
+  plain += '\x03';
+  putText(plain, "larghezza");
+  plain += '\x01';
+  putInt(plain, 7);
+  for (int i = 0; i < 2; ++i) {
+    putText(plain, "fine");
+    plain += '\x04';
+  }
+  const auto outer = streamOf(plain).readMap();
+  const auto inner = outer->find(std::string_view("box"))->as<Dictionary>();
+  ASSERT_TRUE(inner);
+  EXPECT_TRUE(*inner->find(std::string_view("larghezza")) == Value(7));
+
   // Each level: key, map; a hundred thousand of them.
   Bytes deep;
   for (int i = 0; i < 100000; ++i) {

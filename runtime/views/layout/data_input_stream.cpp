@@ -105,7 +105,7 @@ void KesDataInputStream::readAndDiscard(std::int64_t length) {
   }
 }
 
-Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>& table) {
+Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>* table) {
   switch (tag) {
     case layout_format::kInteger:
       return readInt();
@@ -122,7 +122,7 @@ Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>& ta
     case layout_format::kFloat:
       return readFloat();
     case layout_format::kCachedString:
-      return readCachedString(table);
+      return readCachedString(table ? *table : std::vector<Text>());
     case layout_format::kDouble:
       return readDouble();
     default:
@@ -130,20 +130,20 @@ Value KesDataInputStream::readValue(std::int8_t tag, const std::vector<Text>& ta
   }
 }
 
-Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table) {
+Ref<Dictionary> KesDataInputStream::mapWith(const std::vector<Text>* table) {
   struct Open {
-    const Text* key;    // of the map, in the one around it
+    Text key;           // of the map, in the one around it
     std::size_t first;  // of its entries
   };
   // Entries wait here until their map is whole.
   Dictionary::Entries entries;
   entries.reserve(64);
-  std::vector<Open> open{{nullptr, 0}};
+  std::vector<Open> open{{Text(), 0}};
   for (;;) {
-    const Text& key = readCachedString(table);
+    const Text key = table ? readCachedString(*table) : readString();
     const std::int8_t tag = readByte();
     if (tag == layout_format::kEnd) {
-      const Open done = open.back();
+      const Open done = std::move(open.back());
       open.pop_back();
       const auto first = entries.begin() + static_cast<std::ptrdiff_t>(done.first);
       Dictionary::Entries own;
@@ -152,11 +152,11 @@ Ref<Dictionary> KesDataInputStream::readMap(const std::vector<Text>& table) {
       entries.erase(first, entries.end());
       auto map = platform::makeShared<Dictionary>(std::move(own));
       if (open.empty()) return map;
-      entries.push_back({*done.key, std::move(map)});
+      entries.push_back({done.key, std::move(map)});
     } else if (tag == layout_format::kMap) {
       if (static_cast<int>(open.size()) >= layout_format::kMaxDepth)
         damaged("Maps nested deeper than %@", layout_format::kMaxDepth);
-      open.push_back({&key, entries.size()});
+      open.push_back({key, entries.size()});
     } else {
       entries.push_back({key, readValue(tag, table)});
     }

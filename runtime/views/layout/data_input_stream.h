@@ -32,8 +32,9 @@ class KesDataInputStream {
   // The string of the number that follows, in a table read before.
   const Text& readCachedString(const std::vector<Text>& table);
   std::vector<Text> readStringTable();
-  // Keys are numbers in the table.
-  Ref<Dictionary> readMap(const std::vector<Text>& table);
+  // Keys are numbers in the table; without one they stand in place.
+  Ref<Dictionary> readMap(const std::vector<Text>& table) { return mapWith(&table); }
+  Ref<Dictionary> readMap() { return mapWith(nullptr); }
   // So many bytes; false when fewer came.
   bool readFully(std::uint8_t* into, std::size_t length) { return receiveBytes(into, length); }
   // What comes, up to the limit.
@@ -58,7 +59,8 @@ class KesDataInputStream {
   }
   bool receiveBytes(std::uint8_t* into, std::size_t count);
   bool fill();
-  Value readValue(std::int8_t tag, const std::vector<Text>& table);
+  Ref<Dictionary> mapWith(const std::vector<Text>* table);
+  Value readValue(std::int8_t tag, const std::vector<Text>* table);
 
   std::vector<std::uint8_t> buffer_;
   std::size_t next_ = 0, filled_ = 0;
