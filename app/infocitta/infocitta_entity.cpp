@@ -1,5 +1,7 @@
 #include "app/infocitta/infocitta_entity.h"
 
+#include <algorithm>
+
 #include "app/infocitta/infocitta.h"
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
@@ -75,6 +77,7 @@ Text wholeWeek(const Records& weekDays) {
 void kes_infocitta_entity::describe(ClassBuilder<kes_infocitta_entity>& c) {
   c.name("kes_infocitta_entity");
   c.sub<&kes_infocitta_entity::_clv_itemclick>("clv_itemclick");
+  c.sub<&kes_infocitta_entity::_home_resize>("home_resize");
   c.sub<&kes_infocitta_entity::_msgbox_result>("msgbox_result");
   c.field<&kes_infocitta_entity::_clv>("clv");
   c.field<&kes_infocitta_entity::_item_title>("item_title");
@@ -86,17 +89,22 @@ void kes_infocitta_entity::describe(ClassBuilder<kes_infocitta_entity>& c) {
 void kes_infocitta_entity::_process_globals() { _main = Ref(&kes_main::instance()); }
 
 void kes_infocitta_entity::_caricaentity(KesMap entity, const Text& document) {
+  entity_ = entity;
   document_ = document;
   KesPage page;
   page.Initialize(bi(), "Home");
   page.RootPanel().LoadLayout("layclv", bi());
   page.setTitle(textOf(entity, "Name"));
   _main->_navcontrol.ShowPage(page);
+  showSections();
+}
 
-  // A broken section is logged and the others are shown all the same.
+// A broken section is logged and the others are shown all the same.
+void kes_infocitta_entity::showSections() {
+  width_ = _clv->_asview().Width();
   const auto section = [&](const char* key, auto load) {
-    if (!entity.ContainsKey(key)) return;
-    const Record whole(document, entity);
+    if (!entity_.ContainsKey(key)) return;
+    const Record whole(document_, entity_);
     whole.attempt([&] { (this->*load)(maps(whole, key)); });
   };
   section("Contacts", &kes_infocitta_entity::_caricacontact);
@@ -121,8 +129,35 @@ KesPanelWrapper kes_infocitta_entity::loadRow(const KesMap& map) {
   return panel;
 }
 
+// A row has the layout's height as long as its words have room in it. Those of many
+// schedules, or of a large screen, go one below the other in their one size, and the row
+// becomes as high as they are.
+void kes_infocitta_entity::fitRow(KesPanelWrapper panel) {
+  const auto needed = [](const KesLabelWrapper& label) {
+    if (label.Text().empty()) return 0.0;
+    return label.view().sizeThatFits({label.Width(), 0}).height;
+  };
+  const double value = needed(_item_value), note = needed(_item_note);
+  if (value <= _item_value.Height() && note <= _item_note.Height()) return;
+  const double gap = _item_title.Top();
+  _item_value.setTop(gap + _item_title.Height());
+  _item_value.setHeight(value);
+  _item_note.setTop(_item_value.Top() + value + (note > 0 ? gap : 0));
+  _item_note.setHeight(note);
+  panel.setHeight(std::max(panel.Height(), _item_note.Top() + note + gap));
+  _item_image.setHeight(panel.Height());
+}
+
+// The phone was turned: rows are made for the width they have.
+void kes_infocitta_entity::_home_resize(double, double) {
+  if (!_clv || _clv->_asview().Width() == width_) return;
+  _clv->_clear();
+  showSections();
+}
+
 void kes_infocitta_entity::addRow(const KesPanelWrapper& panel, const KesMap& map,
                                   const char* type) {
+  fitRow(panel);
   KesMap row = _copymap(map);
   row.Put("TYPE", type);
   _clv->_add(panel, row);

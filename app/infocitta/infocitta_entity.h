@@ -26,6 +26,7 @@ class kes_infocitta_entity final : public Module<kes_infocitta_entity> {
   void _caricacalendar(const Records& calendars);
   KesMap _copymap(const KesMap& map);
   Resumable<> _clv_itemclick(int index, Value value);
+  void _home_resize(double width, double height);
   void _msgbox_result(Value) {}
 
   Ref<kes_main> _main;
@@ -34,10 +35,14 @@ class kes_infocitta_entity final : public Module<kes_infocitta_entity> {
   KesLabelWrapper _item_title, _item_value, _item_note, _item_image;
 
  private:
+  void showSections();
   KesPanelWrapper loadRow(const KesMap& map);
+  void fitRow(KesPanelWrapper panel);
   void addRow(const KesPanelWrapper& panel, const KesMap& map, const char* type);
 
-  Text document_;  // of the entity that was opened last, for the log
+  KesMap entity_;     // that was opened last
+  Text document_;     // where it comes from, for the log
+  double width_ = 0;  // that its rows were made for
 };
 
 }  // namespace varlo

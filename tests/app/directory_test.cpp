@@ -130,6 +130,54 @@ TEST_F(Directory, AValueMayFillTheRowWhereThereIsNoNote) {
   EXPECT_LT(part(1, "item_value")->frame().height, 60);
 }
 
+TEST_F(Directory, ARowGrowsWithItsWordsAndNothingRunsIntoAnother) {
+  std::string schedules;
+  for (int i = 8; i < 20; ++i)
+    schedules += std::string(i > 8 ? "," : "") + R"({"StartTime":")" + std::to_string(i) +
+                 R"(:00","EndTime":")" + std::to_string(i) + R"(:45"})";
+  const std::string slots = R"([{"WeekDay":3,"Schedules":[)" + schedules + "]}]";
+  const std::string entity =
+      R"({"Contacts":[{"Title":"Telefono","Value":"0123","Note":"Solo il mattino","Type":0},
+        {"Title":"Posta","Value":"un.indirizzo.davvero.molto.lungo@ufficio.comune.varlo.example",
+         "Note":"Una nota che va a capo più d'una volta perché è fatta di parole lunghissime, come precipitevolissimevolmente e altre ancora","Type":1}],
+      "Calendar":[{"Title":"Orari","Note":"In agosto solo il mattino","WeekDays":)" +
+      slots + R"(},{"Title":"Sportello","WeekDays":)" + slots + "}]}";
+  for (const ui::Size size : {ui::Size{320, 568}, {568, 320}, {768, 1024}}) {
+    SCOPED_TRACE(size.width);
+    phone.screen.setSize(size);
+    if (!delegate) launch();
+    phone.app.screenChanged();
+    settle();
+    open(entity);
+    for (const bool turned : {false, true}) {
+      if (turned) {
+        phone.screen.setSize({size.height, size.width});
+        phone.app.screenChanged();
+        settle();
+      }
+      ASSERT_EQ(list()->_getsize(), 4);
+      if (size.width < 768) EXPECT_EQ(list()->_getitem(0)->Size, 80) << "the usual row";
+      for (int i = 0; i < 4; ++i) {
+        const auto* title = part(i, "item_title");
+        const auto* value = part(i, "item_value");
+        const auto* note = part(i, "item_note");
+        const double width = value->bounds().width;
+        EXPECT_LE(title->frame().bottom(), value->frame().y + 2) << i;
+        EXPECT_LE(value->sizeThatFits({width, 0}).height, value->bounds().height) << i;
+        EXPECT_LE(note->sizeThatFits({width, 0}).height * !note->displayText().empty(),
+                  note->bounds().height)
+            << i;
+        if (!note->displayText().empty())
+          EXPECT_LE(value->frame().bottom(), note->frame().y + 0.5) << i;
+        EXPECT_LE(value->frame().right(), list()->_asview().Width()) << i;
+        EXPECT_LE(std::max(value->frame().bottom(), note->frame().bottom()),
+                  list()->_getitem(i)->Size + 0.5)
+            << i;
+      }
+    }
+  }
+}
+
 TEST_F(Directory, ATapDoesWhatTheRowIs) {
   launch();
   open(R"({"Name":"E","Contacts":[{"Title":"Telefono","Value":"+39 0123","Type":0},
