@@ -44,6 +44,12 @@ TEST(TownDocuments, EveryStreetHasAZoneThatTheCalendarKnows) {
       EXPECT_STRNE(config["RIFIUTI"][material][list].GetString(), "") << material << list;
   for (const char* key : {"NOTE", "MAPPA", "PIATTAFORMA", "LINK"})
     EXPECT_TRUE(config.HasMember(key)) << key;
+  const std::string points = config["MAPPA"]["URL"].GetString();
+  ASSERT_TRUE(points.starts_with("/InfoVarlo/")) << points;
+  const auto map = json(get(host, points).body());
+  ASSERT_TRUE(map.IsArray());
+  for (const char* field : {"LAT", "LON", "TITLE", "SNIPPET"})
+    EXPECT_TRUE(map[0].HasMember(config["MAPPA"][field].GetString())) << field;
 }
 
 CivilDay dateOf(const Value& text) {
