@@ -45,6 +45,8 @@ Resumable<> kes_modscuola::_start(Text link) {
   page.Initialize(bi(), "Home");
   page.RootPanel().LoadLayout("layscview", bi());
   _home = page;
+  _before.setAccessibleName("Giorno precedente");
+  _after.setAccessibleName("Giorno successivo");
   _main->_navcontrol.ShowPage(page);
   _panels.Initialize();
   _iwidth = page.RootPanel().Width();

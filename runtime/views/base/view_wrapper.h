@@ -70,6 +70,8 @@ class KesViewWrapper : public TypedWrapper<KesViewWrapper, ui::View> {
   bool IsFocused() const { return view().isFocused(); }
 
   KesViewWrapper Parent() const;  // not initialised when there is none
+  // What a screen reader says, where the view shows no words of its own.
+  void setAccessibleName(std::string_view name) { view().setAccessibleName(std::string(name)); }
   void RemoveViewFromParent() { view().removeFromParent(); }
   void BringToFront() { view().bringToFront(); }
   void SendToBack() { view().sendToBack(); }
