@@ -256,6 +256,30 @@ TEST_F(Waste, ThePageFollowsThePhoneWhenItIsTurned) {
   EXPECT_EQ(pageHeight(), upright);
 }
 
+TEST_F(Waste, TheSearchFollowsThePhoneAndStaysAboveTheKeyboard) {
+  phone.screen.keyboard = 216;
+  choose(kWaste);
+  settle();
+  const auto field = [&] { return waste()._sv->_et.view().frameInWindow(); };
+  const auto list = [&] { return waste()._sv->_lv.view().frameInWindow(); };
+  for (const ui::Size size : {ui::Size{568, 320}, {320, 568}}) {
+    phone.screen.setSize(size);
+    phone.app.screenChanged();
+    settle();
+    EXPECT_NEAR(field().width, size.width - 2 * field().x, 1);
+    EXPECT_NEAR(list().width, field().width, 0.01);
+    EXPECT_NEAR(list().y, field().bottom(), 0.01);
+    EXPECT_NEAR(list().bottom(), size.height, 0.01);
+  }
+  waste()._sv->_et.RequestFocus();
+  phone.pump.drain();
+  EXPECT_NEAR(list().bottom(), 568 - 216, 0.01);
+  waste()._sv->_et.ResignFocus();
+  phone.pump.drain();
+  EXPECT_NEAR(list().bottom(), 568, 0.01);
+  EXPECT_THAT(faults, IsEmpty());
+}
+
 TEST_F(Waste, ColoursAreReadByPairsAndTextStandsOutFromThem) {
   const std::pair<const char*, std::uint32_t> colours[] = {
       {"#CE924F", 0xFFCE924F}, {"#00a1e3", 0xFF00A1E3}, {"-FFFFFF and more", 0xFFFFFFFF}};

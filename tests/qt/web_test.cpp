@@ -7,6 +7,7 @@
 #include "platform/base/log.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/web_view.h"
+#include "tests/support/raw_server.h"
 
 class Pages : public Desk {
  protected:
@@ -198,6 +199,23 @@ TEST_F(Pages, AnAddressThatDoesNotAnswerFails) {
     EXPECT_EQ(finished, (std::vector<std::string>{std::string("failed ") + none}));
     EXPECT_FALSE(web->loading()) << none;
   }
+}
+
+TEST_F(Pages, APageThatIsNotThereFailsOnceAndShowsWhatTheHostSays) {
+  testing_support::RawServer host([](auto& peer) {
+    const bool page = peer.readRequest().find("/niente") != std::string::npos;
+    const std::string body = "<p>Pagina non trovata</p>";
+    peer.send("HTTP/1.1 404 Not Found\r\nContent-Type: text/html\r\nConnection: close\r\n"
+              "Content-Length: " +
+              std::to_string(page ? body.size() : 0) + "\r\n\r\n" + (page ? body : ""));
+  });
+  show();
+  web->onOverrideUrl = nullptr;
+  const std::string url = "http://127.0.0.1:" + std::to_string(host.port()) + "/niente";
+  web->loadUrl(url);
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(finished, (std::vector<std::string>{"failed " + url}));
+  EXPECT_FALSE(web->loading());
 }
 
 TEST_F(Pages, ScriptsRunInOrderAndPostMessages) {
