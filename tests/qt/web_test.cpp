@@ -205,9 +205,10 @@ TEST_F(Pages, APageThatIsNotThereFailsOnceAndShowsWhatTheHostSays) {
   testing_support::RawServer host([](auto& peer) {
     const bool page = peer.readRequest().find("/niente") != std::string::npos;
     const std::string body = "<p>Pagina non trovata</p>";
-    peer.send("HTTP/1.1 404 Not Found\r\nContent-Type: text/html\r\nConnection: close\r\n"
-              "Content-Length: " +
-              std::to_string(page ? body.size() : 0) + "\r\n\r\n" + (page ? body : ""));
+    peer.send(
+        "HTTP/1.1 404 Not Found\r\nContent-Type: text/html\r\nConnection: close\r\n"
+        "Content-Length: " +
+        std::to_string(page ? body.size() : 0) + "\r\n\r\n" + (page ? body : ""));
   });
   show();
   web->onOverrideUrl = nullptr;
