@@ -25,6 +25,13 @@ class DayMenu : public TownTest {
     return R"({"media":{"image":{"src":")" + host.url() + R"(/immagini/menu/0.png")" + sizes +
            "}}}";
   }
+  void turn() {
+    phone.screen.setSize({568, 320});
+    phone.app.screenChanged();
+    settle();
+    phone.test.advance(500);
+    settle();
+  }
   static KesPanelWrapper page() { return module()._ppost.Panel(); }
   std::string text() { return page().GetView(0).view().displayText(); }
   // Of the pictures below the text.
@@ -110,6 +117,10 @@ TEST_F(DayMenu, PicturesStandBelowTheTextInTheirProportion) {
   for (const char* sizes :
        {"", R"(,"width":0,"height":0)", R"(,"width":-4,"height":3)", R"(,"width":10,"height":"x")"})
     EXPECT_THAT(attached(media(sizes)), ElementsAre(high(0.75))) << sizes;
+  attached(wide);
+  turn();
+  EXPECT_GT(page().GetView(0).Width(), 500);
+  EXPECT_THAT(heights(), ElementsAre(static_cast<int>(module()._ppost.Width() * 0.5)));
   EXPECT_THAT(attached(media(R"(,"width":1,"height":1e300)")), ElementsAre(10000));
   EXPECT_LE(module()._ppost.ContentHeight(), 10100);
   EXPECT_EQ(page().GetView(1).Tag().textView(), host.url() + "/immagini/menu/0.png");

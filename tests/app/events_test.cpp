@@ -16,6 +16,13 @@ class Events : public TownTest {
     settle();
   }
   Ref<kes_customlistview> list() { return app()._clv; }
+  void turn() {
+    phone.screen.setSize({568, 320});
+    phone.app.screenChanged();
+    settle();
+    phone.test.advance(500);
+    settle();
+  }
   std::string text(int row) {
     return KesPanelWrapper::fromBoxed(list()->_getpanel(row).object())
         .GetView(3)
@@ -164,6 +171,10 @@ TEST_F(Events, ACardKeepsItsSizeWhateverBecomesOfItsPicture) {
     EXPECT_EQ(picture.view().frame(), (ui::Rect{0, 0, 2 * third, 220}));
     EXPECT_EQ(card.GetView(3).view().frame(), (ui::Rect{third, 0, 2 * third, 220}));
   }
+  turn();
+  const auto card = KesPanelWrapper::fromBoxed(list()->_getpanel(0).object());
+  EXPECT_GT(card.Width(), 500);
+  EXPECT_DOUBLE_EQ(card.GetView(3).view().frame().right(), card.Width()) << "in landscape too";
   EXPECT_THAT(faults, IsEmpty());
 }
 

@@ -26,6 +26,13 @@ class Pizza : public TownTest {
     kes_modpizzaprezzi::instance()._pizzaprezzi_caricapizzeria(mapOf(shop));
     settle();
   }
+  void turn() {
+    phone.screen.setSize({568, 320});
+    phone.app.screenChanged();
+    settle();
+    phone.test.advance(500);
+    settle();
+  }
   // The heights of the pictures shown, top to bottom.
   std::vector<int> pictures() {
     std::vector<int> heights;
@@ -79,12 +86,15 @@ TEST_F(Pizza, TheSecondOpeningDownloadsNothingUntilThePicturesChange) {
   host.requests().clear();
   open(kGino);
   EXPECT_EQ(title(), "Gino");
-  EXPECT_THAT(pictures(), testing::SizeIs(1));
+  const auto upright = pictures();
+  ASSERT_THAT(upright, testing::SizeIs(1));
   EXPECT_EQ(filesIn("IlTrancio-03-10-2017"), 1u);
   for (const auto& request : host.requests().all())
     EXPECT_EQ(request.userAgent == "InfoVARLO", request.path.starts_with(kContents));
   open(kGino);
   EXPECT_EQ(fetched(), 1u);
+  turn();
+  EXPECT_NEAR(pictures().at(0), upright[0] * 568 / 320, 2) << "as wide as the page";
   open(R"({"Title":"Gino","Folder":"IlTrancio","LastUpdate":"04/10/2017"})");
   EXPECT_EQ(fetched(), 2u);
   EXPECT_EQ(filesIn("IlTrancio-04-10-2017"), 1u);
