@@ -1,7 +1,11 @@
 #include <unicode/ucnv.h>
+#include <unicode/utf16.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
+#include "platform/base/utf8.h"
 #include "runtime/core/common.h"
 
 namespace kes {
@@ -30,6 +34,36 @@ Converter open(const std::string& name, std::string_view charset) {
   return c;
 }
 
+// Gives the characters of the bytes one by one, from the beginning; throws where they are
+// none.
+template <class Take>
+void decode(UConverter* c, std::string_view bytes, Take take) {
+  ucnv_resetToUnicode(c);
+  char16_t piece[1024];
+  char16_t lead = 0;  // of a pair that the end of a piece has parted
+  const char* from = bytes.data();
+  UErrorCode status;
+  do {
+    status = U_ZERO_ERROR;
+    char16_t* to = piece;
+    ucnv_toUnicode(c, &to, std::end(piece), &from, bytes.data() + bytes.size(), nullptr, true,
+                   &status);
+    if (U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR)
+      throw KesException("Error decoding data as string.");
+    for (const char16_t* unit = piece; unit != to; ++unit) {
+      if (lead && U16_IS_TRAIL(*unit)) {
+        take(static_cast<char32_t>(U16_GET_SUPPLEMENTARY(lead, *unit)));
+        lead = 0;
+        continue;
+      }
+      if (lead) take(lead);
+      lead = U16_IS_LEAD(*unit) ? *unit : u'\0';
+      if (!lead) take(*unit);
+    }
+  } while (status == U_BUFFER_OVERFLOW_ERROR);
+  if (lead) take(lead);
+}
+
 }  // namespace
 
 void KesCommon::getEncoding(std::string_view charset) { open(engineName(charset), charset); }
@@ -52,13 +86,19 @@ Text KesCommon::BytesToString(std::span<const std::uint8_t> bytes, int offset, i
   const Converter c = open(name, charset);
   UErrorCode status = U_ZERO_ERROR;
   ucnv_setToUCallBack(c.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-  // No charset gives more than two units for a byte.
-  std::u16string units(static_cast<std::size_t>(length) * 2 + 8, u'\0');
-  const auto n = ucnv_toUChars(c.get(), units.data(), static_cast<std::int32_t>(units.size()),
-                               begin, length, &status);
-  if (U_FAILURE(status)) throw KesException("Error decoding data as string.");
-  units.resize(static_cast<std::size_t>(n));
-  return Text::fromUtf16(units);
+  // Read twice, so that a large body needs no more memory than its bytes and its text.
+  const std::string_view all(begin, static_cast<std::size_t>(length));
+  std::size_t size = 0, units = 0;
+  decode(c.get(), all, [&](char32_t character) {
+    size += platform::toUtf8(character).count;
+    units += character < 0x10000 ? 1 : 2;
+  });
+  return Text::filled(size, units, [&](char* out) {
+    decode(c.get(), all, [&](char32_t character) {
+      const auto utf8 = platform::toUtf8(character);
+      out = std::copy_n(utf8.bytes, utf8.count, out);
+    });
+  });
 }
 
 std::vector<std::uint8_t> KesCommon::GetBytes(std::string_view text, std::string_view charset) {

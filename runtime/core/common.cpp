@@ -9,6 +9,7 @@
 #include "runtime/core/class_table.h"
 #include "runtime/core/container_walk.h"
 #include "runtime/core/module.h"
+#include "runtime/core/utf8_out.h"
 
 namespace kes {
 
@@ -103,9 +104,12 @@ void KesCommon::LogColor(const Value& text, std::int32_t color) {
 }
 
 void KesCommon::addLogPrefix(const Text& text, const Text& prefix) {
-  const Text line = text.Length() > kLongestLog
-                        ? text.SubString2(0, kLongestLog) + " (message truncated)..."
-                        : text;
+  // Half a character, which the cut may leave, is no UTF-8 for whoever reads the log.
+  std::string scratch;
+  const bool isLong = text.Length() > kLongestLog;
+  const Text whole = isLong ? text.SubString2(0, kLongestLog) : text;
+  Text line = wellFormedUtf8(whole, scratch);
+  if (isLong) line += " (message truncated)...";
   if (const auto& logger = Kes::shared().logger)
     logger(line, prefix);
   else

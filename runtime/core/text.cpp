@@ -13,20 +13,28 @@
 #include "runtime/core/exception.h"
 #include "runtime/core/kes.h"
 #include "runtime/core/slab.h"
+#include "runtime/core/text_marks.h"
 #include "runtime/core/utf8.h"
 
 namespace kes {
 
 namespace detail {
 
-TextRep* newTextRep(std::size_t bytes) {
+TextRep* newTextRep(std::size_t bytes, std::size_t units) {
   if (bytes > std::numeric_limits<std::uint32_t>::max()) throw KesException("Text too long");
-  auto* r = new (Slab::allocate(sizeof(TextRep) + bytes)) TextRep;
+  const bool marked = TextMarks::areWorthwhile(bytes, units);
+  const std::size_t room = sizeof(TextRep) + bytes;
+  auto* r = new (Slab::allocate(marked ? ((room + 7) & ~std::size_t{7}) + 8 : room)) TextRep;
   r->bytes = static_cast<std::uint32_t>(bytes);
+  r->units = static_cast<std::uint32_t>(units);
+  if (marked) new (r->slot()) std::atomic<const std::uint32_t*>(nullptr);
   return r;
 }
 
-void freeTextRep(TextRep* r) noexcept { Slab::free(r); }
+void freeTextRep(TextRep* r) noexcept {
+  TextMarks::free(*r);
+  Slab::free(r);
+}
 
 std::uint32_t countUnits(std::string_view utf8) noexcept {
   // One unit for each byte, less those that go on with a character, and one more for
@@ -150,9 +158,8 @@ bool isSpaceOrLineEnd(UChar32 c) {
 }  // namespace
 
 void Text::makeHeap(std::string_view s) {
-  auto* r = detail::newTextRep(s.size());
+  auto* r = detail::newTextRep(s.size(), detail::countUnits(s));
   std::memcpy(r->data(), s.data(), s.size());
-  r->units = detail::countUnits(s);
   std::memset(c_.b, 0, sizeof c_.b);
   c_.put(r);
   c_.tag() = detail::kHeapText;
@@ -195,6 +202,16 @@ std::size_t Text::byteOf(std::int32_t unit, bool& inPair) const {
   if (isAscii()) return static_cast<std::size_t>(unit);
   const std::string_view s = view();
   std::size_t at = 0;
+  if (c_.tag() == detail::kHeapText) {
+    const auto mark =
+        detail::TextMarks::before(*c_.get<detail::TextRep*>(), static_cast<std::uint32_t>(unit));
+    at = mark.byte;
+    unit -= static_cast<std::int32_t>(mark.unit);
+    if (unit < 0) {
+      inPair = true;
+      return at - 4;
+    }
+  }
   while (unit > 0 && at < s.size()) {
     const std::size_t n = sequenceLength(byteAt(s, at));
     if (n == 4 && unit == 1) {
@@ -207,6 +224,15 @@ std::size_t Text::byteOf(std::int32_t unit, bool& inPair) const {
   return std::min(at, s.size());
 }
 
+std::int32_t Text::unitOf(std::size_t byte) const {
+  if (isAscii()) return static_cast<std::int32_t>(byte);
+  detail::TextMarks::Place mark;
+  if (c_.tag() == detail::kHeapText)
+    mark = detail::TextMarks::beforeByte(*c_.get<detail::TextRep*>(), byte);
+  const auto rest = detail::countUnits(view().substr(mark.byte, byte - mark.byte));
+  return static_cast<std::int32_t>(mark.unit + rest);
+}
+
 std::int32_t Text::IndexOf2(std::string_view s, std::int32_t start) const {
   const std::int32_t length = Length();
   if (length == 0) return -1;
@@ -216,8 +242,7 @@ std::int32_t Text::IndexOf2(std::string_view s, std::int32_t start) const {
   bool inPair;
   const std::size_t from = byteOf(start, inPair) + (inPair ? 1 : 0);
   const std::size_t found = view().find(s, from);
-  if (found == npos || isAscii()) return position(found);
-  return static_cast<std::int32_t>(detail::countUnits(view().substr(0, found)));
+  return found == npos ? -1 : unitOf(found);
 }
 
 std::int32_t Text::LastIndexOf(std::string_view s) const { return LastIndexOf2(s, Length()); }
@@ -229,8 +254,15 @@ std::int32_t Text::LastIndexOf2(std::string_view s, std::int32_t start) const {
   if (hasHalf(s)) return position(utf16().rfind(toUtf16(s), static_cast<std::size_t>(start)));
   bool inPair;
   const std::size_t found = view().rfind(s, byteOf(start, inPair));
-  if (found == npos || isAscii()) return position(found);
-  return static_cast<std::int32_t>(detail::countUnits(view().substr(0, found)));
+  return found == npos ? -1 : unitOf(found);
+}
+
+bool Text::StartsWith(std::string_view s) const {
+  return hasHalf(s) ? utf16().starts_with(toUtf16(s)) : view().starts_with(s);
+}
+
+bool Text::EndsWith(std::string_view s) const {
+  return hasHalf(s) ? utf16().ends_with(toUtf16(s)) : view().ends_with(s);
 }
 
 Text Text::Trim() const {
@@ -347,21 +379,12 @@ Text operator+(const Text& a, const Text& b) {
                     byteAt(x, x.size() - 2) >= 0xA0 && byteAt(x, x.size() - 2) < 0xB0;
   const bool low = y.size() >= 3 && byteAt(y, 0) == 0xED && byteAt(y, 1) >= 0xB0;
   if (high && low) return Text::fromUtf16(a.utf16() + b.utf16());
-  const std::size_t bytes = x.size() + y.size();
-  if (bytes <= detail::Cell::kInline) {
-    char joined[detail::Cell::kInline];
-    std::memcpy(joined, x.data(), x.size());
-    std::memcpy(joined + x.size(), y.data(), y.size());
-    return Text(std::string_view(joined, bytes));
-  }
-  auto* r = detail::newTextRep(bytes);
-  std::memcpy(r->data(), x.data(), x.size());
-  std::memcpy(r->data() + x.size(), y.data(), y.size());
-  r->units = static_cast<std::uint32_t>(a.Length()) + static_cast<std::uint32_t>(b.Length());
-  Text joined;
-  joined.c_.put(r);
-  joined.c_.tag() = detail::kHeapText;
-  return joined;
+  return Text::filled(x.size() + y.size(),
+                      static_cast<std::size_t>(a.Length()) + static_cast<std::size_t>(b.Length()),
+                      [&](char* joined) {
+                        std::memcpy(joined, x.data(), x.size());
+                        std::memcpy(joined + x.size(), y.data(), y.size());
+                      });
 }
 
 bool isUtf8(std::string_view bytes) noexcept { return detail::unitsIfUtf8(bytes).has_value(); }

@@ -4,7 +4,8 @@
 // do for the citizen's phone. Up to 14 bytes live in the Text itself, longer text is
 // shared and counted, so copying never copies bytes. A half of a surrogate pair,
 // which SubString and Chr can produce, is kept as the three bytes that UTF-8 would
-// give it, and becomes the whole character again when its other half follows.
+// give it, and becomes the whole character again when its other half follows. A position in
+// a long text is found by marks (text_marks.h), whatever its characters.
 // Safe to hand to another thread. Positions out of range throw KesException.
 #pragma once
 
@@ -27,8 +28,15 @@ struct TextRep {
   std::uint32_t bytes = 0;
   std::uint32_t units = 0;  // equal to bytes exactly when all is ASCII
   char* data() { return reinterpret_cast<char*>(this + 1); }
+  const char* data() const { return reinterpret_cast<const char*>(this + 1); }
+  // Behind the bytes of a text for which marks are worthwhile: where they are.
+  void* slot() const {
+    const std::size_t behind = (sizeof(TextRep) + bytes + 7) & ~std::size_t{7};
+    return const_cast<char*>(reinterpret_cast<const char*>(this)) + behind;
+  }
 };
-TextRep* newTextRep(std::size_t bytes);
+// For that many bytes, still to be written, which make that many units.
+TextRep* newTextRep(std::size_t bytes, std::size_t units);
 void freeTextRep(TextRep* r) noexcept;
 
 // The sixteen bytes that a Text and a Value are made of: a payload, then one byte of
@@ -86,6 +94,22 @@ class Text {
   static std::optional<Text> fromUtf8(std::string_view bytes);
   static Text fromUtf16(std::u16string_view units);
   static Text fromUnit(char16_t unit);
+  // A text whose size is known beforehand, which fill(char*) writes: valid UTF-8 of just that
+  // many bytes and units.
+  template <class Fill>
+  static Text filled(std::size_t bytes, std::size_t units, Fill fill) {
+    Text t;
+    if (bytes <= detail::Cell::kInline) {
+      fill(reinterpret_cast<char*>(t.c_.b));
+      t.c_.aux() = static_cast<unsigned char>(bytes);
+      return t;
+    }
+    auto* const rep = detail::newTextRep(bytes, units);
+    t.c_.put(rep);
+    t.c_.tag() = detail::kHeapText;
+    fill(rep->data());
+    return t;
+  }
 
   std::string_view view() const noexcept {
     if (c_.tag() == detail::kInlineText) return {reinterpret_cast<const char*>(c_.b), c_.aux()};
@@ -110,8 +134,8 @@ class Text {
   std::int32_t CompareTo(std::string_view s) const;             // -1, 0, 1
   bool EqualsIgnoreCase(std::string_view s) const;
   char16_t CharAt(std::int32_t i) const;
-  bool StartsWith(std::string_view s) const noexcept { return view().starts_with(s); }
-  bool EndsWith(std::string_view s) const noexcept { return view().ends_with(s); }
+  bool StartsWith(std::string_view s) const;
+  bool EndsWith(std::string_view s) const;
   bool Contains(std::string_view s) const { return IndexOf(s) != -1; }
   Text Replace(std::string_view what, std::string_view with) const;
   Text ToLowerCase() const;  // by "en_US"
@@ -146,6 +170,8 @@ class Text {
   }
   // Byte offset of a position in units; the unit may be the second of a pair.
   std::size_t byteOf(std::int32_t unit, bool& inPair) const;
+  // The other way, for the byte at which a character begins.
+  std::int32_t unitOf(std::size_t byte) const;
 
   detail::Cell c_;
 };

@@ -274,7 +274,11 @@ TEST_F(LanguageTest, LogIsCutAfterFourThousandCharacters) {
   KesCommon::Log(full + "è");
   KesCommon::Log(full + "èz");
   KesCommon::Log(Value());
-  EXPECT_EQ(log, (Trace{full + "è", full + "è (message truncated)...", "null"}));
+  KesCommon::Log(full + "😀z");
+  KesCommon::Log(Text("😀").SubString(1) + Text("a"));
+  EXPECT_EQ(log, (Trace{full + "è", full + "è (message truncated)...", "null",
+                        full + "\uFFFD (message truncated)...", "\uFFFDa"}))
+      << "each line is UTF-8";
   log.clear();
   Trace received;
   Kes::shared().logger = [&](const Text& line, const Text& prefix) {

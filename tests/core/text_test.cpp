@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "runtime/core/exception.h"
 #include "runtime/core/string_builder.h"
 #include "runtime/core/text.h"
@@ -53,6 +55,52 @@ TEST(Text, HalvesOfACharacterAreFoundAndRejoin) {
     EXPECT_EQ(kMixed.CharAt(i), unitsOf(kMixed)[static_cast<std::size_t>(i)]) << i;
     EXPECT_EQ(kMixed.SubString2(0, i) + kMixed.SubString(i), kMixed) << i;
   }
+}
+
+// Symptom: cutting a long text with accents into its lines took seconds, each position being
+// walked to from the beginning.
+TEST(Text, PositionsInLongTextsAreThoseOfTheirUnits) {
+  std::uint32_t seed = 7;
+  const char* const pieces[] = {"a", "è", "€", "😀", " Via Garibaldi "};
+  for (const std::size_t bytes : {250, 256, 300, 5000}) {
+    std::string made;
+    // Pairs that begin one unit before a multiple of any stride, and after it.
+    for (int i = 0; i < 40; ++i) made += std::string(i % 3, 'x') + "😀";
+    while (made.size() < bytes) made += pieces[(seed = seed * 1103515245 + 12345) >> 16 & 3];
+    const Text text(made + pieces[4]);
+    const auto units = text.utf16();
+    const auto length = text.Length();
+    ASSERT_EQ(length, static_cast<std::int32_t>(units.size()));
+    std::thread other([&] { EXPECT_EQ(text.CharAt(length - 1), units.back()); });
+    for (int i = 0; i < length; ++i) {
+      const auto at = static_cast<std::size_t>(i);
+      ASSERT_EQ(text.CharAt(i), units[at]) << i << " of " << bytes;
+      ASSERT_EQ(unitsOf(text.SubString2(i / 2, i)), units.substr(at / 2, at - at / 2)) << i;
+      for (const char* needle : {"è", "x😀"}) {
+        const auto wanted = unitsOf(needle);
+        ASSERT_EQ(text.IndexOf2(needle, i), static_cast<int>(units.find(wanted, at))) << i;
+        ASSERT_EQ(text.LastIndexOf2(needle, i), static_cast<int>(units.rfind(wanted, at))) << i;
+      }
+    }
+    other.join();
+    EXPECT_EQ(text.SubString(length), "");
+  }
+}
+
+TEST(Text, BeginningsAndEndsAreJudgedByUnits) {
+  const Text text = kSmile + Text("z") + kSmile;
+  for (const auto& [begin, does] : {std::pair<Text, bool>{kHigh, true},
+                                    {kSmile, true},
+                                    {kSmile + Text("z"), true},
+                                    {kLow, false},
+                                    {"z", false}})
+    EXPECT_EQ(text.StartsWith(begin), does) << begin.view();
+  for (const auto& [end, does] : {std::pair<Text, bool>{kLow, true},
+                                  {kSmile, true},
+                                  {Text("z") + kSmile, true},
+                                  {kHigh, false},
+                                  {"z", false}})
+    EXPECT_EQ(text.EndsWith(end), does) << end.view();
 }
 
 TEST(Text, PositionsOutsideFail) {

@@ -383,9 +383,8 @@ void JsonReader::makeText(Cell& out, std::string_view bytes, bool mayBeWide, boo
 }
 
 void JsonReader::makeLong(Cell& out, std::string_view bytes, std::uint32_t units) {
-  auto* rep = detail::newTextRep(bytes.size());
+  auto* rep = detail::newTextRep(bytes.size(), units);
   std::memcpy(rep->data(), bytes.data(), bytes.size());
-  rep->units = units;
   std::memset(out.b, 0, sizeof out.b);
   out.put(rep);
   out.tag() = detail::kHeapText;

@@ -9,7 +9,7 @@
 #include "runtime/core/map.h"
 #include "runtime/core/module.h"
 #include "runtime/core/string_builder.h"
-#include "runtime/data/bytes/utf8_out.h"
+#include "runtime/core/utf8_out.h"
 #include "runtime/data/serialized/serialized_format.h"
 
 namespace kes {

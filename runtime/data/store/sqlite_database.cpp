@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "platform/base/log.h"
-#include "runtime/data/bytes/utf8_out.h"
+#include "runtime/core/utf8_out.h"
 
 namespace kes::sqlite {
 

@@ -1,4 +1,4 @@
-#include "runtime/data/bytes/utf8_out.h"
+#include "runtime/core/utf8_out.h"
 
 #include <cstring>
 
