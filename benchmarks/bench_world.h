@@ -15,6 +15,7 @@
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
 #include "runtime/data/register_data.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/panel_wrapper.h"
@@ -55,6 +56,7 @@ struct World {
     scope = std::make_unique<platform::PlatformScope>(*platform);
     registerData();
     registerViews();
+    lendServices();
     registerComponents();
     ClassRegistry::instance().add<Owner>();
     qt::QtScreen::Options options;

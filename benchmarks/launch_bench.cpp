@@ -24,6 +24,7 @@
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
 #include "runtime/views/app/app_delegate.h"
+#include "runtime/views/app/services.h"
 #include "simulator/phone.h"
 
 namespace {
@@ -105,6 +106,7 @@ int theApp() {
   // A host that refuses at once: launching does not wait for the town.
   varlo::deployment::pointEveryServiceAt("http://127.0.0.1:9");
   varlo::registerApp();
+  kes::lendServices();
   qt::QtScreen::Options options;
   options.process.offscreen = true;
   qt::QtScreen screen(options);
@@ -112,7 +114,6 @@ int theApp() {
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
   kes::KesAppDelegate delegate;
-  application.setDelegate(&delegate);
   screen.show();
   delegate.didFinishLaunching();
   application.activate();

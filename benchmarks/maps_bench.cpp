@@ -88,6 +88,7 @@ class Bench {
     add("cluster.css", "text/css",
         fileText(leaflet + "MarkerCluster.css") + fileText(leaflet + "MarkerCluster.Default.css"));
     varlo::registerApp();
+    kes::lendServices();
     varlo::setBranding();
     varlo::deployment::pointEveryServiceAt(kes::Text(host_.url()));
     screen_ = std::make_unique<qt::QtScreen>(qt::QtScreen::Options());

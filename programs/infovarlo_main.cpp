@@ -18,6 +18,7 @@
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
 #include "runtime/views/app/app_delegate.h"
+#include "runtime/views/app/services.h"
 
 namespace {
 
@@ -61,13 +62,13 @@ int run() {
   platform::PlatformScope scope(platform);
   varlo::setBranding();
   varlo::registerApp();
+  kes::lendServices();
   qt::QtScreen::Options options;
   options.asksWhere = true;
   qt::QtScreen screen(options);
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
   kes::KesAppDelegate delegate;
-  application.setDelegate(&delegate);
   varlo::PushDelivery delivery(pushLine());
   screen.show();
   delegate.didFinishLaunching();

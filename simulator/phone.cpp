@@ -18,6 +18,7 @@
 #include "townhost/fault_script.h"
 
 #ifdef HOUSE_QT
+#include "runtime/views/app/services.h"
 #include "simulator/qt_side.h"
 #endif
 
@@ -112,9 +113,9 @@ Phone::~Phone() {
 
 void Phone::start() {
   varlo::registerApp();
+  kes::lendServices();
   varlo::deployment::pointEveryServiceAt(kes::Text(town_));
   delegate_ = std::make_unique<kes::KesAppDelegate>();
-  application().setDelegate(delegate_.get());
   std::shared_ptr<push::PushLine> line = varlo::makePushLine(broker_);
   if (!line) line = localLine_ = std::make_shared<push::LocalLine>(platform_->mainQueue());
   delivery_ = std::make_unique<varlo::PushDelivery>(line);

@@ -44,7 +44,9 @@ void ClassInfo::index() {
   for (std::size_t n = 0; n < subs_.size(); ++n) {
     subs_[n].hash = hashName(subs_[n].name);
     std::size_t i = subs_[n].hash & (slots - 1);
-    while (slots_[i]) i = (i + 1) & (slots - 1);
+    for (; slots_[i]; i = (i + 1) & (slots - 1))
+      if (subs_[slots_[i] - 1].name == subs_[n].name)
+        throw KesException(formatText("%@ has two subs named _%@", {name_, subs_[n].name}));
     slots_[i] = static_cast<std::uint32_t>(n + 1);
   }
 }

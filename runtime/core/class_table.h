@@ -13,7 +13,8 @@
 //   }
 //
 // A sub answers to its dispatch name: underscore, lower-case name, one colon for each
-// parameter of the C++ signature. A method answers to its platform name as it stands. What
+// parameter of the C++ signature; two of one dispatch name are refused when the class is added
+// ("%@ has two subs named _%@"). A method answers to its platform name as it stands. What
 // a table does not know is answered with null; calls pass on what the method throws.
 #pragma once
 

@@ -20,6 +20,8 @@ std::string readable(const char* typeName) {
 }
 }  // namespace
 
+std::string typeName(const std::type_info& type) { return readable(type.name()); }
+
 void failNumber(const Value& v) {
   throw KesException("Invalid object type",
                      formatText("Expected: NSNumber, object type: %@", {v.description()}));

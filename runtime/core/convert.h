@@ -21,6 +21,8 @@
 namespace kes {
 
 namespace detail {
+// The name of a C++ class as people write it, without its namespaces.
+std::string typeName(const std::type_info& type);
 [[noreturn]] void failNumber(const Value& v);
 [[noreturn]] void failObject(const char* expected, const Value& v);
 [[noreturn]] void failType(const char* typeCode);

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "runtime/core/text.h"
 
@@ -24,5 +26,8 @@ class KesException : public std::exception {
   Text reason_;
   std::string what_;
 };
+
+// "%@" once for each piece, in order: how the message texts of the runtime are filled.
+Text formatText(std::string_view format, std::initializer_list<std::string_view> pieces);
 
 }  // namespace kes

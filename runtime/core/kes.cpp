@@ -2,7 +2,10 @@
 
 #include <atomic>
 #include <mutex>
+#include <set>
+#include <typeindex>
 
+#include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "runtime/core/class_table.h"
 #include "runtime/core/error.h"
@@ -18,6 +21,16 @@ constinit thread_local Shared* currentSender = nullptr;
 // event. The flag spares each raise a look at a variable with a destructor.
 thread_local Ref<Shared> heldSender;
 constinit thread_local bool senderHeld = false;
+
+// Once for each class: its subs are there, and nobody would ever know why they aren't called.
+void tellUnregistered(const Object& target, std::string_view event) {
+  static auto& told = *new std::set<std::type_index>;
+  if (!told.insert(typeid(target)).second) return;
+  platform::log(formatText("The class %@ is not in the registry: none of its subs hears an event "
+                           "(the first one lost is %@).",
+                           {detail::typeName(typeid(target)), event})
+                    .str());
+}
 
 std::mutex lastErrorMutex;
 Value& lastErrorSlot() {
@@ -78,7 +91,11 @@ inline Value Kes::dispatch(const Ref<Shared>& sender, std::string_view event, co
   if (!target)
     throw KesException("null object",
                        formatText("Target is null. Method called: %@", {"_" + std::string(event)}));
-  const SubInfo* sub = targetClass_ ? targetClass_->sub(event, hash) : nullptr;
+  if (!targetClass_) [[unlikely]] {
+    tellUnregistered(*target, event);
+    return {};
+  }
+  const SubInfo* sub = targetClass_->sub(event, hash);
   if (!sub) return {};
   const platform::Keep keepTarget(target);
   return sub->call(*target, params);
@@ -132,11 +149,17 @@ bool Kes::wake(Waits& waits, const Ref<Shared>& sender, Args params) {
   auto& list = waits.list;
   for (auto i = list.begin(); i != list.end(); ++i) {
     if (i->senderFilterSet && !i->senderFilter.refersTo(sender.get())) continue;
-    const Ref<KesResumableSub> rs = std::move(i->rs);
+    // What the sub doesn't take over for its next wait goes when it has run.
+    struct Waking : KesResumableSub::Held {
+      ~Waking() {
+        if (self) self->held = nullptr;
+      }
+    } waking{{std::move(i->rs), std::move(i->senderFilter)}};
     list.erase(i);
     --parked_;
     const platform::Keep keep(this);
-    rs->resume(this, params);
+    waking.self->held = &waking;
+    waking.self->resume(this, params);
     currentSender = nullptr;
     return true;
   }

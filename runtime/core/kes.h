@@ -1,5 +1,5 @@
-// Kes: the event object of a module or class instance, and the conversions between
-// values that stand on it.
+// Kes: the event object of a module or class instance. The conversions between values stand
+// on it, too: Kes::ObjectToNumber(v).
 //
 // Events reach application code by name: raiseEvent finds the sub of that name on the
 // events target and calls it with converted parameters, or wakes a resumable sub that
@@ -12,12 +12,12 @@
 #include <functional>
 #include <vector>
 
+#include "runtime/core/conversions.h"
+#include "runtime/core/exception.h"
 #include "runtime/core/object.h"
 #include "runtime/core/resumable_sub.h"
 
 namespace kes {
-
-class KesList;
 
 // One parked wait. The sub is kept alive by it, the sender is not.
 struct KesWaitForEvent {
@@ -37,7 +37,7 @@ class PageSized {
   virtual double pageHeight() const = 0;
 };
 
-class Kes final : public Object {
+class Kes final : public Object, public Conversions {
  public:
   Kes() = default;
   explicit Kes(Object& target) { init(target); }
@@ -91,20 +91,6 @@ class Kes final : public Object {
   Value lastError() const;  // atomic access
   void setLastError(Value error);
 
-  // Conversions between values, by the fixed locale "en_US".
-  static Text ObjectToString(const Value& v);
-  static Value ObjectToNumber(const Value& v);
-  static std::int64_t ObjectToLongNumber(const Value& v);
-  static bool ObjectToBoolean(const Value& v);
-  static char16_t ObjectToChar(const Value& v);
-  static Text CharToString(char16_t c);
-  static Text BooleanToString(bool b);
-  static Text NumberToString(const Value& number);
-  static bool IsLong(const Value& number);
-  static Value ArrayToList(const Value& array);  // a KesList, or nil
-  // Index of the first case that the value matches, or -1.
-  static int switchObjectToInt(const Value& v, Args cases);
-
  private:
   struct Waits {
     std::uint64_t hash;
@@ -120,8 +106,5 @@ class Kes final : public Object {
   std::vector<Waits> waits_;
   std::size_t parked_ = 0;
 };
-
-// "%@" once for each piece, in order: how message texts of the runtime are filled.
-Text formatText(std::string_view format, std::initializer_list<std::string_view> pieces);
 
 }  // namespace kes

@@ -57,8 +57,10 @@ class KesMap final : public Object, public ByValue, public detail::SlabMade {
   // A read-only map over a copy in which every dictionary value has become a KesMap.
   static KesMap convertToMap(const Dictionary& dict);
 
-  // The table in force, or null; for code that walks entries.
-  const Dictionary* table() const { return dict_ ? dict_.get() : map_.get(); }
+  // The table in force, or null; for code that walks entries. The map has to outlive the walk.
+  const Dictionary* table() const& { return dict_ ? dict_.get() : map_.get(); }
+  const Dictionary* table() && = delete;
+  const Dictionary* table() const&& = delete;
 
   Text description() const override;
   bool isEqual(const Value& other) const override;

@@ -14,7 +14,7 @@ void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Val
     if (awaited->completed) throw KesException("Resumable sub already completed");
     awaited->waitForKes = Ref<Kes>(&bi);
   }
-  parkFor(event, bi, std::move(rs), filter.object());
+  parkFor(event, bi, {std::move(rs), {}}, filter.object());
 }
 
 // A parked sub's life. The table of its Kes owns the frame, under the event and, where the
@@ -25,7 +25,7 @@ void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Val
 // event, up to its next wait or its end, with the event's parameters in its hands. A sub
 // that goes unwoken ends with the Kes that holds it: the frame is destroyed where it
 // stands and its locals are unwound. Nothing but the table keeps a parked sub alive.
-void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender) {
+void parkFor(std::string_view event, Kes& bi, KesResumableSub::Held rs, const Shared* sender) {
   auto& list = bi.waitsFor(event);
   bool matched = false;
   // What the walk drops goes only when the list is whole again: locals that unwind may
@@ -34,7 +34,7 @@ void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Sha
   for (auto i = list.begin(); i != list.end();) {
     const bool match = !matched && (sender ? i->senderFilter.refersTo(sender) : i->noFilter());
     if (match) {
-      dropped.push_back(std::exchange(i->rs, rs));
+      dropped.push_back(std::exchange(i->rs, rs.self));
       matched = true;
       ++i;
     } else if (i->cleared()) {
@@ -46,7 +46,9 @@ void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Sha
     }
   }
   if (matched) return;
-  KesWaitForEvent wait{std::move(rs), WeakRef<Shared>(sender), sender != nullptr};
+  KesWaitForEvent wait{std::move(rs.self),
+                       rs.sender.refersTo(sender) ? std::move(rs.sender) : WeakRef<Shared>(sender),
+                       sender != nullptr};
   list.insert(sender ? list.begin() : list.end(), std::move(wait));
   bi.noteParked(+1);
 }

@@ -42,7 +42,7 @@ class KesResumableSubWrapper final : public TypedWrapper<KesResumableSubWrapper,
 // already completed" for a sub that is over.
 void WaitFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Value& senderFilter);
 // The same for a sender known to be neither a wrapper nor a sub; null waits for any.
-void parkFor(std::string_view event, Kes& bi, Ref<KesResumableSub> rs, const Shared* sender);
+void parkFor(std::string_view event, Kes& bi, KesResumableSub::Held rs, const Shared* sender);
 // Resumes rs in a later task, after the time in milliseconds.
 void Sleep(Kes& bi, Ref<KesResumableSub> rs, std::int64_t milliseconds);
 // The form without a sub does nothing at all.
@@ -115,11 +115,10 @@ struct WaitAwaiter {
   void await_suspend(std::coroutine_handle<P> h) {
     frame = &h.promise();
     frame->suspend([&] {
-      Ref<KesResumableSub> sub(frame);
       if (filter.isNil())
-        parkFor(event, bi, std::move(sub), sender);
+        parkFor(event, bi, frame->take(), sender);
       else
-        WaitFor(event, bi, std::move(sub), std::exchange(filter, Value()));
+        WaitFor(event, bi, frame->take().self, std::exchange(filter, Value()));
     });
   }
   auto await_resume() const {

@@ -1,8 +1,6 @@
 #include "runtime/data/register_data.h"
 
 #include "runtime/core/class_table.h"
-#include "runtime/core/common.h"
-#include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/dateutils.h"
 #include "runtime/data/dates/period.h"
 #include "runtime/data/store/key_value_store.h"
@@ -11,9 +9,6 @@ namespace kes {
 
 void registerData() {
   ClassRegistry::instance().addAll<Period, kes_dateutils, kes_keyvaluestore>();
-  KesCommon::shared().dateText = [](std::string_view kind, std::int64_t ticks) {
-    return kind == "time" ? DateTime().Time(ticks) : DateTime().Date(ticks);
-  };
 }
 
 }  // namespace kes

@@ -1,10 +1,6 @@
 #include "runtime/views/register_views.h"
 
-#include "platform/ui/application.h"
-#include "runtime/core/common.h"
-#include "runtime/data/files/bitmap.h"
 #include "runtime/views/app/bundle.h"
-#include "runtime/views/base/device.h"
 #include "runtime/views/dialogs/custom_dialog.h"
 #include "runtime/views/layout/custom_view_wrapper.h"
 #include "runtime/views/pages/side_menu.h"
@@ -23,16 +19,6 @@
 
 namespace kes {
 
-namespace {
-
-constexpr int kResizedQuality = 92;
-
-ui::Image shownAs(const EncodedImage& image) {
-  return ui::Image::fromShared(image.bytes(), image.scale());
-}
-
-}  // namespace
-
 void registerViews() {
   auto& registry = ClassRegistry::instance();
   registry.addAll<KesViewWrapper, KesControlWrapper, KesPanelWrapper, KesCustomViewWrapper,
@@ -42,26 +28,6 @@ void registerViews() {
                   KesDatePickerWrapper, KesPickerWrapper, KesProgressWrapper,
                   KesActivityIndicatorWrapper, KesTableView, KexViewWrapper>();
   registry.addAll<KesDrawerController, Bundle, AlertView, iCustomDialog, kes_richstring>();
-  KesBitmap::screenScale = device::screenScale;
-  KesBitmap::encoder = [](const EncodedImage& image, std::string_view format,
-                          int quality) -> std::optional<EncodedImage::Bytes> {
-    auto written = ui::render(shownAs(image), {.format = format, .quality = quality, .pixels = {}});
-    return written ? std::optional(std::move(written->bytes)) : std::nullopt;
-  };
-  KesBitmap::resizer = [](const EncodedImage& image, double width, double height,
-                          bool keepRatio) -> std::optional<EncodedImage::Drawn> {
-    // A photograph stays one: as PNG it would be many times as large.
-    auto drawn = ui::render(shownAs(image), {.format = image.format() == "JPEG" ? "JPEG" : "PNG",
-                                             .quality = kResizedQuality,
-                                             .pixels = ui::Size{width, height},
-                                             .keepRatio = keepRatio});
-    if (!drawn) return std::nullopt;
-    return EncodedImage::Drawn{std::move(drawn->bytes), drawn->share};
-  };
-  KesCommon::shared().windowSize = [] {
-    const ui::Rect window = device::windowBounds();
-    return std::pair{window.width, window.height};
-  };
 }
 
 }  // namespace kes

@@ -1,4 +1,5 @@
 #include "town_phone.h"
+#include "runtime/views/app/services.h"
 
 namespace varlo {
 
@@ -15,6 +16,7 @@ town::TownHost::Options onTheClockOf(testing_support::HeadlessPhone& phone) {
 TownTest::TownTest(platform::Ticks startAt) : phone(startAt), host(onTheClockOf(phone)) {
   setBranding();
   registerApp();
+  lendServices();
   KesDateTime::restart();
   File().virtualAssetsFolder = ASSETS_FOLDER;
   deployment::pointEveryServiceAt(Text(host.url()));
@@ -36,7 +38,6 @@ TownTest::~TownTest() {
 
 void TownTest::launch() {
   delegate = std::make_unique<KesAppDelegate>();
-  phone.app.setDelegate(delegate.get());
   delegate->didFinishLaunching();
   phone.app.activate();
   settle();

@@ -7,6 +7,7 @@
 #include "components/customlistview.h"
 #include "components/register_components.h"
 #include "runtime/data/register_data.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/register_views.h"
@@ -61,6 +62,7 @@ class ListTest : public testing::Test {
   ListTest() {
     registerData();
     registerViews();
+    lendServices();
     registerComponents();
     ClassRegistry::instance().addAll<Listener, Deaf>();
     listener = owner<Listener>();

@@ -6,6 +6,7 @@
 #include "components/searchview.h"
 #include "platform/ui/reading/accessibility.h"
 #include "runtime/data/register_data.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/register_views.h"
 #include "tests/support/headless_phone.h"
@@ -36,6 +37,7 @@ class SearchView : public testing::Test {
   SearchView() {
     registerData();
     registerViews();
+    lendServices();
     registerComponents();
     ClassRegistry::instance().add<SearchOwner>();
     owner = make<SearchOwner>();

@@ -1,8 +1,16 @@
+#include <algorithm>
+
 #include "component_fixture.h"
 
 using namespace kes;
 
 namespace {
+
+template <class Map>
+concept WalkedWhenItIsGone = requires(Map map) {
+  std::move(map).table();
+};
+static_assert(!WalkedWhenItIsGone<KesMap>);
 
 Trace* told = nullptr;  // of the test that runs
 
@@ -86,6 +94,43 @@ TEST_F(ModulesTest, AnInstanceGetsItsKesOnceAndItsGlobalsEachTime) {
   EXPECT_EQ(bi->raiseEvent(nullptr, "name", {}), Value("b"));
   EXPECT_EQ(trace, (Trace{"globals after ", "globals after a"}));
   EXPECT_NE(make<Item>("c")->bi(), bi);
+}
+
+// Symptom: an event for a class that nobody had registered vanished without a word.
+TEST_F(ModulesTest, MistakesInClassTablesAreTold) {
+  class Forgotten : public KesClass {
+   public:
+    void _initialize() { initializeClassModule(); }
+  };
+  for (int i = 0; i < 2; ++i) {
+    const auto forgotten = make<Forgotten>();
+    forgotten->_initialize();
+    for (int n = 0; n < 3; ++n) forgotten->bi()->raiseEvent(nullptr, "click:", {});
+  }
+  EXPECT_EQ(std::count(log.begin(), log.end(),
+                       "The class Forgotten is not in the registry: none of its subs hears an "
+                       "event (the first one lost is click:)."),
+            1)
+      << "one line for the class";
+
+  class Twice : public KesClass {
+   public:
+    static void describe(ClassBuilder<Twice>& c) {
+      c.name("kes_twice");
+      c.sub<&Twice::_first>("click");
+      c.sub<&Twice::_other>("click");
+      c.sub<&Twice::_second>("click");
+    }
+    void _first(int) {}
+    void _other(int, int) {}
+    void _second(Value) {}
+  };
+  try {
+    ClassRegistry::instance().add<Twice>();
+    ADD_FAILURE() << "two subs of one name";
+  } catch (const KesException& e) {
+    EXPECT_STREQ(e.what(), "kes_twice has two subs named _click:");
+  }
 }
 
 TEST_F(ModulesTest, OnlyWhatWasInitialisedTellsOfItsEnd) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "runtime/core/exception.h"
+#include "runtime/data/dates/date_texts.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/dateutils.h"
 #include "runtime/data/register_data.h"
@@ -16,6 +17,7 @@ class DataTest : public testing::Test {
  protected:
   DataTest() {
     kes::registerData();
+    kes::lendDateTexts();
     kes::KesDateTime::restart();
     kes::kes_dateutils::instance()._process_globals();
   }

@@ -7,6 +7,7 @@
 #include "platform/headless/fixed_text_engine.h"
 #include "platform/headless/headless_pump.h"
 #include "runtime/data/files/file.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/register_views.h"
@@ -57,6 +58,7 @@ void fuzz::kil(Bytes input) {
   auto& phone = FuzzPlatform::current();
   phone.write(phone.folders().assets + "/t.kil", textOf(input));
   kes::registerViews();
+  kes::lendServices();
   kes::registerComponents();
   kes::ClassRegistry::instance().addAll<Owner>();
   kes::KesLayoutBuilder::state() = {};

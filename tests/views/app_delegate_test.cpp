@@ -1,5 +1,6 @@
 #include "runtime/core/array.h"
 #include "runtime/views/app/application_wrapper.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/dialogs/message_box.h"
 #include "views_fixture.h"
 
@@ -71,6 +72,7 @@ class AppDelegateTest : public testing::Test {
   static MainModule& registered() {
     registerData();
     registerViews();
+    lendServices();
     ClassRegistry::instance().add<MainModule>();
     return MainModule::instance();
   }

@@ -9,6 +9,7 @@
 #include "runtime/core/module.h"
 #include "runtime/data/register_data.h"
 #include "runtime/views/app/app_delegate.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/label_wrapper.h"
@@ -46,6 +47,7 @@ struct Phone {
   explicit Phone(ui::Size size = {320, 568}, double textScale = 1) : screen(size), text(textScale) {
     registerData();
     registerViews();
+    lendServices();
     KesLayoutBuilder::state() = {};
     window->makeKey();
     window->show();

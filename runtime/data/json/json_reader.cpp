@@ -139,9 +139,25 @@ inline void JsonReader::push(const Cell& c) {
   stack_[size_++] = c;
 }
 
-// From here on p_ stays on or before the last byte, which closes the top level: no step
-// but the closing of a container and the inside of a string can pass it.
+// From the first bracket on p_ stays on or before the last byte, which closes the top level: no
+// step but the closing of a container and the inside of a string can pass it.
 Value JsonReader::read() {
+  findEnds();
+  for (;;) {
+    // p_ is where a value begins.
+    if (*p_ == '{' || *p_ == '[') {
+      if (open()) continue;
+    } else {
+      readScalar();
+    }
+    if (!step()) break;
+  }
+  if (p_ != end_) fail("The text goes on after its end", p_);
+  return Value::takeIn(stack_[--size_]);
+}
+
+// To the first bracket, and back to the last one.
+void JsonReader::findEnds() {
   if (std::string_view(begin_, static_cast<std::size_t>(end_ - begin_)).starts_with("\xEF\xBB\xBF"))
     p_ += 3;
   while (end_ > p_ && isSpace(end_[-1])) --end_;
@@ -150,22 +166,57 @@ Value JsonReader::read() {
   if (*p_ != '{' && *p_ != '[') fail("Neither an object nor an array is at the top", p_);
   if (end_[-1] != '}' && end_[-1] != ']')
     fail("The text ends too early, or goes on too long", end_);
+}
 
+// Enters a container; true when its first value comes next, false when there is none.
+inline bool JsonReader::open() {
+  const bool isObject = *p_ == '{';
+  frames_.push_back({size_, isObject});
+  ++p_;
+  skipSpace();
+  if (*p_ == (isObject ? '}' : ']')) return false;
+  if (isObject) readName();
+  return true;
+}
+
+// Behind a value, or in an empty container: closes what ends here and goes on to where the next
+// value begins; false when there is none.
+inline bool JsonReader::step() {
+  for (;;) {
+    skipSpace();
+    const Frame& f = frames_.back();
+    if (*p_ == ',') {
+      ++p_;
+      skipSpace();
+      if (f.isObject) readName();
+      return true;
+    }
+    if (*p_ != (f.isObject ? '}' : ']'))
+      fail(f.isObject ? "A comma or a closing brace is missing"
+                      : "A comma or a closing bracket is missing",
+           p_);
+    ++p_;
+    close();
+    if (frames_.empty()) return false;
+    if (p_ == end_) fail("The text ends too early", p_);
+  }
+}
+
+// A member's name and its colon.
+inline void JsonReader::readName() {
+  if (*p_ != '"') fail("The name of a member is missing", p_);
+  Cell name;
+  readString(name, true);
+  push(name);
+  skipSpace();
+  if (*p_ != ':') fail("A colon is missing after the name of a member", p_);
+  ++p_;
+  skipSpace();
+}
+
+inline void JsonReader::readScalar() {
   Cell c;
-value:
   switch (*p_) {
-    case '{':
-      frames_.push_back({size_, true});
-      ++p_;
-      skipSpace();
-      if (*p_ == '}') goto close;
-      goto key;
-    case '[':
-      frames_.push_back({size_, false});
-      ++p_;
-      skipSpace();
-      if (*p_ == ']') goto close;
-      goto value;
     case '"':
       readString(c, false);
       break;
@@ -186,46 +237,15 @@ value:
       readNumber(c);
   }
   push(c);
+}
 
-next:
-  skipSpace();
-  if (frames_.back().isObject) {
-    if (*p_ == '}') goto close;
-    if (*p_ != ',') fail("A comma or a closing brace is missing", p_);
-    ++p_;
-    skipSpace();
-    goto key;
-  }
-  if (*p_ == ']') goto close;
-  if (*p_ != ',') fail("A comma or a closing bracket is missing", p_);
-  ++p_;
-  skipSpace();
-  goto value;
-
-key:
-  if (*p_ != '"') fail("The name of a member is missing", p_);
-  readString(c, true);
-  push(c);
-  skipSpace();
-  if (*p_ != ':') fail("A colon is missing after the name of a member", p_);
-  ++p_;
-  skipSpace();
-  goto value;
-
-close:
-  ++p_;
+void JsonReader::close() {
   const Frame f = frames_.back();
   frames_.pop_back();
   if (f.isObject)
     closeObject(f.base);
   else
     closeArray(f.base);
-  if (!frames_.empty()) {
-    if (p_ == end_) fail("The text ends too early", p_);
-    goto next;
-  }
-  if (p_ != end_) fail("The text goes on after its end", p_);
-  return Value::takeIn(stack_[--size_]);
 }
 
 inline void JsonReader::skipSpace() {

@@ -1,9 +1,9 @@
 // JsonReader: one pass over a JSON text, straight into the system's containers.
 //
-// Strict: what the grammar does not allow, text that is not UTF-8, halves of surrogate
-// pairs and numbers beyond a double are refused with a JsonError. It neither copies the
-// text nor reads beyond it, and keeps its own stack: depth is limited by memory only. One
-// reader reads one text once. Any thread.
+// Strict: what the grammar does not allow, text that is not UTF-8 and numbers beyond a double
+// are refused with a JsonError; the escape of half a surrogate pair is read as U+FFFD. It neither
+// copies the text nor reads beyond it, and keeps its own stack: depth is limited by memory only.
+// One reader reads one text once. Any thread.
 #pragma once
 
 #include <memory>
@@ -39,6 +39,12 @@ class JsonReader {
   [[noreturn]] void fail(const char* reason, const char* at) const;
   void push(const Cell& c);
   void grow();
+  void findEnds();
+  bool open();
+  bool step();
+  void close();
+  void readName();
+  void readScalar();
   void skipSpace();
   void readString(Cell& out, bool isKey);
   void readEscaped(Cell& out, const char* begin, bool isKey);
