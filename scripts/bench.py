@@ -3,7 +3,9 @@
 
   bench.py [--update] [NAME...]     NAME: a part of a row's name
 
-Every figure is a median; ratios are of medians of the same run. Exit status 0 however the
+Every figure is the median of runs that take turns with those of its peer; ratios are of these
+medians. A figure's spread stands behind it, the least and the most of its runs: what is said of
+two figures whose spreads overlap is said of the machine as well. Exit status 0 however the
 figures turn out, 1 if a benchmark could not be run.
 """
 import json
@@ -16,34 +18,46 @@ import time
 import citizen
 
 BIN = "build/release/bin/"
-REPETITIONS = "5"
+# Many short runs in place of few long ones: whatever else the machine does then falls on both
+# sides of a pair alike.
+REPETITIONS = "11"
+LONG_ENOUGH = "0.1"  # seconds a run
 
 
 def google(program, *names):
-    """Medians of CPU time in nanoseconds, and counters, by benchmark."""
+    """Medians and spreads of CPU time in nanoseconds, and counters, by benchmark."""
     out = subprocess.run(
         [BIN + program, "--benchmark_repetitions=" + REPETITIONS, "--benchmark_format=json",
-         "--benchmark_enable_random_interleaving=true",
-         "--benchmark_report_aggregates_only=true",
+         "--benchmark_min_time=" + LONG_ENOUGH, "--benchmark_enable_random_interleaving=true",
          "--benchmark_filter=^(" + "|".join(names) + ")(/.*)?$"],
         check=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
     unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
     found = {}
     for b in json.loads(out)["benchmarks"]:
-        if b.get("aggregate_name") == "median":
-            b["ns"] = b["cpu_time"] * unit[b["time_unit"]]
-            found[b["run_name"]] = b
+        if b.get("run_type") == "iteration":
+            run = found.setdefault(b["run_name"], dict(b, runs=[]))
+            run["runs"].append(b["cpu_time"] * unit[b["time_unit"]])
+    for run in found.values():
+        run["ns"] = Runs(run["runs"])
     for name in names:
         if not any(run == name or run.startswith(name + "/") for run in found):
             raise RuntimeError(f"{program} has no {name}")
     return found
 
 
+class Runs(float):
+    """The median of some runs, which remembers the least and the most of them."""
+    def __new__(cls, runs):
+        me = super().__new__(cls, statistics.median(runs))
+        me.least, me.most = min(runs), max(runs)
+        return me
+
+
 def timed(ns):
-    for limit, size, unit in ((1e3, 1, "ns"), (1e6, 1e3, "µs"), (1e9, 1e6, "ms")):
-        if ns < limit:
-            return f"{ns / size:.3g} {unit}"
-    return f"{ns / 1e9:.3g} s"
+    unit, size = next(((u, s) for limit, s, u in ((1e3, 1, "ns"), (1e6, 1e3, "µs"),
+                                                  (1e9, 1e6, "ms")) if ns < limit), ("s", 1e9))
+    spread = f" ({ns.least / size:.3g}–{ns.most / size:.3g})" if isinstance(ns, Runs) else ""
+    return f"{ns / size:.3g} {unit}{spread}"
 
 
 def pair(what, program, ours, peer, goal, faster=False):
@@ -76,10 +90,19 @@ def events():
 
 
 def json_rows():
-    m = google("bench_json", "json/ours", "json/rapidjson", "json/nlohmann")
-    a, b, c = (m[f"json/{peer}/0"]["ns"] for peer in ("ours", "rapidjson", "nlohmann"))
+    m = google("bench_json", "json/ours", "json/rapidjson", "json/nlohmann", "json/simdjson")
+    a, b, c, d = (m[f"json/{peer}/0"]["ns"] for peer in ("ours", "rapidjson", "nlohmann",
+                                                        "simdjson"))
+    town, theirs = m["json/ours/2"]["ns"], m["json/simdjson/2"]["ns"]
+    walked, their_walk = m["json/ours/walk/0"]["ns"], m["json/simdjson/walk/0"]["ns"]
     return [
-        ("JSON text of 0.8 MB of records to maps and lists / RapidJSON's DOM", timed(a), timed(b),
+        ("JSON text of 0.8 MB of records to maps and lists / simdjson's DOM", timed(a), timed(d),
+         f"{a / d:.2f}", "≤ 1.25"),
+        ("the same, every value and text looked at / simdjson's", timed(walked),
+         timed(their_walk), f"{walked / their_walk:.2f}", ""),
+        ("the town's own documents / simdjson's DOM", timed(town), timed(theirs),
+         f"{town / theirs:.2f}", "≤ 1.25"),
+        ("the records / RapidJSON's DOM", timed(a), timed(b),
          f"{a / b:.2f}", "≤ 1"),
         ("the same / nlohmann-json, times faster", timed(a), timed(c), f"{c / a:.1f}", "≥ 5"),
     ]
@@ -141,7 +164,7 @@ def launch():
                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout.split()
             times.append(float(out[0]) * 1e6)
             engine |= kind == "app" and int(out[1])
-    a, b = statistics.median(ours), statistics.median(empty)
+    a, b = Runs(ours), Runs(empty)
     return [
         ("launch to first frame / an empty Qt Quick window", timed(a), timed(b), f"{a / b:.2f}",
          "≤ 1.5"),
@@ -187,9 +210,20 @@ def titled(title, run):
 def http():
     out = subprocess.run([BIN + "bench_http"], check=True, stdout=subprocess.PIPE,
                          stderr=subprocess.DEVNULL).stdout.split()
-    a, b = float(out[0]), float(out[1])
-    return [("1,000 small GETs, 16 in flight / libcurl's multi", f"{a:.1f} ms", f"{b:.1f} ms",
+    rounds = [float(ms) * 1e6 for ms in out]
+    a, b = Runs(rounds[::2]), Runs(rounds[1::2])
+    return [("1,000 small GETs, 16 in flight / libcurl's multi", timed(a), timed(b),
              f"{a / b:.2f}", "≤ 1.2")]
+
+
+def text():
+    m = google("bench_text", "charAt", "cutLines", "makeText")
+    def row(what, name, size=""):
+        a, b = m[f"{name}/accents{size}"]["ns"], m[f"{name}/ascii{size}"]["ns"]
+        return (what, timed(a), timed(b), f"{a / b:.2f}", "≤ 5")
+    return [row("a character by its position, 50,000 accented units / ASCII", "charAt"),
+            row("19,000 lines cut out of 380,000 accented units / ASCII", "cutLines"),
+            row("a text of 60 units made, with accents / ASCII", "makeText", "/60")]
 
 
 ROWS = [
@@ -212,6 +246,7 @@ ROWS = [
     pair("a regular expression in a loop / ICU compiled once", "bench_collections",
          "wholeMatchInALoop", "wholeMatchCompiledOnce", "≤ 1.2"),
     titled("http", http),
+    titled("text", text),
     pair("serialize a tree / QDataStream of the same, times faster", "bench_serializer",
          "serializer/write/ours", "serializer/write/qdatastream", "≥ 2", faster=True),
     pair("read it back / QDataStream, times faster", "bench_serializer",
