@@ -2,7 +2,7 @@
 // queue and the log's lines.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <string>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "runtime/core/module.h"
+#include "tests/support/failures.h"
 
 class ComponentTest : public testing::Test {
  protected:
@@ -40,4 +41,6 @@ class ComponentTest : public testing::Test {
   platform::PlatformScope scope{platform};
 };
 
+using testing::StartsWith;
+using testing_support::thrownBy;
 using Trace = std::vector<std::string>;

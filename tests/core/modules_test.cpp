@@ -74,12 +74,8 @@ TEST_F(ModulesTest, AModuleIsOneObjectWithOneKesAndRunsItsGlobalsWhenTold) {
   EXPECT_TRUE(trace.empty());
   shell.initializeStaticModules();
   EXPECT_EQ(trace, (Trace{"globals of the shell"}));
-  try {
-    Section::instance().initializeStaticModules();
-    ADD_FAILURE() << "only the main module makes the others";
-  } catch (const KesException& e) {
-    EXPECT_EQ(e.reason(), "Must override");
-  }
+  EXPECT_EQ(thrownBy([] { Section::instance().initializeStaticModules(); }), "Must override")
+      << "only the main module makes the others";
 }
 
 TEST_F(ModulesTest, AnInstanceGetsItsKesOnceAndItsGlobalsEachTime) {
@@ -125,12 +121,8 @@ TEST_F(ModulesTest, MistakesInClassTablesAreTold) {
     void _other(int, int) {}
     void _second(Value) {}
   };
-  try {
-    ClassRegistry::instance().add<Twice>();
-    ADD_FAILURE() << "two subs of one name";
-  } catch (const KesException& e) {
-    EXPECT_STREQ(e.what(), "kes_twice has two subs named _click:");
-  }
+  EXPECT_EQ(thrownBy([] { ClassRegistry::instance().add<Twice>(); }),
+            "kes_twice has two subs named _click:");
 }
 
 TEST_F(ModulesTest, OnlyWhatWasInitialisedTellsOfItsEnd) {

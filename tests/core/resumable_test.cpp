@@ -208,12 +208,8 @@ TEST_F(ResumableTest, AwaitingACompletedSubFails) {
   auto sub = worker->answer("x", -1).intoValue();
   drain();
   EXPECT_TRUE(sub.as<KesResumableSubWrapper>()->Completed());
-  try {
-    WaitFor("complete:", *worker->bi(), nullptr, sub);
-    FAIL();
-  } catch (const KesException& e) {
-    EXPECT_EQ(e.reason(), "Resumable sub already completed");
-  }
+  EXPECT_EQ(thrownBy([&] { WaitFor("complete:", *worker->bi(), nullptr, sub); }),
+            "Resumable sub already completed");
 }
 
 TEST_F(ResumableTest, ATryAroundWaitsCatchesWhatComesAfterThem) {
@@ -282,12 +278,8 @@ TEST_F(ResumableTest, ASubThatCouldNotBeParkedGoesOnWithTheError) {
   drain();
   EXPECT_EQ(worker->trace, (Trace{"answered", "Resumable sub already completed", "went on"}));
   const auto blank = make<Worker>();
-  try {
-    blank->number().orThrow();
-    FAIL();
-  } catch (const KesException& e) {
-    EXPECT_EQ(e.reason(), "Object was not initialized (kes_worker)");
-  }
+  EXPECT_EQ(thrownBy([&] { blank->number().orThrow(); }),
+            "Object was not initialized (kes_worker)");
 }
 
 // Everything that is to happen later stands in one line.

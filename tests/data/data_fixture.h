@@ -6,11 +6,11 @@
 
 #include <string>
 
-#include "runtime/core/exception.h"
 #include "runtime/data/dates/date_texts.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/dateutils.h"
 #include "runtime/data/register_data.h"
+#include "tests/support/failures.h"
 #include "tests/support/test_platform.h"
 
 class DataTest : public testing::Test {
@@ -25,14 +25,4 @@ class DataTest : public testing::Test {
   testing_support::TestPlatform platform_;
 };
 
-// The message of the failure that a call ends in; a plain remark when it does not fail.
-template <class Call>
-std::string failureOf(Call call) {
-  try {
-    call();
-  } catch (const kes::KesException& e) {
-    EXPECT_EQ(e.what(), e.reason().str());
-    return e.what();
-  }
-  return "(no failure)";
-}
+using testing_support::thrownBy;

@@ -92,7 +92,7 @@ TEST_F(JsonTest, EachCallReadsTheTextAnew) {
   EXPECT_TRUE(parser.NextObject().as<ArrayStore>());
   parser.Initialize("{}");
   EXPECT_EQ(KesMap(parser.NextObject()).Size(), 0);
-  EXPECT_THAT(failureOf([&] { parser.NextArray(); }), StartsWith("Expected: "));
+  EXPECT_THAT(thrownBy([&] { parser.NextArray(); }), StartsWith("Invalid object type|Expected: "));
 }
 
 TEST_F(JsonTest, RefusesWhatIsNoJson) {
@@ -160,10 +160,10 @@ TEST_F(JsonTest, RefusesWhatIsNoJson) {
       {"[\"è\",x]", "A value is expected (at character 5)"},  // not bytes
   };
   for (const auto& c : cases)
-    EXPECT_EQ(failureOf([&] { parsed(c.text); }), "Error parsing string: " + c.reason) << c.text;
+    EXPECT_EQ(thrownBy([&] { parsed(c.text); }), "Error parsing string: " + c.reason) << c.text;
   // A text may hold half a pair; JSON may not.
   const Text half = Text("[\"") + Text("😀").SubString2(0, 1) + Text("\"]");
-  EXPECT_THAT(failureOf([&] { parsed(half.view()); }),
+  EXPECT_THAT(thrownBy([&] { parsed(half.view()); }),
               StartsWith("Error parsing string: A string is not UTF-8"));
 }
 
@@ -415,7 +415,7 @@ TEST_F(JsonTest, NestingIsLimitedByMemoryOnly) {
     else
       g.Initialize2(KesList::fromBoxed(tree));
     EXPECT_EQ(g.ToString(), json);
-    EXPECT_EQ(failureOf([&] { parsed(std::string_view(json).substr(0, json.size() - 1)); }),
+    EXPECT_EQ(thrownBy([&] { parsed(std::string_view(json).substr(0, json.size() - 1)); }),
               "Error parsing string: The text ends too early (at character " +
                   std::to_string(json.size() - 1) + ")");
   }
@@ -498,14 +498,14 @@ TEST_F(JsonTest, PrettyTextHasOneValueALine) {
 }
 
 TEST_F(JsonTest, RefusesToWriteWhatJsonHasNoFormFor) {
-  EXPECT_EQ(failureOf([] { KesJSONGenerator().ToString(); }), "JSON was not initialized.");
-  EXPECT_EQ(failureOf([] {
+  EXPECT_EQ(thrownBy([] { KesJSONGenerator().ToString(); }), "JSON was not initialized.");
+  EXPECT_EQ(thrownBy([] {
               KesJSONGenerator g;
               g.Initialize2(KesList());
               g.ToPrettyString(4);
             }),
             "JSON was not initialized.");
-  EXPECT_EQ(failureOf([] { generated(KesMap()); }), "Object not initialized (Map)");
+  EXPECT_EQ(thrownBy([] { generated(KesMap()); }), "Object not initialized (Map)");
 
   KesMap self;
   self.Initialize();
@@ -523,7 +523,7 @@ TEST_F(JsonTest, RefusesToWriteWhatJsonHasNoFormFor) {
     KesMap map;
     map.Initialize();
     map.Put("k", KesList::of({v}));
-    EXPECT_THAT(failureOf([&] { generated(map); }), StartsWith("Error writing JSON: "));
+    EXPECT_THAT(thrownBy([&] { generated(map); }), StartsWith("Error writing JSON: "));
   }
   self.Clear();  // so that it can go
   // The same container in two places is no circle.

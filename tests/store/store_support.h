@@ -12,6 +12,7 @@
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
 #include "runtime/core/module.h"
+#include "tests/support/failures.h"
 #include "tests/support/test_platform.h"
 
 namespace store_test {
@@ -24,6 +25,7 @@ using kes::Ref;
 using kes::Text;
 using kes::Value;
 using platform::makeShared;
+using testing_support::thrownBy;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes fromHex(std::string_view hex);  // blanks are for the reader
@@ -32,17 +34,6 @@ inline std::string toHex(const Ref<KesArray>& bytes) { return toHex(bytes->bytes
 Bytes bytesOf(std::string_view text);
 Ref<KesArray> arrayOf(std::string_view text);
 std::string textOf(const Bytes& bytes);
-
-// What a call throws: "name|reason", or "reason" without a name; "" when nothing.
-template <class Call>
-std::string thrownBy(Call call) {
-  try {
-    call();
-  } catch (const KesException& e) {
-    return e.name().empty() ? e.reason().str() : e.name().str() + "|" + e.reason().str();
-  }
-  return "";
-}
 
 // Runs a shell command, expects it to succeed, and gives its output.
 std::string outputOf(const std::string& command);
