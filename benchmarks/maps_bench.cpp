@@ -24,6 +24,7 @@
 #include "platform/ui/controls/web_view.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/views/app/app_delegate.h"
+#include "runtime/views/app/services.h"
 #include "townhost/map/map_documents.h"
 #include "townhost/town_host.h"
 
