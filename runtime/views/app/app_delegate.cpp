@@ -21,8 +21,10 @@ KesAppDelegate::KesAppDelegate() {
 }
 
 KesAppDelegate::~KesAppDelegate() {
+  // Another one may have taken its place already.
+  if (g_current != this) return;
+  g_current = nullptr;
   if (auto* app = ui::Application::current()) app->setDelegate(nullptr);
-  if (g_current == this) g_current = nullptr;
 }
 
 KesAppDelegate* KesAppDelegate::current() { return g_current; }
