@@ -31,7 +31,7 @@ class Push : public TownTest {
   void launchWith(std::shared_ptr<push::PushLine> line) {
     delivery = std::make_unique<PushDelivery>(std::move(line));
     delegate = std::make_unique<KesAppDelegate>();
-      delegate->didFinishLaunching();
+    delegate->didFinishLaunching();
     delivery->deliverTo(*delegate);
     phone.app.activate();
     settle();
