@@ -44,6 +44,11 @@ bool isWeb(const std::string& text) {
   return false;
 }
 
+bool isPath(const std::string& text) {
+  return text.starts_with('/') && !text.starts_with("//") &&
+         text.find_first_of(" \t\r\n\"<>\\") == text.npos;
+}
+
 std::string plain(double n) {
   const auto whole = static_cast<long long>(n);
   return std::to_string(whole);
@@ -76,6 +81,9 @@ Words expectedOf(const Field& field) {
               "a text that begins with the date, as 2026-09-01"};
     case Kind::Web:
       return {"un indirizzo che comincia con https://", "an address that begins with https://"};
+    case Kind::Document:
+      return {"un indirizzo che comincia con https://, o con / se è un documento del paese",
+              "an address that begins with https://, or with / for a document of the town"};
     case Kind::Map:
       return {"un oggetto tra graffe { }", "an object in braces { }"};
     case Kind::List:
@@ -116,6 +124,8 @@ bool sound(const Field& field, const Json& value) {
       return isIsoDate(text());
     case Kind::Web:
       return isWeb(text());
+    case Kind::Document:
+      return isWeb(text()) || isPath(text());
     case Kind::Map:
       return value.IsObject();
     case Kind::List:

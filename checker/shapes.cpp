@@ -22,8 +22,8 @@ Field optionalText(std::string name, Words citizen, const Box* box = nullptr) {
   f.box = box;
   return f;
 }
-Field number(std::string name, double low, double high, Words citizen) {
-  Field f{std::move(name), Kind::Number, true, std::move(citizen)};
+Field number(std::string name, double low, double high, Words citizen, bool required = true) {
+  Field f{std::move(name), Kind::Number, required, std::move(citizen)};
   f.low = low;
   f.high = high;
   return f;
@@ -61,13 +61,11 @@ const Shape& turn() {
       {"il turno", "the turn"},
       "",
       {number("Giorno", 1, 31, lost), number("Mese", 1, 12, lost), number("Anno", 2000, 2999, lost),
-       text("Turno1", lost), [] {
-         Field f{"Turno2",
-                 Kind::Text,
-                 true,
-                 {"il turno diurno non compare", "the turn of the day does not show"}};
-         return f;
-       }()}};
+       text("Turno1", lost),
+       Field{"Turno2",
+             Kind::Text,
+             true,
+             {"il turno diurno non compare", "the turn of the day does not show"}}}};
   return shape;
 }
 
@@ -86,13 +84,10 @@ const Shape& contact() {
       "Title",
       {optionalText("Title", {"la riga non ha titolo", "the row has no title"}, &kRowTitle),
        optionalText("Value", {"il contatto non si legge", "the contact can't be read"}, &kRowValue),
-       optionalText("Note", {"la nota non si legge", "the note can't be read"}, &kRowNote), [] {
-         auto type =
-             number("Type", 0, 1,
-                    {"il tocco non telefona e non scrive", "a tap neither calls nor writes"});
-         type.required = false;  // a name, say
-         return type;
-       }()}};
+       optionalText("Note", {"la nota non si legge", "the note can't be read"},
+                    &kRowNote),  // A name, say, has none.
+       number("Type", 0, 1,
+              {"il tocco non telefona e non scrive", "a tap neither calls nor writes"}, false)}};
   return shape;
 }
 
@@ -176,15 +171,13 @@ const Shape& mapDescription() {
   static const Shape filter{
       {"il filtro", "the filter"},
       "FIELD",
-      {text("FIELD", closed), [] {
-         Field f{"VALUE", Kind::Plain, true, {"la mappa resta vuota", "the map stays empty"}};
-         return f;
-       }()}};
+      {text("FIELD", closed),
+       Field{"VALUE", Kind::Plain, true, {"la mappa resta vuota", "the map stays empty"}}}};
   static const Shape shape{
       {"la mappa", "the map"},
       "Nome",
       {text("Nome", {"la riga resta senza nome", "its row has no name"}, &kTitle),
-       one("URL", Kind::Web, closed), inner("FILTER", Kind::List, filter, closed),
+       one("URL", Kind::Document, closed), inner("FILTER", Kind::List, filter, closed),
        text("LAT", closed), text("LON", closed), text("TITLE", closed),
        optionalText("SNIPPET", {"i dettagli non compaiono", "the details do not show"})}};
   return shape;

@@ -18,10 +18,11 @@ enum class Kind {
   Number,    // a number, between low and high
   Latitude,  // a number, or a text that is one where the field says so
   Longitude,
-  Color,    // "#" and six hexadecimal digits
-  Date,     // two digits, two digits, four digits: day, month, year
-  IsoDate,  // begins with year-month-day
-  Web,      // an address that begins with http:// or https://
+  Color,     // "#" and six hexadecimal digits
+  Date,      // two digits, two digits, four digits: day, month, year
+  IsoDate,   // begins with year-month-day
+  Web,       // an address that begins with http:// or https://
+  Document,  // such an address, or a path on the host of the documents
   Map,
   List,  // of maps
 };

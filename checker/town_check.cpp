@@ -427,14 +427,15 @@ class Town {
 
   void checkMap(const std::string& document, const std::string& record, const Json& map) {
     const auto url = textOf(map, "URL");
-    if (!(url.starts_with("http://") || url.starts_with("https://"))) return;
+    const bool own = url.starts_with('/');
+    if (!own && !url.starts_with("http://") && !url.starts_with("https://")) return;
     if (!mapsRead_.insert(url).second) return;
-    if (isNobodys(url)) {
+    if (!own && isNobodys(url)) {
       ++report_.unasked;
       return;
     }
     const Words empty{"la mappa resta senza segni", "the map stays without pins"};
-    const auto answer = source_.ask(url, true);
+    const auto answer = own ? source_.read(url) : source_.ask(url, true);
     if (!answer.good()) {
       add(document, record, "URL",
           {"non risponde (" + answer.fault + ")", "it does not answer (" + answer.fault + ")"},

@@ -33,6 +33,7 @@ std::string example(const check::Field& field, Fields fields) {
     case Kind::IsoDate:
       return text("2017-11-15");
     case Kind::Web:
+    case Kind::Document:
       return text("http://127.0.0.1/");
     case Kind::Map:
       return example(*field.inner, fields);
