@@ -15,6 +15,7 @@
 #include "platform/ui/application.h"
 #include "platform/ui/controls/table_view.h"
 #include "runtime/data/register_data.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/register_views.h"
 
 namespace {
@@ -43,6 +44,7 @@ struct World {
   World() {
     registerData();
     registerViews();
+    lendServices();
     registerComponents();
     ClassRegistry::instance().add<Owner>();
     window->makeKey();

@@ -7,6 +7,7 @@
 #include "runtime/core/module.h"
 #include "runtime/maps/google_map.h"
 #include "runtime/maps/register_maps.h"
+#include "runtime/views/app/services.h"
 #include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/panel_wrapper.h"
 
@@ -33,6 +34,7 @@ struct RuntimeMaps : testing::Test {
   // Known by name before there is one.
   static MapOwner& registered() {
     registerViews();
+    lendServices();
     registerMaps();
     ClassRegistry::instance().add<MapOwner>();
     return MapOwner::instance();
