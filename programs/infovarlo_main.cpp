@@ -11,6 +11,7 @@
 #include "app/shell/branding.h"
 #include "app/shell/register_app.h"
 #include "platform/base/assets_folder.h"
+#include "platform/base/end_signals.h"
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
 #include "platform/push/push_line.h"
@@ -68,6 +69,13 @@ int run() {
   qt::QtScreen screen(options);
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
+  const auto tidy = [tmp = data / "tmp"] {
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(tmp, ignored))
+      fs::remove_all(entry.path(), ignored);
+  };
+  const platform::EndSignals endSignals(
+      [&] { platform.mainQueue().post([&loop] { loop.quit(); }); }, tidy);
   kes::KesAppDelegate delegate;
   varlo::PushDelivery delivery(pushLine());
   screen.show();

@@ -17,12 +17,13 @@ int play(const sim::Options& options, const sim::Script& script) {
       sim::Player(phone, std::cout).play(script);
     } catch (const sim::ScriptError& e) {
       std::cerr << options.script << ": " << e.what() << "\n";
-      return 1;
+      return phone.endedBy() ? 128 + phone.endedBy() : 1;
     }
     return 0;
   }
   if (!options.tour.empty()) return sim::makeTour(phone, options.tour, std::cout) ? 0 : 1;
-  return phone.side().run();
+  const int status = phone.side().run();
+  return phone.endedBy() ? 128 + phone.endedBy() : status;
 }
 
 }  // namespace

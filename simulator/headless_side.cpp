@@ -14,6 +14,8 @@ class HeadlessSide final : public Side {
         screen_({options.width, options.height}, options.scale),
         app_(screen_, text_),
         pump_(platform, clock, screen_, app_) {
+    screen_.keyboard = options.keyboardHeight();
+
     screen_.position = options.at;
   }
 
@@ -51,6 +53,7 @@ class HeadlessSide final : public Side {
   bool shot(const std::string&) override { return false; }
   // Nobody can see it: there is nothing to wait for.
   int run() override { return 0; }
+  void quit() override {}
 
  private:
   headless::FixedTextEngine text_;

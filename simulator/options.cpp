@@ -91,6 +91,10 @@ Options Options::parse(const std::vector<std::string>& arguments) {
       o.help = true;
       continue;
     }
+    if (name == "--keyboard") {
+      o.keyboard = true;
+      continue;
+    }
     const auto value = [&]() -> const std::string& {
       if (i + 1 >= arguments.size()) throw std::invalid_argument(name + " needs a value");
       return arguments[++i];
@@ -150,6 +154,7 @@ std::string Options::usage() {
   --push URL             use this broker of push messages (mqtts://…, or mqtt://… on this
                          machine) in place of the desk's own line
   --text-size PERCENT    its text size, 80 to 200 (default: the desktop's)
+  --keyboard             a keyboard comes up over the screen while a text is edited
   --data DIR             documents, library and temporary folders (default: a fresh
                          temporary one)
 )";

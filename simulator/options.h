@@ -25,7 +25,10 @@ struct Options {
   double scale = 2;                  // pixels a point
   double textSize = 0;               // percent, 80 to 200; 0: as the desktop has it
   std::optional<ui::GeoPoint> at;    // where the phone says it is
+  bool keyboard = false;             // one comes up over the screen while a text is edited
   bool help = false;
+
+  double keyboardHeight() const { return keyboard ? 216 : 0; }  // points
 
   static Options parse(const std::vector<std::string>& arguments);
   static std::string usage();

@@ -81,6 +81,17 @@ Phone::Phone(const Options& options) : broker_(options.push) {
       *clock_, platform::Folders{platform::assetsFolder(), folder("Documents"), folder("Library"),
                                  (data_->root / "tmp").string()});
   scope_ = std::make_unique<platform::PlatformScope>(*platform_);
+  signals_ = std::make_unique<platform::EndSignals>(
+      [this] {
+        if (ending_) return;
+        platform_->mainQueue().post([this] {
+          if (side_) side_->quit();
+        });
+      },
+      [root = data_->root, temporary = data_->temporary] {
+        std::error_code ignored;
+        if (temporary) fs::remove_all(root, ignored);
+      });
 
   if (options.town.empty()) {
     town::TownHost::Options host;
@@ -103,6 +114,7 @@ Phone::Phone(const Options& options) : broker_(options.push) {
 }
 
 Phone::~Phone() {
+  ending_ = true;
   delivery_.reset();
   delegate_.reset();
   if (platform_) platform_->mainQueue().close();

@@ -7,12 +7,14 @@
 // what is wrong.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "platform/base/end_signals.h"
 #include "simulator/options.h"
 #include "simulator/side.h"
 #include "townhost/town_host.h"
@@ -50,11 +52,17 @@ class Phone {
   // A push message arrives on the desk's own line; says what is wrong, if a broker has it.
   std::string push(const std::string& json);
 
+  // The signal that asked the program to end, or 0.
+  int endedBy() const { return signals_->came(); }
+
   const std::string& townUrl() const { return town_; }
 
  private:
   struct Data;  // the data folder, removed at the end when it was made for this run
 
+  // First of all, and so the last to go: it watches over the tidying up.
+  std::unique_ptr<platform::EndSignals> signals_;
+  std::atomic<bool> ending_{false};
   std::unique_ptr<platform::Clock> clock_;
   std::unique_ptr<Data> data_;
   std::unique_ptr<platform::Platform> platform_;

@@ -52,6 +52,7 @@ void Player::fail(int line, const std::string& what) const { throw ScriptError(l
 
 void Player::play(const Script& script) {
   for (const Command& command : script.commands) {
+    if (phone_.endedBy()) fail(command.line, "ended by a signal");
     try {
       perform(command);
     } catch (const ScriptError&) {
@@ -63,7 +64,11 @@ void Player::play(const Script& script) {
 }
 
 void Player::waitIdle(int line) {
-  if (phone_.side().settle([&] { return phone_.busy(); }, kIdleTimeout)) return;
+  const auto busy = [&] {
+    if (phone_.endedBy()) fail(line, "ended by a signal");
+    return phone_.busy();
+  };
+  if (phone_.side().settle(busy, kIdleTimeout)) return;
   fail(line, "still busy after 30 s: " + phone_.whatIsGoingOn());
 }
 

@@ -18,6 +18,7 @@ qt::QtScreen::Options screenOptions(const Options& options) {
   qt::QtScreen::Options o;
   o.size = {options.width, options.height};
   o.process.scale = options.scale;
+  o.keyboard = options.keyboardHeight();
   o.textScale = options.textSize / 100;
   o.position = options.at;
   // A script or a tour opens nothing on the desktop of whoever plays it.
@@ -47,6 +48,7 @@ class QtSide final : public Side {
   void type(const std::string& text) override { hand_.type(text); }
   bool shot(const std::string& path) override { return loop_.grab(path); }
   int run() override { return loop_.exec(); }
+  void quit() override { loop_.quit(); }
 
  private:
   qt::QtScreen screen_;

@@ -34,6 +34,7 @@ class Side {
   virtual bool shot(const std::string& path) = 0;
   // Runs until the window is closed.
   virtual int run() = 0;
+  virtual void quit() = 0;  // ends run()
 };
 
 std::unique_ptr<Side> makeHeadlessSide(platform::Platform& platform, platform::VirtualClock& clock,

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QSaveFile>
@@ -22,6 +23,7 @@
 static void loadParts() {
   Q_INIT_RESOURCE(platform_qt_parts);
   Q_INIT_RESOURCE(platform_qt_map);
+  Q_INIT_RESOURCE(platform_qt_icons);
 }
 
 namespace qt {
@@ -144,6 +146,17 @@ QtProcess::QtProcess(const Options& options) {
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
   }
+  // The toolkit would make itself a folder, and leave it.
+  if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
+    const QString runtime = QDir(QString::fromStdString(platform::current().folders().temporary))
+                                .filePath(QStringLiteral("runtime"));
+    using Owner = QFileDevice;
+    if (QDir().mkpath(runtime) &&
+        QFile::setPermissions(runtime, Owner::ReadOwner | Owner::WriteOwner | Owner::ExeOwner))
+      qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
+  }
+  // What is in a page, for whoever has it read: the engine asks once, at its start.
+  setDefault("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
   // The browser engine refuses to run as root with its sandbox on.
   if (geteuid() == 0) setDefault("QTWEBENGINE_CHROMIUM_FLAGS", "--no-sandbox");
 
@@ -161,6 +174,9 @@ QtProcess::QtProcess(const Options& options) {
   QGuiApplication::setApplicationDisplayName(QString::fromStdString(ui::words().application));
   QGuiApplication::setDesktopFileName(QString::fromStdString(ui::words().program));
   QGuiApplication::setQuitOnLastWindowClosed(false);
+  for (const char* icons : {"FontAwesome.otf", "MaterialIcons-Regular.ttf"})
+    QFontDatabase::addApplicationFont(QStringLiteral(":/platform_qt/icons/") +
+                                      QLatin1String(icons));
 }
 
 QtProcess::~QtProcess() {

@@ -18,6 +18,7 @@
 #include "platform/qt/focus_ring.h"
 #include "platform/qt/input_router.h"
 #include "platform/qt/items/qml_parts.h"
+#include "platform/qt/keyboard_strip.h"
 #include "platform/qt/mirror.h"
 #include "platform/qt/notifier.h"
 #include "platform/qt/phone_window.h"
@@ -53,6 +54,7 @@ struct QtScreen::Parts : QObject {
         mirror(stage, root),
         ring(&root),
         veil(&root),
+        strip(qml, &root),
         accessible(stage, window, mirror),
         router(stage, mirror) {}
 
@@ -79,6 +81,7 @@ struct QtScreen::Parts : QObject {
   Mirror mirror;
   FocusRing ring;
   PressVeil veil;
+  KeyboardStrip strip;
   AccessibleTree accessible;
   InputRouter router;
   Notifier notifier;
@@ -172,6 +175,7 @@ void QtScreen::Parts::makeFrame() {
   refocus();
   ring.follow(mirror, app->focus().byKeyboard() ? app->focus().view() : nullptr);
   veil.follow(mirror, app->input().pressed());
+  strip.show(options.keyboard > 0 ? app->focus().keyboardHeight() : 0);
   accessible.changed();
   making = false;
   if (again && !window.isExposed()) {
@@ -245,7 +249,7 @@ bool QtScreen::Parts::watch(QEvent& event) {
       }
       return router.handle(event);
     default:
-      return router.handle(event);
+      return !strip.takes(event) && router.handle(event);
   }
 }
 
@@ -278,6 +282,7 @@ ui::Rect QtScreen::bounds() const {
 }
 
 double QtScreen::scale() const { return parts_->window.effectiveDevicePixelRatio(); }
+double QtScreen::keyboardHeight() const { return parts_->options.keyboard; }
 double QtScreen::statusBarHeight() const { return parts_->options.statusBar; }
 void QtScreen::treeChanged() { parts_->changed(); }
 void QtScreen::nextFrame() { parts_->changed(); }

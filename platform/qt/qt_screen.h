@@ -29,6 +29,7 @@ class QtScreen final : public ui::Screen {
     double statusBar = ui::style::kStatusBarHeight;
     double textScale = 0;  // the reader's text size; 0: as the desktop says
     bool resizable = true;
+    double keyboard = 0;  // height of a simulated on-screen keyboard; 0: there is none
     // Opens an address instead of the desktop; answers whether it could.
     std::function<bool(const std::string& url)> opener;
     // Where the phone is, once and for all; or else whether the desktop is asked for it.
@@ -68,6 +69,7 @@ class QtScreen final : public ui::Screen {
   void notify(const ui::Notification& notification) override;
   void focusChanged(ui::View* view, bool byKeyboard) override;
   void announce(const std::string& text) override;
+  double keyboardHeight() const override;
   bool scrollsNatively() const override { return true; }
 
  private:

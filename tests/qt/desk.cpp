@@ -41,8 +41,9 @@ class QtOnce final : public testing::Environment {
 
 [[maybe_unused]] auto* const kQt = testing::AddGlobalTestEnvironment(new QtOnce);
 
-qt::QtScreen::Options optionsFor(ui::Size size, std::vector<std::string>& opened) {
+qt::QtScreen::Options optionsFor(ui::Size size, double keyboard, std::vector<std::string>& opened) {
   qt::QtScreen::Options o;
+  o.keyboard = keyboard;
   o.size = size;
   o.opener = [&opened](const std::string& url) {
     opened.push_back(url);
@@ -53,11 +54,11 @@ qt::QtScreen::Options optionsFor(ui::Size size, std::vector<std::string>& opened
 
 }  // namespace
 
-Desk::Desk()
+Desk::Desk(double keyboard)
     : folder(freshFolder()),
       platform(clock, foldersUnder(folder)),
       scope(platform),
-      screen(optionsFor({kWidth, kHeight}, opened)),
+      screen(optionsFor({kWidth, kHeight}, keyboard, opened)),
       app(screen, screen.textEngine()),
       loop(platform, screen),
       hand(screen, loop),

@@ -26,7 +26,7 @@ class Desk : public testing::Test {
  protected:
   static constexpr double kWidth = 375, kHeight = 667, kScale = 2;
 
-  Desk();
+  explicit Desk(double keyboard = 0);
   ~Desk() override;
 
   // The page's view, which fills the window.

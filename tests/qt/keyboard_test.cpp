@@ -97,6 +97,32 @@ TEST_F(Keys, AFieldTakesWhatIsTyped) {
   EXPECT_EQ(field->text(), "Peroò");
 }
 
+TEST_F(Keys, AFieldAtRestShowsHowItBeginsAndADisabledOneLooksSo) {
+  auto field = add<ui::TextField>({20, 20, 120, 40});
+  field->setBorderStyle(3);
+  field->setText("IIIIIIIIIIIIII molto lungo");
+  auto same = add<ui::TextField>({20, 80, 120, 40});
+  same->setBorderStyle(3);
+  same->setText("IIIIIIIIIIIIII molto lungo ma diverso alla fine");
+  ASSERT_TRUE(settle());
+  const auto part = [&](double y) {
+    return picture().copy(QRectF(20 * kScale, y * kScale, 120 * kScale, 40 * kScale).toRect());
+  };
+  EXPECT_EQ(part(20), part(80)) << "both begin alike";
+  same->requestFocus();
+  ASSERT_TRUE(settle());
+  hand.press(ui::Key::End);
+  EXPECT_NE(part(20), part(80)) << "while it is edited it shows where the cursor is";
+  same->resignFocus();
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(part(20), part(80)) << "after the editing too";
+  const QImage enabled = part(20);
+  field->setEnabled(false);
+  ASSERT_TRUE(settle());
+  EXPECT_NE(part(20), enabled);
+  EXPECT_NE(at(picture(), 130, 25), QColor(Qt::white));
+}
+
 TEST_F(Keys, FieldAndProgramAgreeOnTheText) {
   auto field = add<ui::TextField>({20, 20, 300, 40});
   field->onTextChanged = [&](const std::string&, const std::string& is) {

@@ -14,7 +14,7 @@ from x_client import Client, Server
 
 TOWN, WHITE = "#1F5F7A", "#FFFFFF"
 WIDTH, HEIGHT = 320, 568
-ESCAPE = 0xFF1B
+ESCAPE, F10, CONTROL, Q = 0xFF1B, 0xFFC7, 0xFFE3, 0x71
 
 
 def until(what, condition, seconds=60):
@@ -52,7 +52,7 @@ class Desk:
         return seen[-1]
 
 
-def play(desk, keep):
+def play(desk, keep, leave):
     client, window = desk.client, desk.window
     assert client.geometry(window)[2:] == (WIDTH, HEIGHT), client.geometry(window)
     until("the bar in the town's colour", lambda: desk.look().at(160, 10) == TOWN)
@@ -86,7 +86,15 @@ def play(desk, keep):
     client.key(window, ESCAPE)
     until("the closed drawer", lambda: desk.look().at(310, 10) == TOWN)
 
-    client.close(window)
+    # F10 opens the menu from the keyboard; Ctrl+Q leaves.
+    client.key(window, F10)
+    until("the menu opened by F10", lambda: desk.look().at(310, 10) != TOWN)
+    client.key(window, ESCAPE)
+    until("the menu closed again", lambda: desk.look().at(310, 10) == TOWN)
+    if leave == "keys":
+        client.key(window, Q, CONTROL)
+    else:
+        client.close(window)
     assert desk.program.wait(30) == 0, f"exit status {desk.program.returncode}"
 
 
@@ -112,10 +120,11 @@ def main():
         environment = dict(os.environ, DISPLAY=":" + server.display, QT_QPA_PLATFORM="xcb",
                            QT_QUICK_BACKEND="software")
         environment.pop("WAYLAND_DISPLAY", None)
-        program = subprocess.Popen(
-            [sys.argv[1], "--size", f"{WIDTH}x{HEIGHT}", "--scale", "1", "--now",
-             "2026-11-21T10:00"], env=environment)
-        play(Desk(Client(server.display), program), keep)
+        for leave in ("button", "keys"):
+            program = subprocess.Popen(
+                [sys.argv[1], "--size", f"{WIDTH}x{HEIGHT}", "--scale", "1", "--now",
+                 "2026-11-21T10:00"], env=environment)
+            play(Desk(Client(server.display), program), keep, leave)
     finally:
         if program and program.poll() is None:
             program.kill()

@@ -106,15 +106,18 @@ class Client:
         self.press(button)
         self.release(button)
 
-    def key(self, window, keysym):
-        """Without a window manager, the window is given the keyboard first."""
+    def key(self, window, keysym, *held):
+        """Without a window manager, the window is given the keyboard first. Held: keysyms of
+        keys that are down meanwhile."""
         self._send(42, 2, struct.pack("<II", window, 0))
         reply = self._ask(101, 0, struct.pack("<BBxx", self.first_key, 256 - self.first_key))
         per = reply[1]
         symbols = struct.unpack_from(f"<{(256 - self.first_key) * per}I", reply, 32)
-        code = self.first_key + symbols.index(keysym) // per
-        self._fake(2, code)
-        self._fake(3, code)
+        codes = [self.first_key + symbols.index(symbol) // per for symbol in (*held, keysym)]
+        for code in codes:
+            self._fake(2, code)
+        for code in reversed(codes):
+            self._fake(3, code)
 
     def close(self, window):
         """What a window manager sends when its close button is pressed."""

@@ -112,13 +112,16 @@ void AccessibleTree::rebuild() {
         nodes.push_back({ui::WeakRef<ui::View>(e.view), e.role, QString::fromStdString(e.name)});
         views.push_back(e.view);
       }
-  // What is gone, or another view at the same address.
+  // What is gone, or another view at the same address. Whoever reads is told of each, or,
+  // where a whole page goes, looks at the window again.
+  std::size_t told = 0;
   for (auto it = made_.begin(); it != made_.end();) {
     ElementAccessible* accessible = it->second;
     const auto view = accessible->view();
     if (view && at.count(view.get())) {
       ++it;
     } else {
+      if (told++ < kMostEvents) tell(QAccessible::ObjectDestroyed, accessible);
       accessible->index = -1;
       it = made_.erase(it);
       QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));

@@ -24,6 +24,8 @@ Item {
     function show(text) {
         if (line.text !== text)
             line.text = text;
+        if (!line.activeFocus)
+            line.cursorPosition = 0;
     }
 
     TextInput {
@@ -45,6 +47,8 @@ Item {
         inputMethodHints: root.hints
         onTextEdited: root.edited(text)
         onAccepted: root.accepted()
+        // One that nobody edits shows how it begins.
+        onActiveFocusChanged: if (!activeFocus) cursorPosition = 0
 
         Text {
             anchors.fill: parent

@@ -87,7 +87,7 @@ BoxLook EditorItem::lookOf(const ui::View& view, ui::Color background) const {
   BoxLook look = ViewItem::lookOf(view, background);
   const auto* field = dynamic_cast<const ui::TextField*>(&view);
   if (!field || field->borderStyle() == 0) return look;
-  if (look.fill.transparent()) look.fill = ui::kWhite;
+  if (look.fill.transparent()) look.fill = view.enabled() ? ui::kWhite : ui::style::kToolbar;
   if (look.border.width <= 0) {
     const bool active = view.isFocused();
     look.border = {active ? 2.0 : 1.0, active ? view.tint() : ui::style::kFieldBorder,
@@ -101,7 +101,10 @@ void EditorItem::sync(ui::View& view, ui::Change) {
   auto& input = static_cast<ui::TextInput&>(view);
   editor_->setSize(size());
   editor_->setProperty("textFont", toQFont(input.font()));
-  editor_->setProperty("textColor", toQColor(input.textColor()));
+  // What takes no text looks so.
+  const ui::Color color = input.textColor();
+  editor_->setProperty("textColor",
+                       toQColor(view.enabled() ? color : color.withAlpha(color.alpha() / 2)));
   editor_->setProperty("accent", toQColor(input.tint()));
   editor_->setProperty("hintColor", toQColor(ui::style::kHint));
   editor_->setProperty("alignment", alignmentOf(input));
