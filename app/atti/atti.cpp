@@ -7,6 +7,7 @@
 #include "app/shell/main.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/richtext/cs_builder.h"
+#include "runtime/views/wrappers/scroll_view_wrapper.h"
 
 namespace varlo {
 
@@ -18,7 +19,8 @@ constexpr const char* kAttachmentsTag = "LINK";
 
 constexpr float kSmall = 10, kSubject = 14, kKind = 16, kHeading = 12;
 constexpr double kMargin = 10, kListGap = 5;
-constexpr double kDialogInset = 50, kDialogHeight = 100;
+constexpr double kTextShare = 0.55;  // of the page, at most
+constexpr double kDialogInset = 50, kDialogWidth = 360, kDialogHeight = 100;
 
 // In the list and on the page of an act.
 KesCSBuilder actText(kes_main& app, const KesMap& act) {
@@ -78,7 +80,8 @@ Resumable<> kes_main::_storicoatti_cerca() {
   try {
     KesPanelWrapper panel;
     panel.Initialize(bi(), "");
-    panel.setWidth(_home.RootPanel().Width() - c().DipToCurrent(kDialogInset));
+    panel.setWidth(c().Min(_home.RootPanel().Width() - c().DipToCurrent(kDialogInset),
+                           c().DipToCurrent(kDialogWidth)));
     panel.setHeight(textHeight(kDialogHeight));
     panel.LoadLayout("layatti", bi());
     panel.setColor(KesColors::White);
@@ -136,8 +139,17 @@ Resumable<> kes_main::_storicoatti_atto(KesMap act) {
   root.AddView(label, margin, margin, width, 0);
   label.SizeToFit();
   label.setWidth(width);
+  // On a low screen, or in large letters, the text scrolls: its documents stay in reach.
+  const double shown = c().Min(label.Height(), root.Height() * kTextShare);
+  if (shown < label.Height()) {
+    KesScrollView window;
+    window.Initialize(bi(), "", width, label.Height());
+    label.RemoveViewFromParent();
+    root.AddView(window, margin, margin, width, shown);
+    window.Panel().AddView(label, 0, 0, width, label.Height());
+  }
 
-  const double top = label.Height() + 2 * margin;
+  const double top = shown + 2 * margin;
   KesPanelWrapper below;
   below.Initialize(bi(), "");
   root.AddView(below, margin, top, width, root.Height() - top - c().DipToCurrent(kListGap));
