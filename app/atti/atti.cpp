@@ -1,5 +1,6 @@
 // The archive of the town's official acts: the list and its search by subject, the data of
 // one act and its attached documents.
+#include "app/kit/contrast.h"
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
@@ -88,6 +89,7 @@ Resumable<> kes_main::_storicoatti_cerca() {
     _atti_oggetto.setText("");
     _detailsdialog.Initialize(panel);
     _detailsdialog.Style = iCustomDialog::STYLE_CUSTOM;
+    _detailsdialog.CustomColor = townColor();
     const auto result = co_await waitFor<std::int32_t>(
         "dialog_result:",
         _detailsdialog.ShowAsync(bi(), "Ricerca per oggetto", "Cerca", "Annulla", "", false));

@@ -1,5 +1,6 @@
 #include "app/mappe/modmaps.h"
 
+#include "app/kit/contrast.h"
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
@@ -162,6 +163,7 @@ Resumable<> kes_modmaps::_gmap_infowindowclick(KesMarker marker) {
   const Value details = marker.Tag();
   _msglbl.setText(details.isNilOrNull() ? Text() : Kes::ObjectToString(details));
   _detailsdialog.Initialize(panel);
+  _detailsdialog.CustomColor = townColor();
   const auto result = co_await waitFor<std::int32_t>(
       "dialog_result:",
       _detailsdialog.ShowAsync(bi(), marker.Title(), "Naviga Verso", "Chiudi", "", false));
