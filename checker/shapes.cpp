@@ -310,6 +310,27 @@ const Shape& act() {
   return shape;
 }
 
+const Shape& event() {
+  static const Words lost{"l'evento non compare", "the event does not show"};
+  static const Shape cover{
+      {"la copertina", "the cover"},
+      "",
+      {one("source", Kind::Web, {"la copertina non compare", "the cover does not show"})}};
+  static const Shape place{
+      {"il luogo", "the place"},
+      "",
+      {optionalText("name", {"il luogo non si legge", "the place can't be read"})}};
+  static const Shape shape{
+      {"l'evento", "the event"},
+      "name",
+      {text("id", {"il tocco non apre l'evento", "a tap does not open the event"}),
+       text("name", lost), one("start_time", Kind::IsoDate, lost),
+       optionalText("end_time", {"la fine non si legge", "its end can't be read"}),
+       inner("cover", Kind::Map, cover, {"la copertina non compare", "the cover does not show"}),
+       inner("place", Kind::Map, place, {"il luogo non compare", "the place does not show"})}};
+  return shape;
+}
+
 const std::vector<DocumentShape>& documents() {
   const Words empty{"la pagina resta vuota", "the page stays empty"};
   static const std::vector<DocumentShape> all{

@@ -69,6 +69,7 @@ const Shape& schoolMenu();
 const Shape& newsItem();
 const Shape& newsletterIssue();
 const Shape& act();
+const Shape& event();
 
 inline constexpr const char* kPharmacies = "/InfoVarlo/farmacie/master/farmacie.json";
 inline constexpr const char* kTurns = "/InfoVarlo/farmacie/master/turni.json";

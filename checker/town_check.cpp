@@ -496,13 +496,33 @@ class Town {
     const Words noActs{"gli atti restano vuoti", "the acts stay empty"};
     if (const auto document = service(acts, noActs))
       checkShape(acts, **document, true, act(), findings());
+    for (const char* page : {"Comune.di.Varlo", "live.in.varlo"}) checkEvents(page);
+    eachOf("/InfoVarlo/config/master/sport.json",
+           [&](const Json& club, int) { checkEvents(textOf(club, "URL")); });
+  }
+
+  // Without the token, which only the app has: a host that wants it serves nothing here.
+  void checkEvents(const std::string& page) {
+    if (page.empty() || page.find_first_of("/?#%\\ ") != page.npos) return;
+    const std::string path = "/v2.9/" + page + "/events";
+    const Words none{"gli eventi di «" + page + "» non compaiono",
+                     "the events of \"" + page + "\" do not show"};
+    const auto document = service(path, none);
+    if (!document) return;
+    const Json* data = member(**document, "data");
+    if (data && data->IsArray())
+      checkShape(path, *data, true, event(), findings());
+    else
+      add(path, "", "data", describe(data), {"un elenco tra quadre [ ]", "a list in brackets [ ]"},
+          none);
   }
 
   // Nothing, and no finding, where this address does not serve it.
   Document service(const std::string& path, const Words& without) {
     const auto answer = source_.read(path);
-    constexpr int kNotFound = 404;
-    if (answer.status == kNotFound || answer.notHere) return std::nullopt;
+    const bool elsewhere = answer.status == 400 || answer.status == 401 || answer.status == 403 ||
+                           answer.status == 404 || answer.notHere;
+    if (elsewhere) return std::nullopt;
     if (!answer.good()) {
       add(path, "", "",
           {"non risponde (" + answer.fault + ")", "it does not answer (" + answer.fault + ")"},
