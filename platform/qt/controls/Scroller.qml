@@ -15,6 +15,7 @@ Flickable {
     readonly property bool tall: contentHeight > height + 1
     readonly property bool wide: contentWidth > width + 1
     property bool flashing: false
+    readonly property bool turning: page.running  // to the place where a page rests
 
     boundsBehavior: bounces ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
     flickableDirection: !wide ? Flickable.VerticalFlick

@@ -30,6 +30,8 @@ QQuickItem* ScrollItem::inside() { return content_ ? content_ : this; }
 
 bool ScrollItem::moving() const { return scroller_ && scroller_->property("moving").toBool(); }
 
+bool ScrollItem::turning() const { return scroller_ && scroller_->property("turning").toBool(); }
+
 void ScrollItem::stop() {
   if (scroller_) QMetaObject::invokeMethod(scroller_.get(), "cancelFlick");
 }

@@ -17,9 +17,11 @@ class ScrollItem final : public ViewItem {
   QQuickItem* inside() override;
   ui::Point insideOffset() const override { return ui::Point{} - reported_; }
   bool takesTouches() const override { return true; }
-  bool busy() const override { return moving(); }
+  bool busy() const override { return moving() || turning(); }
   // Under a finger, flicked or on its way back from a bounce.
   bool moving() const;
+  // On its way to the place where a page rests.
+  bool turning() const;
   void stop();
 
  protected:
