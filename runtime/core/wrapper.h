@@ -100,7 +100,7 @@ class TypedWrapper : public Base {
   bool accepts(const Value& v) const override { return v.as<P>() != nullptr; }
   // The platform object; throws like object().
   Ref<P> native() const {
-    return Ref<P>(static_cast<P*>(dynamic_cast<P*>(this->object().object())));
+    return Ref<P>(dynamic_cast<P*>(this->object().object()));
   }
   Ref<P> nativeOrNull() const { return this->objectOrNull().template as<P>(); }
 

@@ -13,7 +13,8 @@ town::TownHost::Options onTheClockOf(testing_support::HeadlessPhone& phone) {
 
 }  // namespace
 
-TownTest::TownTest(platform::Ticks startAt) : phone(startAt), host(onTheClockOf(phone)) {
+TownTest::TownTest(platform::Ticks startAt)
+    : phone({.startAt = startAt}), host(onTheClockOf(phone)) {
   setBranding();
   registerApp();
   lendServices();

@@ -1,5 +1,6 @@
 // HeadlessPhone: a phone without pixels for one test, on a platform of its own: virtual
-// clock, fixed text metrics, one window of 320 x 568 points that is shown.
+// clock, fixed text metrics, a screen of 320 x 568 points with a status bar of 20.
+// WindowPhone: the same with a window of the test's, made key and shown.
 //
 // The test's target links platform_headless itself. Main thread.
 #pragma once
@@ -11,7 +12,14 @@
 namespace testing_support {
 
 struct HeadlessPhone {
-  explicit HeadlessPhone(platform::Ticks startAt = TestPlatform::kStart) : test(startAt) {}
+  struct Options {
+    platform::Ticks startAt = TestPlatform::kStart;
+    ui::Size size{320, 568};
+    double textScale = 1;
+  };
+  HeadlessPhone() : HeadlessPhone(Options()) {}
+  explicit HeadlessPhone(const Options& options)
+      : test(options.startAt), screen(options.size), text(options.textScale) {}
 
   void tap(const ui::View& view) { tap(view.frameInWindow().center()); }
   // With all that it sets off; the clock stands still.
@@ -20,12 +28,37 @@ struct HeadlessPhone {
     app.pointer(ui::PointerPhase::Ended, 1, p.x, p.y);
     pump.drain();
   }
+  // A finger that moves in ten steps of 16 ms.
+  void swipe(ui::Point from, ui::Point to) {
+    app.pointer(ui::PointerPhase::Began, 1, from.x, from.y);
+    for (int i = 1; i <= 10; ++i) {
+      pump.advance(16);
+      app.pointer(ui::PointerPhase::Moved, 1, from.x + (to.x - from.x) * i / 10,
+                  from.y + (to.y - from.y) * i / 10);
+    }
+    app.pointer(ui::PointerPhase::Ended, 1, to.x, to.y);
+  }
+  void turn(ui::Size size) {
+    screen.setSize(size);
+    app.screenChanged();
+    pump.drain();
+  }
 
   TestPlatform test;
   headless::HeadlessScreen screen;
   headless::FixedTextEngine text;
   ui::Application app{screen, text};
   headless::HeadlessPump pump{test.platform(), test.clock(), screen, app};
+};
+
+struct WindowPhone : HeadlessPhone {
+  WindowPhone() : WindowPhone(Options()) {}
+  explicit WindowPhone(const Options& options) : HeadlessPhone(options) {
+    window->makeKey();
+    window->show();
+  }
+
+  ui::Ref<ui::Window> window = ui::makeShared<ui::Window>(app.screenBounds());
 };
 
 }  // namespace testing_support

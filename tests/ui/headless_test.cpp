@@ -54,11 +54,12 @@ TEST(FixedText, ALabelSizedToFitTakesNoMoreLinesThanItHas) {
 TEST(Pump, MovesTheClockOnlyToWhatIsDue) {
   Phone phone;
   phone.pump.settle();
-  const auto start = phone.clock.monotonic();
+  const auto start = phone.test.clock().monotonic();
   std::vector<std::string> log;
-  auto& queue = phone.platform.mainQueue();
+  auto& queue = phone.test.platform().mainQueue();
   const auto at = [&](const char* what) {
-    return [&, what] { log.push_back(what + std::to_string(phone.clock.monotonic() - start)); };
+    return
+        [&, what] { log.push_back(what + std::to_string(phone.test.clock().monotonic() - start)); };
   };
   queue.postAfter(200, at("b"));
   queue.post([&] { queue.postAfter(50, at("a")); });
@@ -80,7 +81,7 @@ TEST(Pump, WaitsReallyForWorkElsewhere) {
   std::atomic<bool> busy{true};
   bool arrived = false;
   std::thread worker([&] {
-    phone.platform.mainQueue().postAndWait([&] { arrived = true; });
+    phone.test.platform().mainQueue().postAndWait([&] { arrived = true; });
     busy = false;
   });
   EXPECT_TRUE(phone.pump.settle([&] { return busy.load(); }));

@@ -1,23 +1,17 @@
-// A headless phone for one test: virtual clock, fixed text, a window of 320 x 568 with
-// a 20-point status bar.
+// What the tests of the view tree share: a phone with one window, and views placed in it.
 #pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/base/platform.h"
-#include "platform/headless/fixed_text_engine.h"
-#include "platform/headless/headless_pump.h"
-#include "platform/ui/application.h"
 #include "platform/ui/controls/label.h"
+#include "tests/support/headless_phone.h"
 
 namespace ui {
 
-struct Phone {
-  explicit Phone(double textScale = 1) : text(textScale) {
-    window->makeKey();
-    window->show();
-  }
+struct Phone : testing_support::WindowPhone {
+  Phone() = default;
+  explicit Phone(double textScale) : WindowPhone({.textScale = textScale}) {}
 
   // A page whose view fills the window, with no bars.
   Ref<ViewController> plainPage() {
@@ -26,29 +20,11 @@ struct Phone {
     pump.drain();
     return page;
   }
+  // What it sets off in later turns is not run.
   void tapAt(Point p) {
     app.pointer(PointerPhase::Began, 1, p.x, p.y);
     app.pointer(PointerPhase::Ended, 1, p.x, p.y);
   }
-  // A finger that moves in ten steps of 16 ms.
-  void swipe(Point from, Point to) {
-    app.pointer(PointerPhase::Began, 1, from.x, from.y);
-    for (int i = 1; i <= 10; ++i) {
-      pump.advance(16);
-      app.pointer(PointerPhase::Moved, 1, from.x + (to.x - from.x) * i / 10,
-                  from.y + (to.y - from.y) * i / 10);
-    }
-    app.pointer(PointerPhase::Ended, 1, to.x, to.y);
-  }
-
-  platform::VirtualClock clock;
-  platform::Platform platform{clock, {}};
-  platform::PlatformScope scope{platform};
-  headless::HeadlessScreen screen;
-  headless::FixedTextEngine text;
-  Application app{screen, text};
-  headless::HeadlessPump pump{platform, clock, screen, app};
-  Ref<Window> window = makeShared<Window>(app.screenBounds());
 };
 
 template <class T = View>

@@ -129,13 +129,13 @@ TEST_F(DialogsTest, ACustomDialogAnswersWithItsResult) {
       {false, [](auto& t) { t.press(1); }, {"result -3"}, iCustomDialog::RESULT_CANCEL},
       {true,
        [](auto& t) {
-         t.phone.tapAt({5, 5});
+         t.phone.tap({5, 5});
        },
        {"result -3"},
        iCustomDialog::RESULT_CANCEL},
       {false,
        [](auto& t) {
-         t.phone.tapAt({5, 5});
+         t.phone.tap({5, 5});
        },
        {},
        iCustomDialog::RESULT_CANCEL},
@@ -212,7 +212,7 @@ TEST_F(DialogsTest, MessageBoxesAnswerFromTheQueueWithTheButtonsText) {
 
   Msgbox2(owner->bi(), "Msg", "Senza bottoni", "", KesList::of({}));
   phone.pump.settle();
-  phone.tapAt({5, 5});
+  phone.tap({5, 5});
   EXPECT_TRUE(phone.app.dialogs().empty()) << "there is a way out";
 }
 

@@ -4,8 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/headless/fixed_text_engine.h"
-#include "platform/headless/headless_pump.h"
 #include "runtime/core/module.h"
 #include "runtime/data/register_data.h"
 #include "runtime/views/app/app_delegate.h"
@@ -13,7 +11,7 @@
 #include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/label_wrapper.h"
-#include "tests/support/test_platform.h"
+#include "tests/support/headless_phone.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 
@@ -43,37 +41,14 @@ inline void writeLayout(const std::string& name, std::string_view source) {
       layouts::toBytes(layouts::compile(source, name)));
 }
 
-struct Phone {
-  explicit Phone(ui::Size size = {320, 568}, double textScale = 1) : screen(size), text(textScale) {
+struct Phone : testing_support::WindowPhone {
+  explicit Phone(ui::Size size = {320, 568}, double textScale = 1)
+      : WindowPhone({.size = size, .textScale = textScale}) {
     registerData();
     registerViews();
     lendServices();
     KesLayoutBuilder::state() = {};
-    window->makeKey();
-    window->show();
   }
-
-  void turn(ui::Size size) {
-    screen.setSize(size);
-    app.screenChanged();
-    pump.drain();
-  }
-  void tap(const ui::View& view) {
-    const ui::Rect f = view.frameInWindow();
-    tapAt(f.center());
-  }
-  void tapAt(ui::Point p) {
-    app.pointer(ui::PointerPhase::Began, 1, p.x, p.y);
-    app.pointer(ui::PointerPhase::Ended, 1, p.x, p.y);
-    pump.drain();
-  }
-
-  testing_support::TestPlatform test;
-  headless::HeadlessScreen screen;
-  headless::FixedTextEngine text;
-  ui::Application app{screen, text};
-  headless::HeadlessPump pump{test.platform(), test.clock(), screen, app};
-  ui::Ref<ui::Window> window = ui::makeShared<ui::Window>(app.screenBounds());
 };
 
 class ViewsTest : public testing::Test {
