@@ -43,7 +43,9 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   if (!shrinks) return layout;
   // Lines: smaller by a step until the words are whole and all of them have room.
   const double full = std::max(1.0, label.font().size() * textScale());
-  const auto fits = [&] { return layout->size().height <= size.height && !layout->breaksWords(); };
+  const auto fits = [&] {
+    return layout->size().height <= size.height && !layout->breaksWords() && !layout->leavesOut();
+  };
   for (double px = full - 1; px >= full * smallest && !fits(); --px) {
     style.zoom = px / full;
     layout = laidOut(label, style);

@@ -221,6 +221,7 @@ bool TextLayout::cut() {
   std::erase_if(paragraphs_, [&](const auto& p) { return p.start > keep; });
   if (!paragraphs_.empty()) paragraphs_.back().end = keep + 1;
   style_.elide = false;
+  leavesOut_ = true;
   layOut();
   return true;
 }

@@ -38,6 +38,8 @@ class TextLayout {
   // The rounded-up size of the lines. Its width is that of the longest.
   ui::Size size() const;
   double naturalWidth() const { return width_; }
+  // Words were left out, and an ellipsis stands for them.
+  bool leavesOut() const { return leavesOut_; }
   // A word was too long for a line and goes on in the next.
   bool breaksWords() const { return breaksWords_; }
   // With the first line's top left at a place; lines are aligned within style.width.
@@ -69,7 +71,7 @@ class TextLayout {
   std::vector<Paragraph> paragraphs_;
   std::unique_ptr<QTextLayout> layout_;
   double width_ = 0, height_ = 0;
-  bool overfull_ = false, breaksWords_ = false;
+  bool overfull_ = false, breaksWords_ = false, leavesOut_ = false;
 };
 
 // What a text of one line has to be zoomed by to fit the style's width, not below `smallest`.

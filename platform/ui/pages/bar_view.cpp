@@ -198,7 +198,6 @@ void BarView::layoutSubviews() {
   // One that is too long for a line takes two smaller ones.
   title_->setFont(wanted <= room.width ? font : Font::bold(style::kBarLongTitleSize));
   title_->setMaxLines(wanted <= room.width ? 1 : 2);
-  title_->setShrinksToFit(true);
   title_->setFrame(room);
   if (titleView_) {
     const Size s = titleView_->bounds().size();
