@@ -99,9 +99,7 @@ class TypedWrapper : public Base {
   std::string_view getClass() const override { return W::kPlatformClass; }
   bool accepts(const Value& v) const override { return v.as<P>() != nullptr; }
   // The platform object; throws like object().
-  Ref<P> native() const {
-    return Ref<P>(dynamic_cast<P*>(this->object().object()));
-  }
+  Ref<P> native() const { return Ref<P>(dynamic_cast<P*>(this->object().object())); }
   Ref<P> nativeOrNull() const { return this->objectOrNull().template as<P>(); }
 
   static W fromBoxed(const Value& v) {
