@@ -201,7 +201,7 @@ TEST_F(Pages, AnAddressThatDoesNotAnswerFails) {
   }
 }
 
-TEST_F(Pages, APageThatIsNotThereFailsOnceAndShowsWhatTheHostSays) {
+TEST_F(Pages, APageThatIsNotThereFailsOnce) {
   testing_support::RawServer host([](auto& peer) {
     const bool page = peer.readRequest().find("/niente") != std::string::npos;
     const std::string body = "<p>Pagina non trovata</p>";
