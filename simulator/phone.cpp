@@ -15,10 +15,10 @@
 #include "platform/push/local_line.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/views/app/app_delegate.h"
+#include "runtime/views/app/services.h"
 #include "townhost/fault_script.h"
 
 #ifdef HOUSE_QT
-#include "runtime/views/app/services.h"
 #include "simulator/qt_side.h"
 #endif
 
