@@ -4,17 +4,25 @@
 #include <QQuickWindow>
 
 #include "desk.h"
+#include "platform/qt/access/accessible_tree.h"
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/controls.h"
 #include "platform/ui/controls/map_view.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/text_input.h"
+#include "platform/ui/controls/web_view.h"
 #include "platform/ui/pages/drawer_controller.h"
 #include "platform/ui/pages/navigation_controller.h"
 
 class Reader : public Desk {
  protected:
   QAccessibleInterface* root() { return QAccessible::queryAccessibleInterface(&screen.window()); }
+
+  // A rectangle of the window, in points, where a reader is told that it is.
+  QRect pixels(double x, double y, double width, double height) {
+    const QRectF points(screen.window().mapToGlobal(QPointF(x, y)), QSizeF(width, height));
+    return QRectF(points.topLeft() * kScale, points.size() * kScale).toRect();
+  }
 
   // "role name", depth first, indented; what has no name is left out.
   static void read(QAccessibleInterface* element, int depth, std::vector<std::string>& out) {
@@ -67,6 +75,10 @@ class Reader : public Desk {
         return "alert ";
       case QAccessible::Grouping:
         return "map ";
+      case QAccessible::Link:
+        return "link ";
+      case QAccessible::WebDocument:
+        return "page ";
       default:
         return "? ";
     }
@@ -96,8 +108,9 @@ TEST_F(Reader, FindsEveryElementByItsPlainName) {
             (std::vector<std::string>{"button Menu", "heading InfoVarlo", "text Farmacie",
                                       "row Farmacia di turno", "field Cerca", "switch Avvisi"}));
   const auto* element = find("Farmacia di turno");
-  const QPoint corner = screen.window().mapToGlobal(QPoint(0, 64 + 50));
-  EXPECT_EQ(element->rect(), QRect(corner, QSize(375, 50)));
+  EXPECT_EQ(element->rect(), pixels(0, 64 + 50, 375, 50));
+  EXPECT_EQ(root()->rect(), pixels(0, 0, kWidth, kHeight));
+  const QPoint corner = element->rect().topLeft();
   EXPECT_EQ(root()->childAt(corner.x() + 5, corner.y() + 5), element);
   // A dialog hides what is behind it, and is itself the place of its buttons.
   app.messageBox("Nuova versione", "Rilasciata!", {"OK"}, {});
@@ -187,7 +200,7 @@ TEST_F(Reader, AMapIsItsButtonsAndItsMarkersNearestFirst) {
   ASSERT_NE(button, nullptr);
   EXPECT_FALSE(button->state().offscreen);
   EXPECT_TRUE(find("Parco Nord")->state().offscreen);
-  EXPECT_EQ(button->rect().size(), QSize(30, 40));
+  EXPECT_EQ(button->rect().size(), QSize(60, 80));
   button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(map->openMarker(), near.get());
   // Out of sight: brought into it first.
@@ -196,4 +209,79 @@ TEST_F(Reader, AMapIsItsButtonsAndItsMarkersNearestFirst) {
   EXPECT_EQ(map->openMarker()->title(), "Parco Nord");
   EXPECT_TRUE(map->ground().bounds().intersects(map->openMarker()->frame()));
   EXPECT_TRUE(settle());
+}
+
+// The engine places what is in a page as if the page were at the window's corner.
+TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
+  auto scroll = add<ui::ScrollView>({0, 0, kWidth, kHeight});
+  scroll->setContentSize({kWidth, 3000});
+  auto web = add<ui::WebView>({20, 1100, 300, 400}, &scroll->content());
+  scroll->setOffset({0, 1000});
+  std::vector<std::string> asked;
+  web->onOverrideUrl = [&](const std::string& url) {
+    asked.push_back(url);
+    return true;
+  };
+  web->loadHtml(R"(<title>Uffici</title><body style='margin:0'>
+    <h1 style='margin:0;height:40px'>Orari</h1>
+    <a style='display:block;height:50px' href='/uno'>uno</a>
+    <input type=checkbox aria-label='Avvisi'><div style='height:3000px'></div>
+    <a style='display:block;height:50px' target=_blank href='tel:+390123'>due</a></body>)",
+                "http://varlo.test/pagina");
+  ASSERT_TRUE(settle());
+  QAccessible::setActive(true);  // the engine, begun by now, listens for it
+  const std::vector<std::string> whole{"page Uffici", "  heading Orari", "    text Orari",
+                                       "  link uno",  "    text uno",    "  switch Avvisi",
+                                       "  link due",  "    text due"};
+  ASSERT_TRUE(loop.until([&] { return tree() == whole; }, 10000)) << testing::PrintToString(tree());
+  EXPECT_EQ(find("Orari")->rect(), pixels(20, 100, 300, 40));
+  EXPECT_EQ(find("uno")->rect(), pixels(20, 140, 300, 50));
+  const QPoint in = pixels(200, 170, 1, 1).topLeft();
+  EXPECT_EQ(find("Uffici")->childAt(in.x(), in.y()), find("uno"));
+  scroll->setOffset({0, 1050});
+  ASSERT_TRUE(settle());
+  EXPECT_EQ(find("uno")->rect(), pixels(20, 90, 300, 50));
+  // One press, one link: also of what has yet to come into sight.
+  const auto press = QAccessibleActionInterface::pressAction();
+  const std::vector<std::string> links{"http://varlo.test/uno", "tel:+390123"};
+  for (std::size_t i = 0; i < links.size(); ++i) {
+    find(i == 0 ? "uno" : "due")->actionInterface()->doAction(press);
+    ASSERT_TRUE(loop.until([&] { return asked.size() > i; }, 10000)) << links[i];
+  }
+  EXPECT_EQ(asked, links);
+  find("Avvisi")->actionInterface()->doAction(press);
+  EXPECT_TRUE(loop.until([&] { return find("Avvisi")->state().checked != 0; }, 10000));
+  // Another page, and none: nothing of the former is left.
+  auto* former = find("uno");
+  web->loadHtml("<title>Altra</title><p>nuovo</p>");
+  EXPECT_TRUE(loop.until([&] { return find("nuovo") && !find("uno"); }, 10000));
+  EXPECT_NE(find("nuovo"), former);
+  web->removeFromParent();
+  EXPECT_TRUE(becomes({}));
+}
+
+TEST_F(Reader, AListTellsWhatComesAndWhatGoes) {
+  auto list = add<ui::ScrollView>({0, 0, kWidth, 300});
+  list->setContentSize({kWidth, 1000});
+  std::vector<ui::Ref<ui::Button>> rows;
+  const auto addRow = [&](const std::string& title) {
+    rows.push_back(add<ui::Button>({0, 50.0 * static_cast<double>(rows.size()), kWidth, 50},
+                                   &list->content()));
+    rows.back()->setTitle(title);
+  };
+  for (const char* title : {"uno", "due", "tre"}) addRow(title);
+  ASSERT_TRUE(settle());
+  ASSERT_TRUE(becomes({"button uno", "button due", "button tre"}));
+  const auto second = QAccessible::uniqueId(find("due"));
+  std::vector<std::pair<QAccessible::Event, QAccessible::Id>> told;
+  qt::AccessibleTree::of(&screen.window())->teller = [&](QAccessibleEvent& event) {
+    told.emplace_back(event.type(), event.uniqueId());
+  };
+  rows[1]->removeFromParent();
+  addRow("quattro");
+  EXPECT_TRUE(becomes({"button uno", "button tre", "button quattro"}));
+  EXPECT_THAT(told, testing::ElementsAre(testing::Pair(QAccessible::ObjectDestroyed, second),
+                                         testing::Pair(QAccessible::ObjectCreated,
+                                                       QAccessible::uniqueId(find("quattro")))));
+  EXPECT_EQ(QAccessible::accessibleInterface(second), nullptr);
 }

@@ -4,6 +4,7 @@
 #include <QQuickWindow>
 #include <algorithm>
 
+#include "platform/qt/access/page_accessible.h"
 #include "platform/qt/mirror.h"
 #include "platform/ui/controls/indicators.h"
 #include "platform/ui/controls/map_view.h"
@@ -59,11 +60,6 @@ QAccessible::Role roleOf(ui::Role role) {
       break;
   }
   return QAccessible::Pane;
-}
-
-QRect onScreen(const QQuickWindow& window, const ui::Rect& r) {
-  return {window.mapToGlobal(QPoint(static_cast<int>(r.x), static_cast<int>(r.y))),
-          QSize(static_cast<int>(r.width), static_cast<int>(r.height))};
 }
 
 int indexIn(const AccessibleTree& tree, const std::vector<int>& children,
@@ -132,7 +128,10 @@ QString WindowAccessible::text(QAccessible::Text what) const {
   return what == QAccessible::Name ? window()->title() : QString();
 }
 
-QRect WindowAccessible::rect() const { return window()->geometry(); }
+QRect WindowAccessible::rect() const {
+  auto* t = tree();
+  return t ? t->onScreen(QRectF({}, window()->size())) : window()->geometry();
+}
 
 QAccessible::State WindowAccessible::state() const {
   QAccessible::State state;
@@ -163,6 +162,13 @@ QAccessibleInterface* ElementAccessible::inside() const {
   return object ? QAccessible::queryAccessibleInterface(object) : nullptr;
 }
 
+// The engine's view has one child, the page's root.
+QAccessibleInterface* ElementAccessible::document() const {
+  const auto* n = node();
+  const auto* view = n && n->role == ui::Role::WebContent ? inside() : nullptr;
+  return view && view->childCount() > 0 ? view->child(0) : nullptr;
+}
+
 QAccessibleInterface* ElementAccessible::parent() const {
   const auto* n = node();
   if (!n || n->parent < 0) return tree_.root();
@@ -172,36 +178,57 @@ QAccessibleInterface* ElementAccessible::parent() const {
 QAccessibleInterface* ElementAccessible::child(int i) const {
   const auto* n = node();
   if (!n) return nullptr;
-  if (n->role == ui::Role::WebContent) return i == 0 ? inside() : nullptr;
+  if (n->role == ui::Role::WebContent) {
+    const auto* page = document();
+    return page ? tree_.inPage(*view(), page->child(i)) : nullptr;
+  }
   return nth(tree_, n->children, i);
 }
 
 int ElementAccessible::childCount() const {
   const auto* n = node();
   if (!n) return 0;
-  if (n->role == ui::Role::WebContent) return inside() ? 1 : 0;
+  if (n->role == ui::Role::WebContent) {
+    const auto* page = document();
+    return page ? page->childCount() : 0;
+  }
   return static_cast<int>(n->children.size());
 }
 
 int ElementAccessible::indexOfChild(const QAccessibleInterface* child) const {
   const auto* n = node();
   if (!n) return -1;
-  if (n->role == ui::Role::WebContent) return child && child == inside() ? 0 : -1;
+  if (n->role == ui::Role::WebContent) {
+    const auto* page = document();
+    const auto* part = dynamic_cast<const PageAccessible*>(child);
+    return page && part && part->inner() ? page->indexOfChild(part->inner()) : -1;
+  }
   return indexIn(tree_, n->children, child);
+}
+
+QAccessibleInterface* ElementAccessible::childAt(int x, int y) const {
+  for (int i = childCount(); i-- > 0;)
+    if (auto* part = child(i); part && part->rect().contains(x, y)) return part;
+  return nullptr;
 }
 
 QString ElementAccessible::text(QAccessible::Text what) const {
   const auto* n = node();
   const auto held = view();
   if (!n || !held) return {};
-  if (what == QAccessible::Name) return n->name;
+  if (what == QAccessible::Name) {
+    const auto* page = n->name.isEmpty() ? document() : nullptr;
+    return page ? page->text(what) : n->name;
+  }
   if (what == QAccessible::Value) return QString::fromStdString(held->accessibleValue());
   return {};
 }
 
 QRect ElementAccessible::rect() const {
   const auto held = view();
-  return held ? onScreen(tree_.window(), held->frameInWindow()) : QRect();
+  if (!held) return {};
+  const ui::Rect r = held->frameInWindow();
+  return tree_.onScreen({r.x, r.y, r.width, r.height});
 }
 
 QAccessible::Role ElementAccessible::role() const {

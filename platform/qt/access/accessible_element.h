@@ -1,6 +1,6 @@
 // The toolkit's accessible objects: the window, an element of the view tree, and the
 // voice that announcements come from. Owned by the toolkit's cache; made and deleted by
-// AccessibleTree. Main thread; rectangles are screen coordinates.
+// AccessibleTree. Main thread; rectangles are pixels of the screen.
 #pragma once
 
 #include <QAccessible>
@@ -70,10 +70,13 @@ class ElementAccessible final : public PartAccessible,
 
   bool isValid() const override { return index >= 0 && view_.lock(); }
   ui::Ref<ui::View> view() const { return view_.lock(); }
+  // The engine's object for the page that a web view shows; null if there is none (yet).
+  QAccessibleInterface* document() const;
   QAccessibleInterface* parent() const override;
   QAccessibleInterface* child(int index) const override;
   int childCount() const override;
   int indexOfChild(const QAccessibleInterface* child) const override;
+  QAccessibleInterface* childAt(int x, int y) const override;
   QString text(QAccessible::Text what) const override;
   QRect rect() const override;
   QAccessible::Role role() const override;

@@ -1,9 +1,12 @@
 #include "platform/qt/access/accessible_tree.h"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
+#include <QScreen>
 #include <algorithm>
 
 #include "platform/qt/access/accessible_element.h"
+#include "platform/qt/access/page_accessible.h"
 #include "platform/qt/mirror.h"
 #include "platform/qt/phone_window.h"
 #include "platform/ui/application.h"
@@ -51,6 +54,8 @@ AccessibleTree::~AccessibleTree() {
   if (trees().empty()) QAccessible::removeFactory(makeAccessible);
   for (auto& [view, accessible] : made_)
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
+  for (auto& [id, accessible] : inPages_)
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
   if (announcer_) QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(announcer_));
 }
 
@@ -64,10 +69,47 @@ QAccessibleInterface* AccessibleTree::root() const {
   return QAccessible::queryAccessibleInterface(&window_);
 }
 
+// The toolkit's bridge hands on what it is told. Its screens begin at a pixel and go on in
+// points; a Wayland window knows no place but its own.
+QRect AccessibleTree::onScreen(const QRectF& inWindow) const {
+  const QRectF points(window_.mapToGlobal(inWindow.topLeft()), inWindow.size());
+  const bool pixels = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+  const auto* screen = window_.screen();
+  if (!pixels || !screen) return points.toRect();
+  const double ratio = window_.devicePixelRatio();
+  const QPointF origin = screen->geometry().topLeft();
+  return QRectF(origin + (points.topLeft() - origin) * ratio, points.size() * ratio).toRect();
+}
+
+ElementAccessible* AccessibleTree::elementOf(const ui::View& view) const {
+  const auto it = made_.find(&view);
+  return it == made_.end() ? nullptr : it->second;
+}
+
 QAccessibleInterface* AccessibleTree::focused() const {
   auto* app = ui::Application::current();
-  const auto it = app ? made_.find(app->focus().view()) : made_.end();
-  return it == made_.end() ? nullptr : it->second;
+  const auto* view = app ? app->focus().view() : nullptr;
+  return view ? elementOf(*view) : nullptr;
+}
+
+QAccessibleInterface* AccessibleTree::inPage(ui::View& page, QAccessibleInterface* inner) {
+  if (!inner) return nullptr;
+  auto& made = inPages_[QAccessible::uniqueId(inner)];
+  if (!made) {
+    made = new PageAccessible(*this, page, QAccessible::uniqueId(inner));
+    QAccessible::registerAccessibleInterface(made);
+  }
+  return made;
+}
+
+// The engine tells nobody when an object of its ends.
+void AccessibleTree::sweepPages() {
+  std::erase_if(inPages_, [&](const auto& entry) {
+    if (entry.second->isValid()) return false;
+    tell(QAccessible::ObjectDestroyed, entry.second);
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(entry.second));
+    return true;
+  });
 }
 
 void AccessibleTree::changed() {
@@ -87,9 +129,8 @@ void AccessibleTree::announce(const std::string& text) {
 }
 
 void AccessibleTree::tell(QAccessible::Event event, QAccessibleInterface* about) {
-  if (!QAccessible::isActive()) return;
   QAccessibleEvent e(about, event);
-  QAccessible::updateAccessibility(&e);
+  teller(e);
 }
 
 void AccessibleTree::ensureBuilt() {
@@ -127,6 +168,7 @@ void AccessibleTree::rebuild() {
       QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
     }
   }
+  sweepPages();
   std::vector<QAccessibleInterface*> fresh, renamed;
   std::vector<int> top;
   for (int i = 0; i < static_cast<int>(nodes.size()); ++i) {

@@ -1,6 +1,7 @@
 // The view tree on the toolkit's accessibility tree: under the window, one element for
 // each that ui::accessibilityTree() names, what lies in an element under it, with role,
 // name, value, state and actions. Editors lend their text, web pages their content.
+// Rectangles are pixels of the screen, wherever the screen tells its pixels.
 //
 // Built when assistive technology first asks, then kept up with the view tree, a little
 // behind it so that busy moments don't build it over and over. Owned by the QtScreen.
@@ -9,6 +10,7 @@
 
 #include <QAccessible>
 #include <QTimer>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -21,6 +23,7 @@ namespace qt {
 
 class ElementAccessible;
 class Mirror;
+class PageAccessible;
 struct Stage;
 
 class AccessibleTree {
@@ -33,6 +36,11 @@ class AccessibleTree {
   void focusMoved();
   // Something to be said aloud.
   void announce(const std::string& text);
+
+  // What carries events to readers: the toolkit, if any of them listens.
+  std::function<void(QAccessibleEvent&)> teller = [](QAccessibleEvent& event) {
+    QAccessible::updateAccessibility(&event);
+  };
 
   // --- For the interfaces.
   struct Node {
@@ -50,12 +58,18 @@ class AccessibleTree {
   QAccessibleInterface* root() const;
   QAccessibleInterface* announcer() const { return announcer_; }
   QAccessibleInterface* focused() const;
+  ElementAccessible* elementOf(const ui::View& view) const;  // null: none
+  // What stands for an object of the engine's in a web view's page; null for null.
+  QAccessibleInterface* inPage(ui::View& page, QAccessibleInterface* inner);
   QQuickWindow& window() const { return window_; }
+  // Where points of the window are on the screen: in its pixels, as readers count.
+  QRect onScreen(const QRectF& inWindow) const;
   const Mirror& mirror() const { return mirror_; }
   Stage& stage() const { return stage_; }
 
  private:
   void rebuild();
+  void sweepPages();
   void tell(QAccessible::Event event, QAccessibleInterface* about);
 
   Stage& stage_;
@@ -64,6 +78,7 @@ class AccessibleTree {
   std::vector<Node> nodes_;
   std::vector<int> top_;
   std::unordered_map<const ui::View*, ElementAccessible*> made_;
+  std::unordered_map<QAccessible::Id, PageAccessible*> inPages_;  // by the engine's object
   QAccessibleInterface* announcer_ = nullptr;
   QTimer later_, focusLater_, forget_;
   bool built_ = false;

@@ -19,6 +19,7 @@ WebEngineView {
     signal lost()
 
     function run(script) { web.runJavaScript(script); }
+    function press(key) { web.runJavaScript("0", () => gate.pressKey(key)); }
     function scrollToPlace(name) {
         web.runJavaScript("(n => { const p = document.getElementById(n) || document.getElementsByName(n)[0];" +
                           " if (p) p.scrollIntoView(); else if (!n || n === 'top') window.scrollTo(0, 0); })(" +

@@ -62,6 +62,8 @@ class ViewItem : public PaintedItem {
   virtual QObject* accessibleInside() { return nullptr; }
   // The user has touched it or used a key in it.
   virtual void userActed() {}
+  // A reader presses what has the focus inside, which this key does.
+  virtual void pressInside(int /*key*/) {}
   // Something moves by itself or is still to come.
   virtual bool busy() const { return false; }
 

@@ -1,8 +1,11 @@
 #include "platform/qt/items/web_item.h"
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QQmlEngine>
+#include <QQuickWindow>
 #include <QVariant>
 
 #include "platform/base/log.h"
@@ -37,6 +40,25 @@ WebItem::~WebItem() {
 }
 
 QObject* WebItem::accessibleInside() { return page_.get(); }
+
+// The engine has no press for a reader, only a focus, which takes its way to the page's own
+// process and a key another: the key waits until the page has answered.
+void WebItem::pressInside(int key) {
+  if (!page_) return;
+  if (const auto held = view()) stage().guarded([&] { held->requestFocus(); });
+  QMetaObject::invokeMethod(page_.get(), "press", Q_ARG(QVariant, key));
+}
+
+void WebItem::pressKey(int key) {
+  auto* to = page_ && page_->hasActiveFocus() ? page_->window()->activeFocusItem() : nullptr;
+  if (!to) return;
+  userActed();
+  const QString text = key == Qt::Key_Space ? QStringLiteral(" ") : QStringLiteral("\r");
+  for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(type, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(to, &event);
+  }
+}
 
 bool WebItem::begin() {
   if (page_) return true;

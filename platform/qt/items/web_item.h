@@ -36,6 +36,9 @@ class WebItem final : public ViewItem {
   // Asked by the page for a window of its own: there are none, a link opens outside.
   Q_INVOKABLE void opensWindow(const QUrl& url);
   void userActed() override { acted_.start(); }
+  void pressInside(int key) override;
+  // Told by the page, once it has done all that was asked of it before the key.
+  Q_INVOKABLE void pressKey(int key);
 
  protected:
   void sync(ui::View& view, ui::Change changed) override;
