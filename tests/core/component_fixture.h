@@ -16,13 +16,8 @@ class ComponentTest : public testing::Test {
  protected:
   ComponentTest() {
     platform::setLogSink([this](std::string_view line) { log.emplace_back(line); });
-    platform.mainQueue().setFaultHandler([this](std::exception_ptr fault) {
-      try {
-        std::rethrow_exception(fault);
-      } catch (const std::exception& e) {
-        faults.emplace_back(e.what());
-      }
-    });
+    platform.mainQueue().setFaultHandler(
+        [this](std::exception_ptr fault) { faults.push_back(testing_support::textOf(fault)); });
   }
   ~ComponentTest() override {
     platform.mainQueue().close();

@@ -6,6 +6,9 @@
 
 #include <string>
 
+#include "runtime/core/array.h"
+#include "runtime/core/list.h"
+#include "runtime/core/map.h"
 #include "runtime/data/dates/date_texts.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/dateutils.h"
@@ -25,4 +28,12 @@ class DataTest : public testing::Test {
   testing_support::TestPlatform platform_;
 };
 
+using kes::KesArray;
+using kes::KesList;
+using kes::KesMap;
+using kes::Text;
+using kes::Value;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
 using testing_support::thrownBy;

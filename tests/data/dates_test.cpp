@@ -6,12 +6,8 @@
 using kes::DateTime;
 using kes::kes_dateutils;
 using kes::KesDateTime;
-using kes::KesList;
 using kes::Period;
 using kes::Ref;
-using kes::Text;
-using kes::Value;
-using testing::ElementsAre;
 
 namespace {
 
@@ -88,8 +84,7 @@ TEST_F(DatesTest, FieldsOfAnInstant) {
 
 TEST_F(DatesTest, ParsingIsStrict) {
   const struct {
-    const char* pattern;
-    const char* text;
+    const char *pattern, *text;
     const char* read;  // null when it is refused
   } cases[] = {
       {"dd/MM/yyyy", "28/02/2017", "2017-02-28 00:00:00"},
@@ -170,8 +165,7 @@ TEST_F(DatesTest, DateAndTimeMeetInTheZone) {
   d.setDateFormat("yyyy-MM-dd");
   d.setTimeFormat("HH:mm:ss");
   const struct {
-    const char* date;
-    const char* time;
+    const char *date, *time;
     const char* utc;
   } cases[] = {
       {"2017-11-15", "09:30:00", "2017-11-15T08:30:00"},
@@ -262,8 +256,7 @@ TEST_F(DatesTest, AddsCalendarUnits) {
 TEST_F(DatesTest, PeriodsAreFoundByStepping) {
   using P = std::vector<int>;
   const struct {
-    const char* start;
-    const char* end;
+    const char *start, *end;
     P period, inDays;
   } cases[] = {
       {"2017-01-31 00:00:00", "2017-01-31 00:00:00", {0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0}},

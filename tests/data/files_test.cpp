@@ -13,17 +13,9 @@
 
 namespace fs = std::filesystem;
 using kes::File;
-using kes::KesArray;
 using kes::KesFile;
 using kes::KesInputStream;
-using kes::KesList;
-using kes::KesMap;
 using kes::KesOutputStream;
-using kes::Text;
-using kes::Value;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 using testing_support::TestPlatform;
 
 namespace {
@@ -344,16 +336,9 @@ TEST_F(FilesTest, ListFiles) {
 }
 
 TEST_F(FilesTest, MapFilesKeepKeysAndValuesButNotLineBreaks) {
-  KesMap map;
-  map.Initialize();
-  map.Put("a=b", "c=d");
-  map.Put("==", "=");
-  map.Put(5, 2.5);
-  map.Put("lines", "one\ntwo\n");
-  map.Put("blank", "  x ");
-  map.Put("empty", "");
-  map.Put("città", "è 😀");
-  map.Put("back\\slash", "\\=");
+  KesMap map =
+      kes::KesCommon::createMap({"a=b", "c=d", "==", "=", 5, 2.5, "lines", "one\ntwo\n", "blank",
+                                 "  x ", "empty", "", "città", "è 😀", "back\\slash", "\\="});
   File().WriteMap(documents(), "m", map);
   const KesMap back = File().ReadMap(documents(), "m");
   EXPECT_FALSE(back.IsReadOnly());

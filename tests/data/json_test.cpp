@@ -15,15 +15,9 @@
 
 using kes::ArrayStore;
 using kes::Dictionary;
-using kes::KesArray;
 using kes::KesJSONGenerator;
 using kes::KesJSONParser;
-using kes::KesList;
-using kes::KesMap;
 using kes::NumberType;
-using kes::Text;
-using kes::Value;
-using testing::StartsWith;
 
 namespace {
 
@@ -170,8 +164,7 @@ TEST_F(JsonTest, RefusesWhatIsNoJson) {
 // Symptom: one clipped emoji in a post cost the whole list of posts.
 TEST_F(JsonTest, AHalfOfAPairIsReplacedAndCostsNothingElse) {
   const struct {
-    const char* escaped;
-    const char* text;
+    const char *escaped, *text;
   } cases[] = {
       {R"(\ud83d\ude00)", "😀"},
       {R"(Festa \ud83d)", "Festa \uFFFD"},
@@ -446,9 +439,7 @@ TEST_F(JsonTest, PartsOutliveTheirDocument) {
 }
 
 TEST_F(JsonTest, GeneratesContainersOfAllKinds) {
-  KesMap map;
-  map.Initialize();
-  map.Put(5, "five");
+  KesMap map = kes::KesCommon::createMap({5, "five"});
   EXPECT_EQ(generated(map), R"({"5":"five"})");
   map.Put("5", "text");  // two keys of one description
   EXPECT_EQ(nlohmann::json::parse(generated(map).view()).size(), 1u);
@@ -507,8 +498,7 @@ TEST_F(JsonTest, RefusesToWriteWhatJsonHasNoFormFor) {
             "JSON was not initialized.");
   EXPECT_EQ(thrownBy([] { generated(KesMap()); }), "Object not initialized (Map)");
 
-  KesMap self;
-  self.Initialize();
+  KesMap self = kes::KesCommon::createMap({});
   self.Put("self", KesList::of({self}));
   const Value unwritable[] = {
       std::nan(""),
@@ -520,9 +510,7 @@ TEST_F(JsonTest, RefusesToWriteWhatJsonHasNoFormFor) {
       self,
   };
   for (const Value& v : unwritable) {
-    KesMap map;
-    map.Initialize();
-    map.Put("k", KesList::of({v}));
+    KesMap map = kes::KesCommon::createMap({"k", KesList::of({v})});
     EXPECT_THAT(thrownBy([&] { generated(map); }), StartsWith("Error writing JSON: "));
   }
   self.Clear();  // so that it can go

@@ -1,6 +1,5 @@
 // The map as an application holds it: names, events, and what it refuses.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/headless/fixed_text_engine.h"
 #include "platform/headless/headless_pump.h"

@@ -92,8 +92,7 @@ TEST_F(HttpTest, TellsSuccessForTheTwoHundredsAndAnErrorForAllElse) {
               (empty ? "\r\n" : "Content-Length: 4\r\nX-Là: s\xec\r\n\r\ntest"));
   });
   const struct {
-    const char* status;
-    const char* event;
+    const char *status, *event;
     const char* body;
   } cases[] = {{"200", "success 200 #-7", "test"}, {"204", "success 204 #-7", ""},
                {"299", "success 299 #-7", "test"}, {"199", "error 199 #-7", ""},
@@ -222,8 +221,7 @@ TEST_F(HttpTest, SendsARequestAsItStoodWhenItWasExecuted) {
 TEST_F(HttpTest, AnswersAChallengeOnceWithTheCredentialsOfTheOriginalLink) {
   town::TownHost town;
   const struct {
-    const char* path;
-    const char* password;
+    const char *path, *password;
     const char* event;
     std::size_t requests;
   } cases[] = {{"/_auth/basic/1", "segreta", "success 200 #1", 2},
@@ -391,8 +389,7 @@ TEST_F(HttpTest, AnswersTheDigestChallengeOfAServerThatOthersWrote) {
   TestPlatform::write(lighttpd.root() / "private/file.txt", "per pochi");
   const struct {
     const char* query;  // credentials stay with the link
-    const char* password;
-    const char* event;
+    const char *password, *event;
     const char* body;
   } cases[] = {{"?right", "segreta", "success 200 #1", "per pochi"},
                {"?wrong", "sbagliata", "error 401 #1", ""},

@@ -123,8 +123,7 @@ TEST_F(JobTest, GoesFromTheVerbToTheFeatureInTheGivenOrder) {
 TEST_F(JobTest, TellsAFailedJobsReasonAndLogsTheStatus) {
   const struct {
     std::string link;
-    const char* message;
-    const char* line;
+    const char *message, *line;
   } cases[] = {
       {town.url() + "/_status/404", "unknown error",
        "ResponseError: unknown error, status code: 404"},
@@ -263,8 +262,7 @@ TEST_F(JobTest, GivesABodyAsABitmap) {
 
 TEST_F(JobTest, UsesCredentialsOnlyWhenBothPartsAreGiven) {
   const struct {
-    const char* user;
-    const char* password;
+    const char *user, *password;
     bool success;
     std::size_t requests;
   } cases[] = {{"varlo", "segreta", true, 2},
@@ -312,8 +310,7 @@ TEST_F(JobTest, EscapesTheQuery) {
 
 TEST(UrlTexts, AreEscapedByteByByteAndBack) {
   const struct {
-    const char* text;
-    const char* charset;
+    const char *text, *charset;
     const char* escaped;
   } cases[] = {
       {"", "UTF8", ""},
@@ -346,13 +343,8 @@ TEST_F(JobTest, PostsFormsToTheByte) {
     return Value(f);
   };
   const std::string line = "-----------------------------1461124740692";
-  KesMap one;
-  one.Initialize();
-  one.Put("nota", "riga 1\nriga \"2\"");
-  KesMap two;
-  two.Initialize();
-  two.Put("n", 7);
-  two.Put("q", "è");
+  KesMap one = KesCommon::createMap({"nota", "riga 1\nriga \"2\""});
+  KesMap two = KesCommon::createMap({"n", 7, "q", "è"});
   const struct {
     const char* what;
     KesMap fields;

@@ -3,23 +3,18 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "runtime/net/httpjob.h"
 #include "runtime/net/register_net.h"
+#include "tests/support/failures.h"
 #include "tests/support/test_platform.h"
 
 class NetTest : public testing::Test {
  protected:
   NetTest() {
     kes::registerNet();
-    phone.platform().mainQueue().setFaultHandler([this](std::exception_ptr fault) {
-      try {
-        std::rethrow_exception(fault);
-      } catch (const std::exception& e) {
-        faults.emplace_back(e.what());
-      }
-    });
+    phone.platform().mainQueue().setFaultHandler(
+        [this](std::exception_ptr fault) { faults.push_back(testing_support::textOf(fault)); });
     service().initializeModule();
   }
   ~NetTest() override {

@@ -1,7 +1,6 @@
 // The samples are one drawing in every format: 40x20, left half red, right half blue, the
 // ten by ten pixels in the top left corner green.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <cmath>

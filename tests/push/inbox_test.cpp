@@ -24,8 +24,7 @@ std::string nested(std::size_t levels) {
 TEST(PushPayload, OnlyAnObjectOfSomeSizeAndDepthIsAMessage) {
   const struct {
     std::string text;
-    const char* refusal;
-    const char* id;
+    const char *refusal, *id;
   } cases[] = {
       {"{}", "", ""},
       {R"( {"alert":"Domani scuole chiuse","id":"neve-1"} )", "", "neve-1"},

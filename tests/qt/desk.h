@@ -6,7 +6,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <QColor>
 #include <QImage>

@@ -61,8 +61,7 @@ TEST(Script, ReadsEveryCommandWithItsLineNumber) {
 
 TEST(Script, SaysWhatIsWrongAndWhere) {
   const struct {
-    const char* source;
-    const char* error;
+    const char *source, *error;
   } cases[] = {
       {"wait idle\nfly home", "line 2: unknown command \"fly\""},
       {"tap \"open", "line 1: the text has no closing quote"},

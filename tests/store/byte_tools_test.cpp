@@ -80,8 +80,7 @@ TEST_F(ByteTools, ConverterKeepsNumbersInEitherOrder) {
     Ref<KesArray> (KesByteConverter::*to)(const Ref<KesArray>&) const;
     Ref<KesArray> (KesByteConverter::*from)(const Ref<KesArray>&) const;
     std::vector<Value> values;
-    const char* bigHex;
-    const char* littleHex;
+    const char *bigHex, *littleHex;
   } cases[] = {
       {"shorts",
        &KesByteConverter::ShortsToBytes,
@@ -136,8 +135,7 @@ TEST_F(ByteTools, ConverterKeepsTextsAndDigits) {
   EXPECT_EQ(KesByteConverter::HexFromBytes(KesArray::initBytesWithData({0, 0x0f, 0xab, 0xff})),
             "000FABFF");
   const struct {
-    const char* hex;
-    const char* bytes;
+    const char *hex, *bytes;
   } cases[] = {{"000FabFF", "000fabff"}, {"", ""},     {"A", ""},       {"0A1", "0a"},
                {"zz7f", "007f"},         {"1z", "01"}, {"èf0a", "000a"}};
   for (const auto& c : cases)

@@ -56,18 +56,13 @@ class HostileBytes : public StoreTest {
   }
 
   static Bytes everyTag() {
-    KesMap map;
-    map.Initialize();
-    map.Put("text", "perché");
-    map.Put(3, KesList::of({1.5, 2.5f, std::int16_t{3}, std::int64_t{4}, true, u'x', Value()}));
-    map.Put("bytes", arrayOf("abcdef"));
-    map.Put("objects", KesArray::initObjectsWithData({std::uint8_t{7}, "o"}));
+    KesMap map = kes::KesCommon::createMap(
+        {"text", "perché", 3,
+         KesList::of({1.5, 2.5f, std::int16_t{3}, std::int64_t{4}, true, u'x', Value()}), "bytes",
+         arrayOf("abcdef"), "objects", KesArray::initObjectsWithData({std::uint8_t{7}, "o"})});
     auto node = makeShared<Node>();
     node->next = KesMap(map);
-    KesMap outer;
-    outer.Initialize();
-    outer.Put("node", node);
-    outer.Put("n", 1);
+    KesMap outer = kes::KesCommon::createMap({"node", node, "n", 1});
     return KesSerializator::write(outer, false);
   }
 };
@@ -161,8 +156,7 @@ TEST_F(HostileBytes, ABombIsDefusedEarly) {
 TEST_F(HostileBytes, NestingNeedsNoStack) {
   constexpr std::size_t kLevels = 100'000;
   const struct {
-    const char* what;
-    const char* unit;
+    const char *what, *unit;
   } cases[] = {
       {"lists", "15 01000000"},
       {"object arrays", "16 01000000"},

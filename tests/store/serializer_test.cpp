@@ -56,7 +56,6 @@ struct Pair : kes::Object {
 
 // Described, but no custom type: it has no IsInitialized.
 struct Plain : kes::Object {
-  static inline int made = 0;
   Text description() const override { return "a plain one"; }
   static void describe(kes::ClassBuilder<Plain>& c) { c.name("_plain"); }
 };
@@ -148,8 +147,7 @@ TEST_F(Serializer, WritesEachTagAsTheFormatSays) {
 
 TEST_F(Serializer, ReadsEachTagAsItsType) {
   const struct {
-    const char* what;
-    const char* hex;
+    const char *what, *hex;
     char kind;  // '0' nil, 't' text, 'o' object, else a number's type code
     const char* text;
   } cases[] = {

@@ -41,8 +41,7 @@ TEST_F(Sql, BindsEachKindOfValue) {
   const struct {
     const char* what;
     Value value;
-    const char* type;
-    const char* hex;
+    const char *type, *hex;
   } cases[] = {
       {"nil", {}, "null", ""},
       {"the null object", Value::null(), "null", ""},

@@ -1,6 +1,7 @@
 // What a call that should fail fails with: one helper for all tests of the runtime.
 #pragma once
 
+#include <exception>
 #include <string>
 
 #include "runtime/core/exception.h"
@@ -17,6 +18,15 @@ std::string thrownBy(Call&& call) {
     return e.name().empty() ? e.reason().str() : e.name().str() + "|" + e.reason().str();
   }
   return "";
+}
+
+// What a fault that reached the main queue says.
+inline std::string textOf(const std::exception_ptr& fault) {
+  try {
+    std::rethrow_exception(fault);
+  } catch (const std::exception& e) {
+    return e.what();
+  }
 }
 
 }  // namespace testing_support

@@ -1,6 +1,5 @@
 // What the town hall publishes: news, newsletters and acts, right for any day.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <set>
 

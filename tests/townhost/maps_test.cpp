@@ -1,6 +1,5 @@
 // The thematic maps and the tiles under them.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>

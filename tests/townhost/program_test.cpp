@@ -1,6 +1,5 @@
 // The program as scripts use it: started for real, spoken to, and interrupted.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <httplib.h>
 #include <signal.h>
 #include <spawn.h>

@@ -1,7 +1,6 @@
 #include "townhost/trial_paths.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <httplib.h>
 
 #include <thread>

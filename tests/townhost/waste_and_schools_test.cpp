@@ -1,6 +1,5 @@
 // The waste calendar and the schools' menus: whole, and consistent with themselves.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <map>
 #include <set>

@@ -199,13 +199,12 @@ TEST_F(InputTest, AFlickTurnsOnePageAndASlowDragTheNearest) {
   pages->setContentSize({320 * 3, 400});
   pages->setPaging(true);
   phone.pump.drain();
-  struct Case {
+  const struct {
     const char* what;
     double from, to;  // across, in points
     std::int64_t step;
     double page;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"a slow drag over a third", 200, 90, 100, 0},
       {"over more than half", 260, 60, 100, 1},
       {"a short flick", 200, 120, 10, 2},

@@ -15,6 +15,7 @@ struct OverlayTest : testing::Test {
   Ref<ViewController> controller = phone.plainPage();
   std::vector<int> results;
   int taps = 0;
+  static constexpr Point beside{2, 560};  // any dialog
 
   OverlayTest() {
     auto back = place(controller->view(), {0, 0, 320, 568}, "page");
@@ -32,6 +33,10 @@ struct OverlayTest : testing::Test {
     d->onResult = [this](int r) { results.push_back(r); };
     return d;
   }
+  void show(Dialog& d) {
+    d.present();
+    phone.pump.settle();
+  }
   void tap(const char* text) {
     auto view = find(*phone.window, text);
     ASSERT_TRUE(view) << text;
@@ -47,18 +52,8 @@ TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
     std::vector<int> heard;
   } cases[] = {
       {"a button", false, [&](Dialog&) { tap("Cerca"); }, {-1}},
-      {"a tap beside it",
-       true,
-       [&](Dialog&) {
-         phone.tapAt({2, 560});
-       },
-       {-3}},
-      {"a tap beside a firm one",
-       false,
-       [&](Dialog&) {
-         phone.tapAt({2, 560});
-       },
-       {}},
+      {"a tap beside it", true, [&](Dialog&) { phone.tapAt(beside); }, {-3}},
+      {"a tap beside a firm one", false, [&](Dialog&) { phone.tapAt(beside); }, {}},
       {"a tap on the card", true, [&](Dialog& d) { phone.tapAt(d.view()->center()); }, {}},
       {"Escape", true, [&](Dialog&) { phone.app.key(Key::Escape); }, {-3}},
       {"Escape on a firm one", false, [&](Dialog&) { phone.app.key(Key::Back); }, {}},
@@ -81,8 +76,7 @@ TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
   for (const auto& c : cases) {
     results.clear();
     auto d = dialog(c.cancelable);
-    d->present();
-    phone.pump.settle();
+    show(*d);
     c.act(*d);
     phone.pump.settle();
     EXPECT_EQ(results, c.heard) << c.says;
@@ -143,8 +137,7 @@ TEST_F(OverlayTest, OnEveryScreenTheButtonsAreInReachAndReadable) {
       {"a long title alone", much, "", {"OK"}, 0, true},
   };
   for (const Size size : {Size{320, 568}, {568, 320}, {320, 480}, {768, 1024}}) {
-    phone.screen.setSize(size);
-    phone.app.screenChanged();
+    phone.turn(size);
     for (const auto& c : cases) {
       auto d = makeShared<Dialog>();
       d->title = c.title;
@@ -157,8 +150,7 @@ TEST_F(OverlayTest, OnEveryScreenTheButtonsAreInReachAndReadable) {
         d->content = makeShared<View>();
         d->content->setFrame({0, 0, 260, c.content});
       }
-      d->present();
-      phone.pump.settle();
+      show(*d);
       const auto where =
           std::string(c.says) + " on " + std::to_string(static_cast<int>(size.width));
       const Rect card = d->view()->frameInWindow();
@@ -199,15 +191,13 @@ TEST_F(OverlayTest, ADialogMakesWayForTheKeyboardAndTurnsWithThePhone) {
   phone.screen.keyboard = 216;
   auto d = dialog(true);
   place<TextField>(*d->content, {0, 0, 260, 40});
-  d->present();
-  phone.pump.settle();
+  show(*d);
   EXPECT_LE(d->view()->frameInWindow().bottom(), 568 - 216);
   phone.app.focus().set(nullptr);
   phone.pump.settle();
   EXPECT_GT(d->view()->frameInWindow().bottom(), 568 - 216);
   for (const Size size : {Size{568, 320}, {320, 568}}) {
-    phone.screen.setSize(size);
-    phone.app.screenChanged();
+    phone.turn(size);
     phone.pump.settle();
     EXPECT_LE(d->view()->frameInWindow().bottom(), size.height);
     EXPECT_NEAR(d->view()->frameInWindow().center().x, size.width / 2, 1);
@@ -216,8 +206,7 @@ TEST_F(OverlayTest, ADialogMakesWayForTheKeyboardAndTurnsWithThePhone) {
 
 TEST_F(OverlayTest, ACardMayBeMovedAndStays) {
   auto d = dialog(true);
-  d->present();
-  phone.pump.settle();
+  show(*d);
   const Rect before = d->view()->frame();
   EXPECT_NEAR(before.center().x, 160, 1);
   EXPECT_GT(before.y, 0);
@@ -234,8 +223,7 @@ TEST_F(OverlayTest, AResultMayOpenTheNextDialog) {
     phone.app.messageBox("Msg", "Nuova versione rilasciata!", {"OK"},
                          [&](int i) { results.push_back(100 + i); });
   };
-  first->present();
-  phone.pump.settle();
+  show(*first);
   tap("Cerca");
   phone.pump.settle();
   ASSERT_EQ(phone.app.dialogs().size(), 1u);
@@ -287,12 +275,7 @@ TEST_F(OverlayTest, WhatOnlyInformsClosesByAnyWayOut) {
        {0}},
       {"Escape is no answer", {"Chiudi"}, [&] { phone.app.key(Key::Escape); }, {-1}},
       {"Back", {"Chiudi"}, [&] { phone.app.key(Key::Back); }, {-1}},
-      {"a tap beside it",
-       {"Chiudi"},
-       [&] {
-         phone.tapAt({2, 560});
-       },
-       {-1}},
+      {"a tap beside it", {"Chiudi"}, [&] { phone.tapAt(beside); }, {-1}},
       {"a question waits", {"Sì", "No"}, [&] { phone.app.key(Key::Escape); }, {}},
   };
   for (const auto& c : cases) {
@@ -309,7 +292,7 @@ TEST_F(OverlayTest, ADialogThatComesUnderAFingerIsNotAnsweredByIt) {
   auto d = dialog(true);
   d->present();
   phone.pump.advance(100);
-  phone.tapAt({2, 560});
+  phone.tapAt(beside);
   tap("Cerca");
   EXPECT_TRUE(results.empty()) << "the second tap of two closed it unread";
   phone.pump.settle();
@@ -367,8 +350,7 @@ TEST_F(OverlayTest, WhatIsBehindADialogIsHiddenFromAssistiveTechnology) {
   auto d = dialog(true);
   auto field = place<TextField>(*d->content, {0, 0, 260, 40});
   field->setHint("Oggetto");
-  d->present();
-  phone.pump.settle();
+  show(*d);
   // The dialog itself, its heading, and what is in it.
   EXPECT_THAT(names(), ElementsAre("Ricerca per oggetto", "Ricerca per oggetto", "Oggetto", "Cerca",
                                    "Annulla"));

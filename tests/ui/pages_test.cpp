@@ -80,9 +80,7 @@ TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
   phone.pump.drain();
   EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 0, 320, 568}));
   EXPECT_EQ(a->view().safeAreaInsets().top, 20);
-  phone.screen.setSize({568, 320});
-  phone.app.screenChanged();
-  phone.pump.drain();
+  phone.turn({568, 320});
   EXPECT_EQ(a->view().bounds().size(), (Size{568, 320}));
 }
 
@@ -243,10 +241,17 @@ struct DrawerTest : PagesTest {
     log.clear();
   }
   bool open() const { return drawer->openSide() == DrawerSide::Left; }
+  void put(bool open) {
+    if (open) drawer->openDrawer(DrawerSide::Left, false);
+    if (!open) drawer->closeDrawer(false);
+    phone.pump.settle();
+  }
 };
 
 TEST_F(DrawerTest, OpensAndClosesInEachWay) {
   const auto close = drawer_gesture::kPanCenter | drawer_gesture::kPanDrawer;
+  const auto swiped = [&](Point from, Point to) { return [=, this] { phone.swipe(from, to); }; };
+  const auto tapped = [&](Point at) { return [=, this] { phone.tapAt(at); }; };
   const struct {
     const char* says;
     bool startOpen;
@@ -255,11 +260,7 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
     bool endOpen;
   } cases[] = {
       {"by call", false, 0, close, [&] { drawer->openDrawer(DrawerSide::Left, true); }, true},
-      {"swipe from the edge", false, 8, close,
-       [&] {
-         phone.swipe({5, 300}, {250, 300});
-       },
-       true},
+      {"swipe from the edge", false, 8, close, swiped({5, 300}, {250, 300}), true},
       {"a short swipe that rests falls back", false, 8, close,
        [&] {
          phone.app.pointer(PointerPhase::Began, 1, 5, 300);
@@ -269,47 +270,15 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
          phone.app.pointer(PointerPhase::Ended, 1, 60, 300);
        },
        false},
-      {"a quick flick is enough", false, 8, close,
-       [&] {
-         phone.swipe({5, 300}, {100, 300});
-       },
-       true},
-      {"no gesture by the mask", false, 0, close,
-       [&] {
-         phone.swipe({5, 300}, {250, 300});
-       },
-       false},
-      {"swipe from the middle", false, 8, close,
-       [&] {
-         phone.swipe({100, 300}, {300, 300});
-       },
-       false},
+      {"a quick flick is enough", false, 8, close, swiped({5, 300}, {100, 300}), true},
+      {"no gesture by the mask", false, 0, close, swiped({5, 300}, {250, 300}), false},
+      {"swipe from the middle", false, 8, close, swiped({100, 300}, {300, 300}), false},
       {"by call", true, 8, close, [&] { drawer->closeDrawer(true); }, false},
-      {"tap beside it", true, 8, close,
-       [&] {
-         phone.tapAt({300, 80});
-       },
-       false},
-      {"swipe on it", true, 8, close,
-       [&] {
-         phone.swipe({200, 300}, {20, 300});
-       },
-       false},
-      {"swipe beside it", true, 8, close,
-       [&] {
-         phone.swipe({310, 300}, {120, 300});
-       },
-       false},
-      {"no closing by the mask", true, 8, 0,
-       [&] {
-         phone.swipe({200, 300}, {20, 300});
-       },
-       true},
-      {"swipe to the wrong side", true, 8, close,
-       [&] {
-         phone.swipe({20, 300}, {200, 300});
-       },
-       true},
+      {"tap beside it", true, 8, close, tapped({300, 80}), false},
+      {"swipe on it", true, 8, close, swiped({200, 300}, {20, 300}), false},
+      {"swipe beside it", true, 8, close, swiped({310, 300}, {120, 300}), false},
+      {"no closing by the mask", true, 8, 0, swiped({200, 300}, {20, 300}), true},
+      {"swipe to the wrong side", true, 8, close, swiped({20, 300}, {200, 300}), true},
       {"Escape", true, 8, close, [&] { phone.app.key(Key::Escape); }, false},
       {"Back", true, 8, close, [&] { phone.app.key(Key::Back); }, false},
       {"a finger that is cancelled half-way", true, 8, close,
@@ -321,11 +290,7 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
        true},
   };
   for (const auto& c : cases) {
-    if (c.startOpen)
-      drawer->openDrawer(DrawerSide::Left, false);
-    else
-      drawer->closeDrawer(false);
-    phone.pump.settle();
+    put(c.startOpen);
     drawer->openGestureMask = c.openMask;
     drawer->closeGestureMask = c.closeMask;
     log.clear();
@@ -345,11 +310,7 @@ TEST_F(DrawerTest, APullBeyondItsWidthStretchesItOnlyIfItMay) {
     drawer->shouldStretchDrawer = stretches;
     for (const bool startOpen : {false, true}) {
       SCOPED_TRACE(testing::Message() << "stretches " << stretches << " open " << startOpen);
-      if (startOpen)
-        drawer->openDrawer(DrawerSide::Left, false);
-      else
-        drawer->closeDrawer(false);
-      phone.pump.settle();
+      put(startOpen);
       const double from = startOpen ? 100 : 5;
       phone.app.pointer(PointerPhase::Began, 1, from, 300);
       phone.app.pointer(PointerPhase::Moved, 1, from + 50, 300);
@@ -429,8 +390,7 @@ TEST_F(DrawerTest, TapsAreForThePageTheyWereAimedAt) {
 }
 
 TEST_F(DrawerTest, ASecondTapOnTheMenuChoosesNothingOnItsWayOut) {
-  drawer->openDrawer(DrawerSide::Left, false);
-  phone.pump.settle();
+  put(true);
   log.clear();
   find(*phone.window, "#row")->setOnTap([this](View&) {
     log.push_back("row");
@@ -608,8 +568,7 @@ TEST_F(DrawerTest, TurningThePhoneMidSlideEndsInPlace) {
   drawer->openDrawer(DrawerSide::Left, false);
   drawer->closeDrawer(true);
   phone.pump.advance(50);
-  phone.screen.setSize({568, 320});
-  phone.app.screenChanged();
+  phone.turn({568, 320});
   phone.pump.settle();
   EXPECT_TRUE(menu->view().hidden());
   drawer->openDrawer(DrawerSide::Left, true);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/ui/controls/label.h"
 #include "tests/support/headless_phone.h"

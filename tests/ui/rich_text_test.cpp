@@ -84,8 +84,7 @@ TEST(RichText, IconsAreNotReadAloud) {
 
 TEST(HtmlText, ReadsAsAPersonWould) {
   const struct {
-    const char* html;
-    const char* text;
+    const char *html, *text;
   } cases[] = {
       {"<p>Uno</p>\n  <p>due <b>tre</b></p>", "Uno\ndue tre"},
       {"<html><head><title>T</title><style>p{}</style></head><body>x</body></html>", "x"},

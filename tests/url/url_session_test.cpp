@@ -325,8 +325,7 @@ TEST_F(UrlSessionTest, SendsARequestOnceWhateverTheCodingOfItsAnswer) {
 TEST_F(UrlSessionTest, FollowsRedirectsAsTheirStatusAsks) {
   const struct {
     int status;
-    const char* method;
-    const char* then;
+    const char *method, *then;
     bool keepsBody;
   } cases[] = {
       {301, "GET", "GET", false},  {301, "POST", "GET", false},   {302, "POST", "GET", false},
@@ -397,8 +396,7 @@ TEST_F(UrlSessionTest, EndsRedirectsThatLeadNowhereGood) {
     }
   });
   const struct {
-    const char* path;
-    const char* error;
+    const char *path, *error;
   } cases[] = {{"/loop", "too many HTTP redirects"},
                {"/fat", "too many HTTP redirects"},
                {"/file", "The server redirects to an unsupported URL."}};
@@ -426,8 +424,7 @@ TEST_F(UrlSessionTest, JudgesServersByTheirCertificates) {
   const auto otherName = "https://localhost:" + std::to_string(nginx.tlsPort());
   const struct {
     std::string trusted, url;
-    const char* error;
-    const char* body;
+    const char *error, *body;
   } cases[] = {
       {nginx.certificate(), nginx.tlsUrl(), "", "HTTP/2.0"},
       {nginx.certificate(), otherName, "no alternative certificate subject name matches", ""},
@@ -476,8 +473,7 @@ TEST_F(UrlSessionTest, AnswersAChallengeOnce) {
     SCOPED_TRACE(scheme);
     const auto url = town.url() + "/_auth/" + scheme;
     const struct {
-      std::string name;
-      std::string url;
+      std::string name, url;
       const char* method;
       int status;
       std::size_t requests;

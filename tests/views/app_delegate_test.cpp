@@ -58,7 +58,7 @@ class MainModule final : public Module<MainModule> {
   bool failAtStart = false;
 };
 
-class AppDelegateTest : public testing::Test {
+class AppDelegateTest : public testing::Test, protected testing_support::HeadlessPhone {
  protected:
   AppDelegateTest() { main.trace.clear(); }
   ~AppDelegateTest() override {
@@ -82,11 +82,6 @@ class AppDelegateTest : public testing::Test {
     return map;
   }
 
-  testing_support::TestPlatform test;
-  headless::HeadlessScreen screen;
-  headless::FixedTextEngine text;
-  ui::Application app{screen, text};
-  headless::HeadlessPump pump{test.platform(), test.clock(), screen, app};
   MainModule& main = registered();
   KesAppDelegate delegate;
 };
@@ -105,8 +100,9 @@ TEST_F(AppDelegateTest, LaunchStartsTheMainModuleBeforeTheWindowIsShown) {
   other.Initialize(main.bi(), "other");
   main.app.setKeyController(other);
   EXPECT_TRUE(main.app.KeyController() == other.object());
-  EXPECT_EQ(failure([&] { main.app.setKeyController("x"); }),
-            "Expected: UIViewController, object type: " + KesCommon::GetType("x").str());
+  EXPECT_EQ(thrownBy([&] { main.app.setKeyController("x"); }),
+            "Invalid object type|Expected: UIViewController, object type: " +
+                KesCommon::GetType("x").str());
   main.app.setKeyController(main.page);
 }
 
@@ -119,7 +115,7 @@ TEST_F(AppDelegateTest, WithoutOptionsAnEmptyMapIsFiled) {
 
 TEST_F(AppDelegateTest, AFaultAtTheStartPassesThrough) {
   main.failAtStart = true;
-  EXPECT_EQ(failure([&] { delegate.didFinishLaunching(); }), "nessun avvio");
+  EXPECT_EQ(thrownBy([&] { delegate.didFinishLaunching(); }), "nessun avvio");
   EXPECT_TRUE(delegate.window()->hidden());
   main.failAtStart = false;
 }

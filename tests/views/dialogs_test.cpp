@@ -107,7 +107,7 @@ TEST_F(DialogsTest, AGuardHidesTheOverlayHoweverTheSubEnds) {
   }
   owner->load("fault");
   EXPECT_TRUE(hud().progressShown());
-  EXPECT_EQ(failure([&] { raise("msg_go"); }), "rotto");
+  EXPECT_EQ(thrownBy([&] { raise("msg_go"); }), "rotto");
   EXPECT_FALSE(hud().progressShown()) << "it failed";
   owner->load("end");
   EXPECT_TRUE(hud().progressShown());
@@ -116,15 +116,14 @@ TEST_F(DialogsTest, AGuardHidesTheOverlayHoweverTheSubEnds) {
 }
 
 TEST_F(DialogsTest, ACustomDialogAnswersWithItsResult) {
-  EXPECT_EQ(failure([&] { dialog.ShowAsync(owner->bi(), "t", "", "", "", true); }),
+  EXPECT_EQ(thrownBy([&] { dialog.ShowAsync(owner->bi(), "t", "", "", "", true); }),
             "Object was not initialized (SCLAlertView)");
-  struct Case {
+  const struct {
     bool cancelable;
     std::function<void(DialogsTest&)> act;
     Trace trace;
     std::int32_t result;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {false, [](auto& t) { t.press(0); }, {"result -1"}, iCustomDialog::RESULT_POSITIVE},
       {false, [](auto& t) { t.press(1); }, {"result -3"}, iCustomDialog::RESULT_CANCEL},
       {true,

@@ -48,7 +48,7 @@ TEST(LayoutFile, EveryTypeOfValueIsReadAsDescribed) {
   const std::pair<int, const char*> unknown[] = {{0, "0"}, {8, "8"}, {11, "11"}, {200, "-56"}};
   for (const auto& [tag, shown] : unknown) {
     auto in = streamOf(Bytes(4, '\0') + static_cast<char>(tag) + Bytes(20, '\0'));
-    EXPECT_EQ(failure([&] { in.readMap(table); }), std::string("Unknown type: ") + shown);
+    EXPECT_EQ(thrownBy([&] { in.readMap(table); }), std::string("Unknown type: ") + shown);
   }
 }
 
@@ -58,13 +58,13 @@ TEST(LayoutFile, AShortStreamReadsAsNothingAndEndsAsAnUnknownType) {
   EXPECT_TRUE(in.atEnd());
   EXPECT_EQ(in.readByte(), -1);
   EXPECT_EQ(in.readLong(), 0);
-  EXPECT_EQ(failure([&] { in.readMap({}); }), "Unknown type: -1");
+  EXPECT_EQ(thrownBy([&] { in.readMap({}); }), "Unknown type: -1");
 }
 
 TEST(LayoutFile, PromisesOfSizeAreNotBelieved) {
   const auto expectFailure = [](const Bytes& bytes, auto read, const char* text) {
     auto in = streamOf(bytes);
-    EXPECT_THAT(failure([&] { read(in); }), HasSubstr(text));
+    EXPECT_THAT(thrownBy([&] { read(in); }), HasSubstr(text));
   };
   Bytes negative, huge;
   putInt(negative, -1);
@@ -111,7 +111,7 @@ TEST(LayoutFile, PromisesOfSizeAreNotBelieved) {
     deep += '\x03';
   }
   auto in = streamOf(deep);
-  EXPECT_THAT(failure([&] { in.readMap({Text("k")}); }), HasSubstr("nested deeper"));
+  EXPECT_THAT(thrownBy([&] { in.readMap({Text("k")}); }), HasSubstr("nested deeper"));
 }
 
 constexpr char kSomebody[] = "Somebody";
@@ -170,11 +170,11 @@ TEST_F(DamagedLayout, NoPrefixLoadsAndNoneCrashes) {
   for (std::size_t n = 0; n < bytes.size(); ++n)
     EXPECT_FALSE(loads(bytes.substr(0, n))) << n << " bytes";
   EXPECT_TRUE(loads(bytes + "rest"));
-  EXPECT_EQ(failure([&] {
+  EXPECT_EQ(thrownBy([&] {
               phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil", "");
               page.RootPanel().LoadLayout("t", nullptr);
             }),
-            "Unknown type: -1");
+            "t.kil|Unknown type: -1");
   EXPECT_TRUE(phone.test.logged("Layout file t.kil is damaged: Unknown type: -1"));
 }
 
@@ -192,7 +192,7 @@ TEST_F(DamagedLayout, NoAlteredByteCrashes) {
 }
 
 TEST_F(DamagedLayout, AMissingFileIsNamed) {
-  const std::string text = failure([&] { page.RootPanel().LoadLayout("LayNiente", nullptr); });
+  const std::string text = thrownBy([&] { page.RootPanel().LoadLayout("LayNiente", nullptr); });
   EXPECT_THAT(text, testing::StartsWith("Error opening stream: "));
   EXPECT_THAT(text, HasSubstr("layniente.kil"));
   Bytes none;

@@ -81,10 +81,9 @@ TEST(LayoutTools, WhatWasCompiledPrintsToASourceOfTheSameBytes) {
 
 TEST(LayoutTools, FaultsNameTheLineAndWhatIsWrong) {
   const std::string frame = "\n  frame: left 0 right 0, top 0 bottom 0\n";
-  struct Case {
+  const struct {
     std::string source, message;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"", "t:1: the layout needs a variant"},
       {"variant 320", "t:1: expected a size"},
       {"variant 0x5", "t:1: expected a size"},

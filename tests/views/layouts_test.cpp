@@ -148,13 +148,12 @@ TEST_F(LayoutsTest, DistanceOfAVariantToTheScreen) {
 
 TEST_F(LayoutsTest, TheVariantChosenIsKeptBetweenLayouts) {
   auto& s = KesLayoutBuilder::state();
-  struct Case {
+  const struct {
     const char* what;
     std::vector<KesLayoutValues> variants;
     KesLayoutValues chosen;
     int index;
-  };
-  const Case cases[] = {
+  } cases[] = {
       // on 320x568, one after the other
       {"the very first is taken whatever it is", {{900, 900}}, {900, 900}, 0},
       {"ties stay with the earlier", {{320, 500}, {320, 500}, {320, 400}}, {320, 500}, 0},
@@ -172,13 +171,12 @@ TEST_F(LayoutsTest, TheVariantChosenIsKeptBetweenLayouts) {
 }
 
 TEST_F(LayoutsTest, AnchorsHoldAViewAtItsEdgesAndScaleLeavesTheParentAlone) {
-  struct Case {
+  const struct {
     float left, width;
     int anchor;
     float scale;
     double x, w;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {10, 100, 0, 1, 10, 100},   {10, 100, 1, 1, 210, 100},    {10, 10, 2, 1, 10, 300},
       {10, 10, 2, 1.2f, 12, 296}, {10, 100, 1, 1.2f, 188, 120}, {10, 100, 0, 1.2f, 12, 120},
       {-10, 0, 2, 1, -10, 330},   {10, 100, 7, 1, 10, 100},
@@ -312,11 +310,11 @@ panel kex
   phone.pump.drain();
   EXPECT_EQ(owner->clicks, 1);
 
-  EXPECT_EQ(failure([&] {
+  EXPECT_EQ(thrownBy([&] {
               load("wrong",
                    "variant 320x480\nlabel wrong\n  frame: left 0 width 1, top 0 height 1");
             }),
-            "Expected: UITextField, object type: UILabel");
+            "Invalid object type|Expected: UITextField, object type: UILabel");
 }
 
 TEST_F(LayoutsTest, AnUnknownKindOfViewIsLeftOutWithItsChildren) {
@@ -387,11 +385,11 @@ custom any
                 [](const auto& e) { return e.key == "customType"; });
   phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil",
                    layouts::toBytes(layout));
-  EXPECT_EQ(failure([&] { panel.LoadLayout("t", owner->bi()); }),
+  EXPECT_EQ(thrownBy([&] { panel.LoadLayout("t", owner->bi()); }),
             "CustomView CustomType property was not set.");
   std::string unknown(source);
   unknown.replace(unknown.rfind("NativeBadge"), 11, "NotThere");
-  EXPECT_EQ(failure([&] { load("unknown", unknown.c_str()); }),
+  EXPECT_EQ(thrownBy([&] { load("unknown", unknown.c_str()); }),
             "CustomView class not found: NotThere");
 }
 

@@ -1,40 +1,13 @@
-// What a row of a list costs, counted at the allocator for the whole program.
-#include <malloc.h>
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
+// What a row of a list costs.
 #include "runtime/views/wrappers/kex_view_wrapper.h"
 #include "runtime/views/wrappers/label_wrapper.h"
+#include "tests/support/live_bytes.h"
 #include "views_fixture.h"
-
-namespace {
-std::atomic<long long> g_live{0};
-
-void* take(std::size_t size) {
-  void* p = std::malloc(size);
-  if (!p) std::abort();
-  g_live += static_cast<long long>(malloc_usable_size(p));
-  return p;
-}
-void give(void* p) noexcept {
-  if (p) g_live -= static_cast<long long>(malloc_usable_size(p));
-  std::free(p);
-}
-}  // namespace
-
-void* operator new(std::size_t size) { return take(size); }
-void* operator new[](std::size_t size) { return take(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return take(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return take(size); }
-void operator delete(void* p) noexcept { give(p); }
-void operator delete[](void* p) noexcept { give(p); }
-void operator delete(void* p, std::size_t) noexcept { give(p); }
-void operator delete[](void* p, std::size_t) noexcept { give(p); }
 
 namespace kes {
 namespace {
+
+using testing_support::liveBytes;
 
 class RowOwner final : public KesClass {
  public:
@@ -66,17 +39,17 @@ TEST(ListRows, TakeUnderTwoKibibytesBesideTheirTextAndGiveItBack) {
   phone.pump.drain();
   page.RootPanel().RemoveAllViews();
   phone.pump.drain();
-  const auto before = g_live.load();
+  const auto before = liveBytes.load();
   constexpr int kRows = 1000;
   for (int i = 0; i < kRows; ++i) addRow(i * 52.0);
   phone.pump.drain();
-  const auto row = (g_live.load() - before) / kRows;
+  const auto row = (liveBytes.load() - before) / kRows;
   EXPECT_LT(row, 2048);
   EXPECT_GT(row, 3 * static_cast<long long>(sizeof(ui::View)) / 2) << "the counter sees nothing";
   RecordProperty("bytes", static_cast<int>(row));
   page.RootPanel().RemoveAllViews();
   phone.pump.drain();
-  EXPECT_LT(g_live.load() - before, 64 * 1024) << "rows that are gone still take room";
+  EXPECT_LT(liveBytes.load() - before, 64 * 1024) << "rows that are gone still take room";
 }
 
 }  // namespace

@@ -92,13 +92,12 @@ TEST_F(PagesTest, AStackNeverHoldsAPageTwice) {
 }
 
 TEST_F(PagesTest, OnlyAPageWithoutABarLeavesRoomForTheStatusBar) {
-  struct Case {
+  const struct {
     const char* what;
     bool bar;
     ui::Size screen;
     double top, height, center;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"bar shown", true, {320, 568}, 0, 504, 252},
       {"no bar", false, {320, 568}, 20, 548, 294},
       {"no bar, turned", false, {568, 320}, 20, 300, 170},
@@ -264,7 +263,7 @@ TEST_F(PagesTest, TheDrawerIsReachedByNameAndByItsMasks) {
   KesPage left, none;
   left.Initialize(owner->bi(), "lp");
   KesSideMenuController drawer;
-  EXPECT_EQ(failure([&] { drawer.OpenLeftMenu(); }),
+  EXPECT_EQ(thrownBy([&] { drawer.OpenLeftMenu(); }),
             "Object was not initialized (MMDrawerController)");
   drawer.Initialize(left, nav, none);
   EXPECT_EQ(drawer.native()->closeGestureMask, 68);
@@ -276,7 +275,7 @@ TEST_F(PagesTest, TheDrawerIsReachedByNameAndByItsMasks) {
   KesNativeObject byName = KesNativeObject::fromBoxed(drawer);
   byName.SetField("shouldStretchDrawer", false);
   EXPECT_FALSE(drawer.native()->shouldStretchDrawer);
-  EXPECT_THAT(failure([&] { byName.SetField("niente", 1); }),
+  EXPECT_THAT(thrownBy([&] { byName.SetField("niente", 1); }),
               HasSubstr("Method not found: niente"));
 
   KesBarButtonItemWrapper button = drawer.CreateBarButton("left");

@@ -37,13 +37,12 @@ using RichText = ViewsTest;
 
 TEST_F(RichText, SpansAreAppliedWhenTheOutermostClosesInnerOverOuter) {
   const auto red = KesColors::Red, blue = KesColors::Blue;
-  struct Case {
+  const struct {
     const char* what;
     std::function<void(KesCSBuilder&)> build;
     const char* text;
     Trace runs;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"no span", [](auto& b) { b.Append("ciao").PopAll(); }, "ciao", {}},
       {"inner colour wins inside, outer around it",
        [=](auto& b) {
@@ -96,10 +95,10 @@ TEST_F(RichText, SpansAreAppliedWhenTheOutermostClosesInnerOverOuter) {
 
 TEST_F(RichText, OnlyAnUnknownAlignmentFails) {
   KesCSBuilder builder;
-  EXPECT_EQ(failure([&] { builder.Append("x"); }),
+  EXPECT_EQ(thrownBy([&] { builder.Append("x"); }),
             "Object was not initialized (NSMutableAttributedString)");
   builder.Initialize();
-  EXPECT_EQ(failure([&] { builder.Alignment("LEFT"); }), "Invalid alignment: LEFT");
+  EXPECT_EQ(thrownBy([&] { builder.Alignment("LEFT"); }), "Invalid alignment: LEFT");
   for (const char* name : {"ALIGN_LEFT", "ALIGN_CENTER", "ALIGN_RIGHT"}) builder.Alignment(name);
   EXPECT_EQ(builder.Append("ab").PopAll().Length(), 2);
   EXPECT_EQ(runsOf(builder), Trace{"0-2 align=2"}) << "the innermost";
@@ -126,8 +125,8 @@ TEST_F(RichText, ARichStringSetsAttributesByRange) {
             (Trace{"0-1 underline=1 kern=2", "1-2 underline=1", "2-3 size=12 underline=1",
                    "3-4 size=12", "4-5 color=FFFF0000 size=12", "5-8 color=FFFF0000"}));
   for (const auto& [start, end] : {std::pair{-1, 2}, {3, 2}, {0, 9}})
-    EXPECT_THAT(failure([&] { string->_color(0, start, end); }), HasSubstr("length 8"));
-  EXPECT_EQ(failure([&] { string->_addattribute("NSNiente", 1, 0, 1); }),
+    EXPECT_THAT(thrownBy([&] { string->_color(0, start, end); }), HasSubstr("length 8"));
+  EXPECT_EQ(thrownBy([&] { string->_addattribute("NSNiente", 1, 0, 1); }),
             "Invalid attribute: NSNiente");
   KesLabelWrapper label;
   label.Initialize(nullptr, "");

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "runtime/core/module.h"
 #include "runtime/data/register_data.h"
@@ -11,6 +10,7 @@
 #include "runtime/views/layout/layout_builder.h"
 #include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/label_wrapper.h"
+#include "tests/support/failures.h"
 #include "tests/support/headless_phone.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
@@ -20,19 +20,9 @@ namespace kes {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing_support::thrownBy;
 
 using Trace = std::vector<std::string>;
-
-// Text of a failing call, or "" when it did not fail.
-template <class F>
-std::string failure(F&& f) {
-  try {
-    f();
-  } catch (const KesException& e) {
-    return e.reason().str();
-  }
-  return "";
-}
 
 // Layouts are compiled in place, under the name given.
 inline void writeLayout(const std::string& name, std::string_view source) {

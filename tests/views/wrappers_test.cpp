@@ -119,21 +119,21 @@ TEST_F(WrappersTest, GeometryKeepsTheEdgeThatIsNotChanged) {
 
 TEST_F(WrappersTest, AWrapperWithoutAViewSaysWhichKindItWants) {
   const std::pair<std::string, std::string> cases[] = {
-      {failure([] { KesLabelWrapper().setText("x"); }), "UILabel"},
-      {failure([] { KesPanelWrapper().RemoveAllViews(); }), "KesPanelView"},
-      {failure([] { KesPage().setTitle("x"); }), "UIViewController"},
-      {failure([] { KexViewWrapper().setLeft(1); }), "UIView"},
+      {thrownBy([] { KesLabelWrapper().setText("x"); }), "UILabel"},
+      {thrownBy([] { KesPanelWrapper().RemoveAllViews(); }), "KesPanelView"},
+      {thrownBy([] { KesPage().setTitle("x"); }), "UIViewController"},
+      {thrownBy([] { KexViewWrapper().setLeft(1); }), "UIView"},
   };
   for (const auto& [text, kind] : cases)
     EXPECT_EQ(text, "Object was not initialized (" + kind + ")");
   const Value label = ui::makeShared<ui::Label>();
-  EXPECT_EQ(failure([&] { KesButtonWrapper::fromBoxed(label); }),
-            "Expected: UIButton, object type: UILabel");
-  EXPECT_EQ(failure([&] { KesControlWrapper::fromBoxed(label); }),
-            "Expected: UIControl, object type: UILabel");
-  EXPECT_EQ(failure([&] { KexViewWrapper::fromBoxed(label).ScrollViewOffsetY(); }),
-            "Expected: UIScrollView, object type: UILabel");
-  EXPECT_THAT(failure([&] { page.RootPanel().GetView(0); }), HasSubstr("0 views"));
+  EXPECT_EQ(thrownBy([&] { KesButtonWrapper::fromBoxed(label); }),
+            "Invalid object type|Expected: UIButton, object type: UILabel");
+  EXPECT_EQ(thrownBy([&] { KesControlWrapper::fromBoxed(label); }),
+            "Invalid object type|Expected: UIControl, object type: UILabel");
+  EXPECT_EQ(thrownBy([&] { KexViewWrapper::fromBoxed(label).ScrollViewOffsetY(); }),
+            "Invalid object type|Expected: UIScrollView, object type: UILabel");
+  EXPECT_THAT(thrownBy([&] { page.RootPanel().GetView(0); }), HasSubstr("0 views"));
 }
 
 TEST_F(WrappersTest, ColoursReachThePageBehindAndSpareTheReservedOne) {
@@ -277,12 +277,11 @@ TEST_F(WrappersTest, AWebViewAsksBeforeItFollowsALink) {
   phone.pump.drain();
   owner->trace.clear();
   const std::string assets = "file://" + phone.test.folders().assets;
-  struct Case {
+  const struct {
     std::string url;
     Value answer;
     bool goesOn, asked;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"http://varlo.example/", {}, true, true},    {"http://varlo.example/", false, true, true},
       {"http://varlo.example/", true, false, true}, {assets, true, true, false},
       {assets + "/altro.html", true, false, true},
@@ -306,20 +305,19 @@ TEST_F(WrappersTest, ATableShowsItsRowsAfterReloadAndGivesThemBack) {
   EXPECT_THAT(happened(), ElementsAre("row 0/0"));
   EXPECT_TRUE(table.GetItem(0, 0).Tag() == Value(7));
   EXPECT_TRUE(table.GetItem(0, 1).PlainText() == "Via del Po");
-  EXPECT_THAT(failure([&] { table.GetItem(0, 2); }), HasSubstr("2 rows"));
+  EXPECT_THAT(thrownBy([&] { table.GetItem(0, 2); }), HasSubstr("2 rows"));
   table.Clear();
   table.ReloadAll();
   EXPECT_EQ(table.Size(), 0);
 }
 
 TEST_F(WrappersTest, FontsComeFromTheDesignersMap) {
-  struct Case {
+  const struct {
     const char* source;
     float scale;
     ui::Font font;
     const char* text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"system 16", 1, ui::Font::system(16), "x"},
       {"bold 10", 1.5f, ui::Font::bold(15), "x"},
       {"italic 13", 1, ui::Font::italic(13), "x"},
