@@ -110,7 +110,8 @@ void* PageAccessible::interface_cast(QAccessible::InterfaceType type) {
 QStringList PageAccessible::actionNames() const {
   auto* in = inner();
   auto* act = in ? in->actionInterface() : nullptr;
-  QStringList names = act ? act->actionNames() : QStringList();
+  if (!act) return {};
+  QStringList names = act->actionNames();
   if (names.contains(setFocusAction()) && pressKeyOf(in->role())) names.prepend(pressAction());
   return names;
 }
