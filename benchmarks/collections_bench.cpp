@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <random>
 
+#include "runtime/core/language/regex.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/regex.h"
 
 using namespace kes;
 

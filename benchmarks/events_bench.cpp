@@ -10,7 +10,7 @@
 
 #include "events_bench_peer.h"
 #include "platform/base/platform.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 
 namespace {
 

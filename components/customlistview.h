@@ -11,8 +11,8 @@
 
 #include <optional>
 
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
-#include "runtime/core/module.h"
 #include "runtime/views/richtext/cs_builder.h"
 #include "runtime/views/wrappers/kex_view_wrapper.h"
 #include "runtime/views/wrappers/label_wrapper.h"

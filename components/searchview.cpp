@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/views/base/device.h"
 #include "runtime/views/richtext/cs_builder.h"
 #include "runtime/views/richtext/rich_string.h"

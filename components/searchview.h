@@ -9,9 +9,9 @@
 #pragma once
 
 #include "components/itemsv.h"
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
 #include "runtime/views/wrappers/label_wrapper.h"
 #include "runtime/views/wrappers/panel_wrapper.h"
 #include "runtime/views/wrappers/table_view_wrapper.h"

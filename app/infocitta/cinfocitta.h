@@ -3,9 +3,9 @@
 // that the entity page shows. Main thread.
 #pragma once
 
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
 
 namespace varlo {
 

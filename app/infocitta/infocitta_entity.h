@@ -5,7 +5,7 @@
 
 #include "app/kit/records.h"
 #include "components/customlistview.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/views/wrappers/label_wrapper.h"
 
 namespace varlo {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace varlo {
 

@@ -1,6 +1,6 @@
 #include "app/kit/sorttype.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace varlo {
 

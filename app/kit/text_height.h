@@ -2,7 +2,7 @@
 // size; never less than it was designed. Main thread.
 #pragma once
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/views/base/device.h"
 
 namespace varlo {

@@ -2,7 +2,7 @@
 
 #include "app/messaging/analytics_sink.h"
 #include "platform/base/platform.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace varlo {
 

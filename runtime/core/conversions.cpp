@@ -3,7 +3,7 @@
 #include "runtime/core/array.h"
 #include "runtime/core/exception.h"
 #include "runtime/core/list.h"
-#include "runtime/core/number_text.h"
+#include "runtime/core/text/number_text.h"
 
 namespace kes {
 

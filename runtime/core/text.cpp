@@ -13,8 +13,8 @@
 #include "runtime/core/exception.h"
 #include "runtime/core/kes.h"
 #include "runtime/core/slab.h"
+#include "runtime/core/text/utf8.h"
 #include "runtime/core/text_marks.h"
-#include "runtime/core/utf8.h"
 
 namespace kes {
 

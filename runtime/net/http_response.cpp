@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 

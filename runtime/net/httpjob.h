@@ -13,8 +13,8 @@
 // _postfile and _postmultipart throw what the file service throws. Main thread.
 #pragma once
 
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
-#include "runtime/core/module.h"
 #include "runtime/data/files/bitmap.h"
 #include "runtime/net/httputils2service.h"
 #include "runtime/net/multipart_file_data.h"

@@ -5,7 +5,7 @@
 // instance(); jobs use it, features don't. Main thread.
 #pragma once
 
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/net/http.h"
 
 namespace kes {

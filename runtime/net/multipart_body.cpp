@@ -1,6 +1,6 @@
 #include "runtime/net/multipart_body.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/files/file.h"
 
 namespace kes {

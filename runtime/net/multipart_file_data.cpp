@@ -1,6 +1,6 @@
 #include "runtime/net/multipart_file_data.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 

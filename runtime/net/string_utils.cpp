@@ -1,6 +1,6 @@
 #include "runtime/net/string_utils.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 

@@ -4,9 +4,9 @@
 
 #include "runtime/core/array.h"
 #include "runtime/core/class_table.h"
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
 
 using namespace kes;
 

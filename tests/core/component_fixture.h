@@ -9,7 +9,7 @@
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "tests/support/failures.h"
 
 class ComponentTest : public testing::Test {

@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "runtime/core/exception.h"
-#include "runtime/core/string_builder.h"
+#include "runtime/core/language/string_builder.h"
 #include "runtime/core/text.h"
 #include "runtime/core/value.h"
 

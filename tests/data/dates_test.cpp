@@ -1,6 +1,6 @@
 #include "data_fixture.h"
 #include "runtime/core/class_table.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/dates/platform_date.h"
 
 using kes::DateTime;

@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "data_fixture.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/dates/platform_date.h"
 #include "runtime/data/files/file.h"
 #include "runtime/data/serialized/random_access_file.h"

@@ -7,8 +7,8 @@
 
 #include "data_fixture.h"
 #include "runtime/core/array.h"
-#include "runtime/core/common.h"
-#include "runtime/core/string_builder.h"
+#include "runtime/core/language/common.h"
+#include "runtime/core/language/string_builder.h"
 #include "runtime/data/json/json_generator.h"
 #include "runtime/data/json/json_parser.h"
 #include "runtime/data/json/json_reader.h"

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "platform/base/platform.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/data/framing/async_streams.h"
 #include "target.h"
 

@@ -1,5 +1,5 @@
 // Three lines: pattern, text and replacement, after a byte of options.
-#include "runtime/core/regex.h"
+#include "runtime/core/language/regex.h"
 #include "target.h"
 
 using kes::KesRegex;

@@ -3,7 +3,7 @@
 
 #include "platform/headless/fixed_text_engine.h"
 #include "platform/headless/headless_pump.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/maps/google_map.h"
 #include "runtime/maps/register_maps.h"
 #include "runtime/views/app/services.h"

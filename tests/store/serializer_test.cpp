@@ -1,6 +1,6 @@
 #include "runtime/data/serialized/serializer.h"
 
-#include "runtime/core/string_builder.h"
+#include "runtime/core/language/string_builder.h"
 #include "runtime/data/bytes/byte_converter.h"
 #include "runtime/data/bytes/compressed_streams.h"
 #include "store_support.h"

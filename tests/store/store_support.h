@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "runtime/core/array.h"
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
 #include "tests/support/failures.h"
 #include "tests/support/test_platform.h"
 

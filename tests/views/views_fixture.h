@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/data/register_data.h"
 #include "runtime/views/app/app_delegate.h"
 #include "runtime/views/app/services.h"

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/bytes/byte_range.h"
 
 namespace kes {

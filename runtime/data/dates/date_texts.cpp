@@ -1,6 +1,6 @@
 #include "runtime/data/dates/date_texts.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/dates/date_time.h"
 
 namespace kes {

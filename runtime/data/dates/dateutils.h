@@ -6,8 +6,8 @@
 // for the life of the process.
 #pragma once
 
+#include "runtime/core/language/module.h"
 #include "runtime/core/list.h"
-#include "runtime/core/module.h"
 #include "runtime/data/dates/period.h"
 
 namespace kes {

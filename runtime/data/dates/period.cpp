@@ -1,6 +1,6 @@
 #include "runtime/data/dates/period.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 

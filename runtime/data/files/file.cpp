@@ -12,7 +12,7 @@
 #include <optional>
 
 #include "platform/base/platform.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/platform_date.h"
 #include "runtime/data/files/system_error.h"

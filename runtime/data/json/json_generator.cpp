@@ -9,7 +9,7 @@
 
 #include "runtime/core/array.h"
 #include "runtime/core/kes.h"
-#include "runtime/core/string_builder.h"
+#include "runtime/core/language/string_builder.h"
 
 namespace kes {
 

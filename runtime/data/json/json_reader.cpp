@@ -9,7 +9,7 @@
 #include "platform/base/utf8.h"
 #include "runtime/core/array_store.h"
 #include "runtime/core/map.h"
-#include "runtime/core/utf8.h"
+#include "runtime/core/text/utf8.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>

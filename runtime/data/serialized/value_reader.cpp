@@ -2,7 +2,7 @@
 
 #include "runtime/core/array.h"
 #include "runtime/core/class_table.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
 #include "runtime/data/serialized/serialized_format.h"

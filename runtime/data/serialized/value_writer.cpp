@@ -5,11 +5,11 @@
 
 #include "runtime/core/array.h"
 #include "runtime/core/class_table.h"
+#include "runtime/core/language/module.h"
+#include "runtime/core/language/string_builder.h"
 #include "runtime/core/list.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
-#include "runtime/core/string_builder.h"
-#include "runtime/core/utf8_out.h"
+#include "runtime/core/text/utf8_out.h"
 #include "runtime/data/serialized/serialized_format.h"
 
 namespace kes {

@@ -8,7 +8,7 @@
 // as a KesRandomAccessFile would write it, in big-endian order at position 0.
 #pragma once
 
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/data/files/bitmap.h"
 #include "runtime/data/store/sql.h"
 

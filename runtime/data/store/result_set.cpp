@@ -1,6 +1,6 @@
 #include "runtime/data/store/result_set.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "platform/base/log.h"
-#include "runtime/core/utf8_out.h"
+#include "runtime/core/text/utf8_out.h"
 
 namespace kes::sqlite {
 

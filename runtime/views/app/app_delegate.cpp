@@ -1,8 +1,8 @@
 #include "runtime/views/app/app_delegate.h"
 
 #include "runtime/core/array.h"
-#include "runtime/core/common.h"
-#include "runtime/core/module.h"
+#include "runtime/core/language/common.h"
+#include "runtime/core/language/module.h"
 #include "runtime/views/app/application_wrapper.h"
 
 namespace kes {

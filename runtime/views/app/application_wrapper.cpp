@@ -2,7 +2,7 @@
 
 #include "platform/ui/application.h"
 #include "platform/ui/values/link.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/views/app/app_delegate.h"
 #include "runtime/views/base/text_form.h"
 

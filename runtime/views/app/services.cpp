@@ -1,7 +1,7 @@
 #include "runtime/views/app/services.h"
 
 #include "platform/ui/application.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/dates/date_texts.h"
 #include "runtime/data/files/bitmap.h"
 #include "runtime/views/base/device.h"

@@ -1,7 +1,7 @@
 #include "runtime/views/layout/custom_view_wrapper.h"
 
+#include "runtime/core/language/module.h"
 #include "runtime/core/map.h"
-#include "runtime/core/module.h"
 #include "runtime/views/base/properties.h"
 
 #include "runtime/views/pages/view_controller.h"

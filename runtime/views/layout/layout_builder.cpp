@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "platform/ui/controls/text_holder.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/views/base/device.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/base/properties.h"

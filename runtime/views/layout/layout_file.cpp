@@ -1,6 +1,6 @@
 #include "runtime/views/layout/layout_file.h"
 
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/data/files/file.h"
 #include "runtime/views/layout/data_input_stream.h"
 

@@ -4,7 +4,7 @@
 // text throws KesException. Each operation returns the string itself. Main thread.
 #pragma once
 
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/richtext/attributed_string.h"
 #include "runtime/views/wrappers/label_wrapper.h"

@@ -1,7 +1,7 @@
 #include "runtime/views/wrappers/kex_view_wrapper.h"
 
 #include "platform/ui/application.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/views/base/properties.h"
 
 namespace kes {

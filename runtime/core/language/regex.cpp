@@ -1,4 +1,4 @@
-#include "runtime/core/regex.h"
+#include "runtime/core/language/regex.h"
 
 #include <unicode/uregex.h>
 

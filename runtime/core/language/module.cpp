@@ -1,4 +1,4 @@
-#include "runtime/core/module.h"
+#include "runtime/core/language/module.h"
 
 #include "platform/base/log.h"
 

@@ -10,7 +10,7 @@
 #pragma once
 
 #include "runtime/core/class_table.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 #include "runtime/core/resumable.h"
 
 namespace kes {

@@ -1,4 +1,4 @@
-#include "runtime/core/number_text.h"
+#include "runtime/core/text/number_text.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 #include <sys/random.h>
 
@@ -8,8 +8,8 @@
 #include "platform/base/log.h"
 #include "runtime/core/class_table.h"
 #include "runtime/core/container_walk.h"
-#include "runtime/core/module.h"
-#include "runtime/core/utf8_out.h"
+#include "runtime/core/language/module.h"
+#include "runtime/core/text/utf8_out.h"
 
 namespace kes {
 

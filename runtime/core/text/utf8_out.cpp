@@ -1,4 +1,4 @@
-#include "runtime/core/utf8_out.h"
+#include "runtime/core/text/utf8_out.h"
 
 #include <cstring>
 

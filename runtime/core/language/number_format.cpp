@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "runtime/core/common.h"
-#include "runtime/core/number_text.h"
+#include "runtime/core/language/common.h"
+#include "runtime/core/text/number_text.h"
 
 namespace kes {
 

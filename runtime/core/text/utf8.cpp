@@ -1,4 +1,4 @@
-#include "runtime/core/utf8.h"
+#include "runtime/core/text/utf8.h"
 
 #include <bit>
 #include <cstring>

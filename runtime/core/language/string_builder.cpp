@@ -1,4 +1,4 @@
-#include "runtime/core/string_builder.h"
+#include "runtime/core/language/string_builder.h"
 
 namespace kes {
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "platform/base/utf8.h"
-#include "runtime/core/common.h"
+#include "runtime/core/language/common.h"
 
 namespace kes {
 
