@@ -15,7 +15,7 @@ std::string act(const std::string& id, const std::string& more = "") {
          more + "}";
 }
 
-class Acts : public TownTest {
+class Acts : public LaunchedTest {
  protected:
   void open(const std::string& acts) {
     publish(kActsPath, acts);
@@ -25,35 +25,26 @@ class Acts : public TownTest {
 };
 
 TEST_F(Acts, ARowTellsTheRegisterTheDatesAndTheSubject) {
-  launch();
   open("[" + act("7") + "]");
   EXPECT_EQ(title(), "Storico Atti Varlo");
   EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Registro: 2017/12 Atto: 2016/3\n"
                                               "Data Registro: 05/11/2017 Data documento: \n"
                                               "Giunta\nDELIBERA\n\nStrade\n"));
-  const auto& label = static_cast<const ui::Label&>(app()._clv->_getpanel(0).GetView(0).view());
-  const auto at = [&](std::string_view part) {
-    return label.attributedText()
-        ->at(static_cast<std::uint32_t>(label.text().find(part)))
-        .font->size();
-  };
   const std::pair<const char*, double> sizes[] = {
       {"Registro", 10}, {"Data", 10}, {"Giunta", 10}, {"DELIBERA", 16}, {"Strade", 14}};
-  for (const auto& [part, size] : sizes) EXPECT_EQ(at(part), size) << part;
+  for (const auto& [part, size] : sizes)
+    EXPECT_EQ(sizeOf(labelOf(app()._clv, 0), part), size) << part;
 }
 
 TEST_F(Acts, BadActsCostTheirOwnRow) {
-  launch();
   open("[null," + act("1") + R"(,{"ID":2},)" + act("[]") + "," + act("4", R"(,"OGGETTO":{})") +
        ",7," + act("\"5\"") + "]");
   EXPECT_EQ(app()._clv->_getsize(), 2);
-  for (const char* line : {"storicoattidettjson, record 1: ", "record 3: \"REG_ANNO\"",
-                           "record 4: \"ID\"", "record 5: \"OGGETTO\"", "record 6: "})
-    EXPECT_TRUE(phone.test.logged(line)) << line;
+  expectLogged({"storicoattidettjson, record 1: ", "record 3: \"REG_ANNO\"", "record 4: \"ID\"",
+                "record 5: \"OGGETTO\"", "record 6: "});
 }
 
 TEST_F(Acts, TheSearchSendsTheTextAsItStandsAndOnlyWhenItIsAskedFor) {
-  launch();
   visit(kActs);
   EXPECT_EQ(app()._clv->_getsize(), 120);
   const auto search = [&](const char* text, const char* button) {
@@ -88,7 +79,6 @@ TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
   publish(
       kAttachmentsPath,
       R"([{"TITOLO":"Testo","LINK":"https://albo.varlo.example/1.pdf"},null,{"TITOLO":"Senza"}])");
-  launch();
   open("[" + act("20007.9") + "," + act("8") + "]");
   const auto list = app()._clv;
   ASSERT_TRUE(enter("Registro"));
@@ -104,8 +94,7 @@ TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
             deployment::hosts().acts.str() + "/web/albo/storico-atti/-/papca/display/20007");
 
   // Back on the list: a tap opens an act, and a search fills this list and not the other.
-  app()._navcontrol.RemoveCurrentPage();
-  settle();
+  goBack();
   app()._storicoatti_caricalista("");
   settle();
   EXPECT_EQ(list->_getsize(), 2);
@@ -114,7 +103,6 @@ TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
 }
 
 TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
-  launch();
   open("[" + act("7") + "]");
   host.faults().add(kAttachmentsPath, Fault::status(500));
   ASSERT_TRUE(enter("Registro"));
@@ -123,15 +111,13 @@ TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
   EXPECT_EQ(toast(), kNoConnection);
   host.faults().clear();
   publish(kAttachmentsPath, "[]");
-  app()._navcontrol.RemoveCurrentPage();
-  settle();
+  goBack();
   ASSERT_TRUE(enter("Registro"));
   EXPECT_TRUE(shows("Elenco documenti:"));
   EXPECT_TRUE(shows("Nessun elemento"));
 }
 
 TEST_F(Acts, TheSearchButtonGoesWithTheList) {
-  launch();
   visit(kActs);
   EXPECT_EQ(app()._home.TopRightButtons().Size(), 1);
   visit(kPharmacies);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kDayMenus = 5;
 
-class DayMenu : public TownTest {
+class DayMenu : public LaunchedTest {
  protected:
   static kes_menudelgiorno& module() { return kes_menudelgiorno::instance(); }
   void open(const std::string& page) {
@@ -38,7 +38,6 @@ class DayMenu : public TownTest {
 };
 
 TEST_F(DayMenu, TheListShowsEveryRestaurantAndEachOpensItsPage) {
-  launch();
   visit(kDayMenus);
   EXPECT_EQ(title(), "Menu del giorno");
   EXPECT_EQ(rowsOf(app()._clv).size(), 6u);
@@ -55,7 +54,6 @@ TEST_F(DayMenu, TheListShowsEveryRestaurantAndEachOpensItsPage) {
 }
 
 TEST_F(DayMenu, TheFirstPostOfTodayWithTheHashtagIsTheMenu) {
-  launch();
   const struct {
     std::string posts, shown;
   } cases[] = {
@@ -86,7 +84,6 @@ TEST_F(DayMenu, TheFirstPostOfTodayWithTheHashtagIsTheMenu) {
 }
 
 TEST_F(DayMenu, PicturesStandBelowTheTextInTheirProportion) {
-  launch();
   const auto attached = [&](const std::string& data) {
     openPosts(post("#menudelgiorno", R"(,"attachments":{"data":[)" + data + "]}"));
     return heights();
@@ -116,7 +113,6 @@ TEST_F(DayMenu, PicturesStandBelowTheTextInTheirProportion) {
 }
 
 TEST_F(DayMenu, ThePageThatCannotBeHadIsTold) {
-  launch();
   host.faults().add("/v2.9/", Fault::drop());
   open("{}");
   EXPECT_EQ(toast(), kNoConnection);

@@ -9,7 +9,7 @@ constexpr int kTownEvents = 30, kSport = 32;
 constexpr const char *kTownPage = "/v2.9/Comune.di.Varlo/events",
                      *kPicture = "/immagini/eventi/0.png";
 
-class Events : public TownTest {
+class Events : public LaunchedTest {
  protected:
   Ref<kes_customlistview> list() { return app()._clv; }
   std::string text(int row) {
@@ -43,7 +43,6 @@ TEST_F(Events, OneCardAnOccurrenceUntilTheDayAfterItsEnd) {
       {"id":"r3","start_time":"2017-11-24T08:00:00","end_time":"2017-11-24T13:00:00"},
       {"id":"r2","start_time":"2017-11-17T08:00:00","end_time":"2017-11-17T13:00:00"},
       {"id":"r1","start_time":"2017-11-10T08:00:00","end_time":"2017-11-10T13:00:00"}]}]})");
-  launch();
   visit(kTownEvents);
   EXPECT_EQ(title(), "Eventi - Comune di Varlo");
   EXPECT_THAT(ids(), ElementsAre("1", "2", "3", "r2", "5", "r3"));
@@ -70,7 +69,6 @@ TEST_F(Events, ABadEventCostsItsCardAtMost) {
     {"id":"f","name":"Volte strane","start_time":"2017-11-16T10:00:00","event_times":"no"},
     {"id":"g","name":"Una volta","start_time":"2017-11-01","event_times":[null,
       {"id":"g1","start_time":"2017-11-20T10:00:00"},{"id":"g2","start_time":{}}]}]})");
-  launch();
   visit(kTownEvents);
   EXPECT_THAT(cards(), ElementsAre("Luogo strano\n\n\n15/11/2017  10:00",
                                    "Fine strana\n\n\n16/11/2017  10:00\n01/12/2017",
@@ -79,7 +77,6 @@ TEST_F(Events, ABadEventCostsItsCardAtMost) {
 }
 
 TEST_F(Events, NothingToShowAndNothingToReachAreTold) {
-  launch();
   publish(kTownPage, R"({"data":[]})");
   visit(kTownEvents);
   EXPECT_EQ(toast(), "Nessun evento trovato");
@@ -104,7 +101,6 @@ TEST_F(Events, SportIsOneListOfAllClubsAsFarAsTheyCanBeReached) {
   publish("/v2.9/secondo/events",
           R"({"data":[{"id":"1","name":"Prima","start_time":"2017-11-18T10:00:00"}]})");
   publish("/v2.9/terzo/events", R"({"data":[]})");
-  launch();
   visit(kSport);
   EXPECT_EQ(title(), "Eventi - Associazioni sportive Varlo");
   EXPECT_THAT(cards(), ElementsAre("Prima\n\n\n18/11/2017  10:00\nSecondo",
@@ -116,7 +112,6 @@ TEST_F(Events, SportIsOneListOfAllClubsAsFarAsTheyCanBeReached) {
 }
 
 TEST_F(Events, TheTokenAndTheNameOfTheAppGoToTheGraphOnly) {
-  launch();
   host.requests().clear();
   visit(kTownEvents);
   int graph = 0;
@@ -144,7 +139,6 @@ TEST_F(Events, ACardKeepsItsSizeWhateverBecomesOfItsPicture) {
                          host.url() + R"(/_bytes/50"}},
     {"id":"3","name":"Mancante","start_time":"2017-11-15T12:00:00","cover":{"source":")" +
                          host.url() + R"(/niente.png"}}]})");
-  launch();
   visit(kTownEvents);
   ASSERT_EQ(list()->_getsize(), 3);
   for (int row = 0; row < 3; ++row) {

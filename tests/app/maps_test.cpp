@@ -13,7 +13,7 @@ constexpr const char* kCatalogue = "/InfoVarlo/mappe/master/mappe.json";
 constexpr const char* kRows = "/prova/righe.json";
 constexpr int kMaps = 60;
 
-class Maps : public TownTest {
+class Maps : public LaunchedTest {
  protected:
   static kes_modmaps& page() { return kes_modmaps::instance(); }
   // Opens a map whose rows are these; `more` is the rest of its description.
@@ -33,16 +33,9 @@ class Maps : public TownTest {
     return all;
   }
   static KesMarker marker(std::size_t i) { return KesMarker(*page()._gmap.native()->markers()[i]); }
-  Trace asked(const std::string& path) {
-    Trace targets;
-    for (const auto& request : host.requests().all())
-      if (request.path.starts_with(path)) targets.push_back(request.path);
-    return targets;
-  }
 };
 
 TEST_F(Maps, TheCatalogueLeadsToAMapOfTheTown) {
-  launch();
   visit(kMaps);
   EXPECT_EQ(title(), "Menu Mappe");
   EXPECT_THAT(rowsOf(app()._clv), testing::SizeIs(testing::Ge(6u)));
@@ -63,7 +56,6 @@ TEST_F(Maps, TheCatalogueLeadsToAMapOfTheTown) {
 }
 
 TEST_F(Maps, ARowThatIsBadCostsItselfAndALine) {
-  launch();
   open(R"([{"lat":45.24,"lon":10.04,"nome":"numeri"},
            {"lat":"45.241","lon":"10.041","nome":"testi"},
            {"lat":"45,8","lon":"10,1","nome":"virgole"},
@@ -79,14 +71,12 @@ TEST_F(Maps, ARowThatIsBadCostsItselfAndALine) {
            7, null, "testo",
            {"lat":45.25,"lon":10.05}])");
   EXPECT_THAT(markers(), ElementsAre("numeri", "testi", "zero", "polo", ""));
-  for (const char* line : {"Prova, record 3: ", "Prova, record 4: ", "Prova, record 7: Not a place",
-                           "Prova, record 10: stands at 0, 0", "Prova, record 12: "})
-    EXPECT_TRUE(phone.test.logged(line)) << line;
+  expectLogged({"Prova, record 3: ", "Prova, record 4: ", "Prova, record 7: Not a place",
+                "Prova, record 10: stands at 0, 0", "Prova, record 12: "});
   EXPECT_EQ(toast(), "");
 }
 
 TEST_F(Maps, AFilterShowsTheRowsThatAnyOfItsElementsFits) {
-  launch();
   const std::string rows = R"([{"lat":45,"lon":10,"nome":"a","tipo":"uno","n":1},
     {"lat":45,"lon":10,"nome":"b","tipo":"due","n":"1"},
     {"lat":45,"lon":10,"nome":"c","tipo":"UNO","n":2},
@@ -109,7 +99,6 @@ TEST_F(Maps, AFilterShowsTheRowsThatAnyOfItsElementsFits) {
 }
 
 TEST_F(Maps, OnlyThreeEntitiesAreDecodedInOrder) {
-  launch();
   open(R"([{"lat":45,"lon":10,"nome":"a","info":"l&apos;et&agrave; 1&deg; &amp;deg; &egrave;"},
            {"lat":45,"lon":10,"nome":"b"},{"lat":45,"lon":10,"nome":"c","info":12.5}])");
   EXPECT_EQ(Kes::ObjectToString(marker(0).Tag()).str(), "l'età 1° &amp;deg; &egrave;");
@@ -122,7 +111,6 @@ TEST_F(Maps, OnlyThreeEntitiesAreDecodedInOrder) {
 }
 
 TEST_F(Maps, TheDialogOfAMarkerLeadsThere) {
-  launch();
   open(R"([{"lat":45.5,"lon":10.25,"nome":"Qui","info":"Dettagli\nsu due righe"}])");
   for (const bool goes : {false, true}) {
     page()._gmap_infowindowclick(marker(0));
@@ -175,7 +163,6 @@ TEST_F(Maps, TheTokenGoesToTheServiceAndToNobodyElse) {
 }
 
 TEST_F(Maps, ARedirectToAnotherHostLosesTheToken) {
-  launch();
   town::TownHost other;
   other.documents().addFixed("/altrove.json", "application/json",
                              R"([{"lat":45,"lon":10,"nome":"altrove"}])");
@@ -190,7 +177,6 @@ TEST_F(Maps, ARedirectToAnotherHostLosesTheToken) {
 }
 
 TEST_F(Maps, WhatCannotBeHadLeavesAMapWithoutMarkersAndSaysSo) {
-  launch();
   host.faults().add(kRows, Fault::status(500));
   open("[]");
   EXPECT_EQ(toast(), "Errore in download dati");
@@ -212,7 +198,6 @@ TEST_F(Maps, WhatCannotBeHadLeavesAMapWithoutMarkersAndSaysSo) {
 
 // Two maps, the second opened while the first is still on its way.
 TEST_F(Maps, WhatComesLateDoesNotLandOnAnotherMap) {
-  launch();
   publish("/lenta.json", R"([{"lat":45,"lon":10,"nome":"lenta"}])");
   host.faults().add("/lenta.json", Fault::delay(300));
   page().set_datimappa(mapOf(R"({"Nome":"Lenta","URL":")" + host.url() +
@@ -225,14 +210,12 @@ TEST_F(Maps, WhatComesLateDoesNotLandOnAnotherMap) {
 
 // An address of the town's own documents may be written without its host.
 TEST_F(Maps, AnAddressThatBeginsWithASlashIsOneOfTheTownsDocuments) {
-  launch();
   describe(R"({"Nome":"Sacchi","URL":"/InfoVarlo/mappe/master/ritiro_sacchi.json",
     "LAT":"Latitudine","LON":"Longitudine","TITLE":"Nome","SNIPPET":"Descrizione"})");
   EXPECT_THAT(markers(), testing::Contains("Piattaforma ecologica"));
 }
 
 TEST_F(Maps, FiveThousandMarkersAreReadInOneGo) {
-  launch();
   visit(kMaps);
   ASSERT_TRUE(enter("Alberi pubblici"));
   EXPECT_EQ(markers().size(), 5000u);

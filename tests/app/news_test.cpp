@@ -9,7 +9,7 @@ constexpr const char* kNewsPath = "/varlo/newsvarlo";
 constexpr const char* kArchivePath = "/repos/comune-varlo/newsletter/contents/archivio";
 enum { kNews = 50, kNewsletter = 51 };
 
-class News : public TownTest {
+class News : public LaunchedTest {
  protected:
   Trace rowsFor(int menuValue, const std::string& path, const std::string& document) {
     publish(path, document);
@@ -23,7 +23,6 @@ class News : public TownTest {
 };
 
 TEST_F(News, AnItemIsARowAndOpensFromTheListWithoutAnotherRequest) {
-  launch();
   const auto rows = rowsFor(kNews, kNewsPath, newsOf(R"(
       {"Titolo":"Neve","DescrizioneBreve":"Mezzi pronti","IMG":"neve.png","Descrizione":"<p>Sale</p>"},
       {"Titolo":"Mercato","DescrizioneBreve":"Si sposta","Descrizione":"<p>Banchi</p>"},
@@ -42,14 +41,12 @@ TEST_F(News, AnItemIsARowAndOpensFromTheListWithoutAnotherRequest) {
     ASSERT_TRUE(enter(row)) << row;
     EXPECT_EQ(title(), "News");
     EXPECT_EQ(page(), html) << row;
-    app()._navcontrol.RemoveCurrentPage();
-    settle();
+    goBack();
   }
   EXPECT_EQ(host.requests().count(kNewsPath), before);
 }
 
 TEST_F(News, ADocumentWithoutItemsAndOneThatIsNotThereAreToldApart) {
-  launch();
   for (const char* document : {"{}", R"({"NewDataSet":{}})", R"({"NewDataSet":{"Table":[]}})"}) {
     EXPECT_THAT(rowsFor(kNews, kNewsPath, document), IsEmpty()) << document;
     EXPECT_TRUE(shows("Nessun elemento")) << document;
@@ -61,17 +58,14 @@ TEST_F(News, ADocumentWithoutItemsAndOneThatIsNotThereAreToldApart) {
 }
 
 TEST_F(News, BadItemsCostTheirOwnRow) {
-  launch();
   const auto rows = rowsFor(kNews, kNewsPath, newsOf(R"(null,{"Titolo":"A"},"x",{"Titolo":[]},
       {"DescrizioneBreve":"senza titolo"},{"Titolo":"B","Descrizione":{}},{"Titolo":"C"})"));
   EXPECT_THAT(rows, ElementsAre("A\n\n", "C\n\n"));
-  for (const char* line : {"newsvarlo, Table, record 1: ", "newsvarlo, Table, record 4: ",
-                           "newsvarlo, Table, record 6: \"Descrizione\""})
-    EXPECT_TRUE(phone.test.logged(line)) << line;
+  expectLogged({"newsvarlo, Table, record 1: ", "newsvarlo, Table, record 4: ",
+                "newsvarlo, Table, record 6: \"Descrizione\""});
 }
 
 TEST_F(News, TheNewestIssueIsFirstAndIsFetchedUnderTheAppsName) {
-  launch();
   const std::string issue = host.url() + "/numeri/";
   host.documents().addFixed("/numeri/b.html", "text/html", "<p>Numero due</p>");
   const auto row = [&](const char* name, const char* file) {
@@ -101,7 +95,6 @@ TEST_F(News, TheNewestIssueIsFirstAndIsFetchedUnderTheAppsName) {
 }
 
 TEST_F(News, AnIssueThatCannotBeHadLeavesItsPageEmpty) {
-  launch();
   visit(kNewsletter);
   ASSERT_EQ(app()._clv->_getsize(), 24);
   host.faults().add("/comune-varlo/", Fault::drop());

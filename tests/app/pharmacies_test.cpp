@@ -15,7 +15,7 @@ std::string day(int number, const char* turn1, const char* turn2) {
          R"(,"Turno2":)" + turn2 + "}";
 }
 
-class Pharmacies : public TownTest {
+class Pharmacies : public LaunchedTest {
  protected:
   // "Label|Name" of each row.
   Trace rowsFor(const std::string& turns, const std::string& pharmacies = kTwoPharmacies) {
@@ -38,7 +38,6 @@ constexpr const char* kAround =
 constexpr const char* kDay = "Farmacia di turno dalle ore 8.30-12.30 - 15.30-19.30|";
 
 TEST_F(Pharmacies, TheTurnsMakeTheRows) {
-  launch();
   const std::string u(kUntil), a(kAround), d(kDay);
   const struct {
     const char* what;
@@ -84,23 +83,16 @@ TEST_F(Pharmacies, TheTurnsMakeTheRows) {
 }
 
 TEST_F(Pharmacies, ARowTellsNameTelephoneAndAddress) {
-  launch();
   rowsFor("[" + day(15, "\"F1\"", "\"F2\"") + "]");
-  const auto& label = static_cast<const ui::Label&>(app()._clv->_getpanel(0).GetView(0).view());
+  const auto& label = labelOf(app()._clv, 0);
   const std::string name = "Centrale - Varlo\n\n";
   EXPECT_EQ(label.text(),
             "Farmacia di turno dalle 8.30 fino alle ore 8.30 del giorno successivo\n" + name +
                 "Telefono: 0123 1\nIndirizzo: Via Roma 1, Varlo");
   ASSERT_TRUE(label.attributedText());
-  const auto at = [&](std::string_view part) {
-    return label.attributedText()
-        ->at(static_cast<std::uint32_t>(label.text().find(part)))
-        .font->size();
-  };
-  EXPECT_EQ(at("Farmacia di"), 12);
-  EXPECT_EQ(at("Centrale"), 20);
-  EXPECT_EQ(at("Telefono"), 12);
-  EXPECT_EQ(at("Via Roma"), 12);
+  for (const auto& [part, size] :
+       {std::pair{"Farmacia di", 12}, {"Centrale", 20}, {"Telefono", 12}, {"Via Roma", 12}})
+    EXPECT_EQ(sizeOf(label, part), size) << part;
 
   const auto entity = KesMap::fromBoxed(app()._clv->_getvalue(0));
   EXPECT_EQ(entity.Get("Name"), "Centrale - Varlo");
@@ -114,7 +106,6 @@ TEST_F(Pharmacies, ARowTellsNameTelephoneAndAddress) {
 }
 
 TEST_F(Pharmacies, APlaceWithoutCoordinatesLeadsNowhere) {
-  launch();
   rowsFor("[" + day(15, "\"F2\"", "\"\"") + "]");
   ASSERT_TRUE(enter("Stazione"));
   EXPECT_EQ(title(), "Stazione - Varlo");
@@ -125,7 +116,6 @@ TEST_F(Pharmacies, APlaceWithoutCoordinatesLeadsNowhere) {
 }
 
 TEST_F(Pharmacies, EitherDocumentMayFailAlone) {
-  launch();
   for (const char* path : {kPharmaciesPath, kTurnsPath}) {
     host.faults().add(path, Fault::status(503));
     visit(kPharmacies);

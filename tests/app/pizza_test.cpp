@@ -14,7 +14,7 @@ constexpr int kPizza = 3;
 constexpr const char *kCatalogue = "/InfoVarlo/pizzaprezzi/master/menu.json",
                      *kContents = "/repos/InfoVarlo/pizzaprezzi/contents/";
 
-class Pizza : public TownTest {
+class Pizza : public LaunchedTest {
  protected:
   Trace list(const std::string& catalogue) {
     publish(kCatalogue, catalogue);
@@ -51,7 +51,6 @@ class Pizza : public TownTest {
 constexpr const char* kGino = R"({"Title":"Gino","Folder":"IlTrancio","LastUpdate":"03/10/2017"})";
 
 TEST_F(Pizza, ARowSaysTodaysHoursAndTodaysOffer) {
-  launch();
   const auto rows = list(R"([
     {"Type":"Asporto","Title":"Due orari","location":{"street":"Via Roma"},
      "hours":{"wed_1_open":"12:00","wed_1_close":"14:00","wed_2_open":"18:00","wed_2_close":"23:00"},
@@ -70,7 +69,6 @@ TEST_F(Pizza, ARowSaysTodaysHoursAndTodaysOffer) {
 }
 
 TEST_F(Pizza, TheSecondOpeningDownloadsNothingUntilThePicturesChange) {
-  launch();
   const auto fetched = [&] {
     return host.requests().count("/InfoVarlo/pizzaprezzi/master/IlTrancio/listino-1.png");
   };
@@ -92,7 +90,6 @@ TEST_F(Pizza, TheSecondOpeningDownloadsNothingUntilThePicturesChange) {
 }
 
 TEST_F(Pizza, WhatIsNotWholeIsFetchedAgain) {
-  launch();
   host.faults().add("/InfoVarlo/pizzaprezzi/master/IlTrancio", Fault::truncate(2000));
   open(kGino);
   EXPECT_EQ(toast(), "Errore in download menu");
@@ -109,7 +106,6 @@ TEST_F(Pizza, WhatIsNotWholeIsFetchedAgain) {
 }
 
 TEST_F(Pizza, NamesFromTheServiceStayInTheirFolder) {
-  launch();
   const auto before =
       std::distance(std::filesystem::recursive_directory_iterator(
                         std::filesystem::path(File().DirTemp().str()).parent_path()),
@@ -134,7 +130,6 @@ TEST_F(Pizza, NamesFromTheServiceStayInTheirFolder) {
 }
 
 TEST_F(Pizza, AFolderThatCannotBeListedSaysNothingOfItsOwn) {
-  launch();
   host.faults().add(kContents, Fault::status(404));
   open(kGino);
   EXPECT_THAT(pictures(), IsEmpty());

@@ -9,7 +9,7 @@
 namespace varlo {
 namespace {
 
-using BadRecords = TownTest;
+using BadRecords = LaunchedTest;
 
 TEST_F(BadRecords, AWalkGoesOnAndTheLogSaysWhereItStumbled) {
   Trace read;
@@ -17,15 +17,14 @@ TEST_F(BadRecords, AWalkGoesOnAndTheLogSaysWhereItStumbled) {
       parsedMaps("orari.json", R"([null, {"n":"a"}, "x", {"n":{}}, 7, [1], {"n":2}, {"m":1}])"),
       [&](const KesMap& row) { read.push_back(nameOf(row, "n").str()); });
   EXPECT_THAT(read, ElementsAre("a", "2"));
-  const char* const lines[] = {
+  expectLogged({
       "orari.json, record 1: no map but null",
       "orari.json, record 3: no map but a text",
       "orari.json, record 4: \"n\" is not a text but a map",
       "orari.json, record 5: no map but a number",
       "orari.json, record 6: no map but a list",
       "orari.json, record 8: \"n\" is missing",
-  };
-  for (const char* line : lines) EXPECT_TRUE(phone.test.logged(line)) << line;
+  });
   EXPECT_THROW(parsedMaps("orari.json", "{}"), KesException);
   EXPECT_THROW(parsedMaps("orari.json", "["), KesException);
 }
@@ -62,7 +61,6 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
     "Addresses":["x", {"Title":"Sede","Value":"Via Uno"}],
     "Calendar":[7, {"Title":"Rotto","WeekDays":5}, {"Title":"Orari","WeekDays":[null,
       {"WeekDay":3,"Schedules":[null, {"StartTime":{}}, {"StartTime":"8","EndTime":"9"}]}]}]}])");
-  launch();
   visit(kPharmacies);
   ASSERT_EQ(app()._clv->_getsize(), 1);
   EXPECT_THAT(rowsOf(app()._clv)[0], HasSubstr("Centrale - Varlo"));
@@ -77,7 +75,7 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
   ASSERT_TRUE(enter("Orari"));
   EXPECT_EQ(dialogText(), "Orari: Mercoledì\n8 - 9\n");
 
-  const char* const lines[] = {
+  expectLogged({
       "farmacie.json, record 1: ",
       "farmacie.json, record 2: \"Farmacia\"",
       "farmacie.json, record 3: ",
@@ -97,8 +95,7 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
       "uffici.json, Calendar, record 3, WeekDays, record 1: ",
       "uffici.json, Calendar, record 3, WeekDays, record 2, Schedules, record 1: ",
       "uffici.json, Calendar, record 3, WeekDays, record 2, Schedules, record 2: \"StartTime\"",
-  };
-  for (const char* line : lines) EXPECT_TRUE(phone.test.logged(line)) << line;
+  });
 }
 
 TEST_F(BadRecords, ASortRecordSortsByItsKey) {

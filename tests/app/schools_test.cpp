@@ -10,7 +10,7 @@ constexpr int kSchools = 2;
 constexpr const char* kFolder = "/InfoVarlo/menuscuola/master/";
 constexpr std::int64_t kHour = 3600000;
 
-class Schools : public TownTest {
+class Schools : public LaunchedTest {
  protected:
   static kes_modscuola& school() { return kes_modscuola::instance(); }
 
@@ -62,7 +62,6 @@ class Schools : public TownTest {
 };
 
 TEST_F(Schools, TheRotationCountsWeeksFromItsAnchor) {
-  launch();
   const std::string monday = period("01/09/2025", "01/07/2026", "15/09/2025");
   const struct {
     const char* what;
@@ -101,7 +100,6 @@ TEST_F(Schools, TheRotationCountsWeeksFromItsAnchor) {
 }
 
 TEST_F(Schools, TheFirstPeriodThatHoldsTheDayWins) {
-  launch();
   const auto d = on(2025, 9, 23);  // a Tuesday
   const std::string early = period("01/09/2025", "23/09/2025", "15/09/2025", "a"),
                     all = period("01/09/2025", "01/07/2026", "15/09/2025", "b"),
@@ -141,7 +139,6 @@ TEST_F(Schools, TheFirstPeriodThatHoldsTheDayWins) {
 }
 
 TEST_F(Schools, TheDaysAroundTodayStandSideBySide) {
-  launch();
   const struct {
     const char* what;
     std::int64_t now;
@@ -180,7 +177,6 @@ TEST_F(Schools, AListOfSchoolsLeadsToTheirMenus) {
   publish(std::string(kFolder) + "scuole.json",
           R"([{"Nome":"Scuola Rodari","Link":"rodari"}, {"Nome":"Senza menu"}, null,
               {"Link":"x"}, {"Nome":"Asilo","Link":"asilo"}])");
-  launch();
   visit(kSchools);
   EXPECT_EQ(title(), "Menu Scuole");
   EXPECT_THAT(rowsOf(app()._clv), ElementsAre("Scuola Rodari", "Asilo"));
@@ -198,7 +194,6 @@ TEST_F(Schools, AListOfSchoolsLeadsToTheirMenus) {
 }
 
 TEST_F(Schools, ADocumentOfAnotherFormLeavesAnEmptyPage) {
-  launch();
   for (const char* document :
        {"[]", "<html>", "{}", R"({"name":[],"menu":[]})", R"({"menu":{}})"}) {
     openSchool(document);
@@ -209,7 +204,6 @@ TEST_F(Schools, ADocumentOfAnotherFormLeavesAnEmptyPage) {
 }
 
 TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
-  launch();
   openSchool("{\"name\":\"Scuola\",\"menu\":[" + period("01/09/2017", "01/07/2018", "11/09/2017") +
              "]}");
   EXPECT_EQ(shownDay(), "mercoledì 15 novembre");
@@ -242,7 +236,6 @@ TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
 
 // The first school's menu comes when the second is on the screen.
 TEST_F(Schools, AMenuThatComesLateStaysOffAnothersPage) {
-  launch();
   publish(std::string(kFolder) + "prova.json", R"({"name":"Prova","menu":[]})");
   publish(std::string(kFolder) + "altra.json", R"({"name":"Altra","menu":[]})");
   host.faults().add(std::string(kFolder) + "prova", Fault::delay(200));

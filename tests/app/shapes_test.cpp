@@ -61,19 +61,13 @@ std::string example(const std::string& path, Fields fields) {
   throw std::out_of_range(path);
 }
 
-class Shapes : public TownTest {
+class Shapes : public LaunchedTest {
  protected:
   // The app says which record it left out.
-  // From the page of a detail, so that the next row of the menu shows.
-  void back() {
-    phone.app.key(ui::Key::Back);
-    settle();
-  }
   bool leftSomethingOut() const { return phone.test.logged(", record "); }
 };
 
 TEST_F(Shapes, ListsOfSoundDocumentsShowTheirRecords) {
-  launch();
   const struct {
     std::string path;
     int row;  // of the menu, by its value
@@ -98,13 +92,12 @@ TEST_F(Shapes, WhatTheyLeadToOpensToo) {
   publish(check::kSchools, R"([{"Nome":"Scuola","Link":"scuola"}])");
   publish(std::string(check::kSchoolFolder) + "scuola.json",
           example(check::schoolMenu(), Fields::All));
-  launch();
   visit(6);
   ASSERT_TRUE(enter("Elenco"));
   ASSERT_TRUE(enter("Prova"));
   EXPECT_EQ(title(), "Prova");
-  back();
-  back();
+  goBack();
+  goBack();
   visit(2);
   ASSERT_TRUE(enter("Scuola"));
   EXPECT_EQ(title(), "Prova");

@@ -7,9 +7,10 @@
 namespace varlo {
 namespace {
 
-using Shell = TownTest;
+using Launch = TownTest;
+using Shell = LaunchedTest;
 
-TEST_F(Shell, ANewerVersionIsAnnouncedAndLeadsToTheStore) {
+TEST_F(Launch, ANewerVersionIsAnnouncedAndLeadsToTheStore) {
   publish(kVersionPath, "1.1");
   launch();
   EXPECT_EQ(dialogText(), "InfoVarlo: Nuova versione rilasciata!");
@@ -26,28 +27,24 @@ TEST_F(Shell, VersionsAreComparedAsNumbers) {
   } cases[] = {{"1.0", "1.0", false}, {"0.9", "1.0", false}, {"1.10", "1.9", false},
                {"1.9", "1.10", true}, {"2", "1.99", true},   {"1.10", "1.1", false},
                {"1.01", "1.0", true}, {"1e1", "1.0", true}};
-  launch();
   for (const auto& c : cases) {
     publish(kVersionPath, c.released);
     phone.test.platform().bundleVersion = c.installed;
     app()._controlloversione();
     settle();
     EXPECT_EQ(dialogText() != "", c.announced) << c.released << " over " << c.installed;
-    if (c.announced) {
-      tap("OK");
-      settle();
-    }
+    if (c.announced) enter("OK");
   }
 }
 
-TEST_F(Shell, AVersionThatCannotBeReadIsSilent) {
+TEST_F(Launch, AVersionThatCannotBeReadIsSilent) {
   host.faults().add(kVersionPath, Fault::status(404));
   launch();
   EXPECT_EQ(dialogText(), "");
   EXPECT_FALSE(phone.app.hud().toastShown());
 }
 
-TEST_F(Shell, AVersionThatIsNoNumberEndsTheCheckAndNothingElse) {
+TEST_F(Launch, AVersionThatIsNoNumberEndsTheCheckAndNothingElse) {
   publish(kVersionPath, "presto");
   launch();
   EXPECT_THAT(std::exchange(faults, {}), ElementsAre("Cannot parse: presto"));
@@ -59,7 +56,6 @@ TEST_F(Shell, AVersionThatIsNoNumberEndsTheCheckAndNothingElse) {
 }
 
 TEST_F(Shell, AValueThatNoRowHasLeavesThePageAndItsTapsAsTheyAre) {
-  launch();
   visit(kPharmacies);
   const auto* list = app()._clv.get();
   for (const int value : {99, 0, -1}) {
@@ -75,7 +71,6 @@ TEST_F(Shell, AValueThatNoRowHasLeavesThePageAndItsTapsAsTheyAre) {
 }
 
 TEST_F(Shell, ATapOnAListIsReadByTheRowLastChosen) {
-  launch();
   visit(kDirectory);
   const Value category = app()._clv->_getvalue(0);
   visit(kHome);
@@ -87,7 +82,6 @@ TEST_F(Shell, ATapOnAListIsReadByTheRowLastChosen) {
 // An earlier choice goes on while a later one is shown: neither may hold the other up,
 // and the overlay goes with the last.
 TEST_F(Shell, TheMenuWorksWhileSomethingLoads) {
-  launch();
   host.faults().add(kPharmaciesPath, Fault::delay(300));
   choose(kPharmacies);
   phone.pump.advance(20);
@@ -106,7 +100,6 @@ TEST_F(Shell, TheMenuWorksWhileSomethingLoads) {
 }
 
 TEST_F(Shell, HomeIsLoadedAnewEachTime) {
-  launch();
   const auto loaded = [&] {
     return host.requests().count("/InfoVarlo/config/master/home_ios.html");
   };
@@ -117,7 +110,6 @@ TEST_F(Shell, HomeIsLoadedAnewEachTime) {
 }
 
 TEST_F(Shell, LinksOfAPageOpenOutsideWhenTheyAreOfAKnownKind) {
-  launch();
   EXPECT_TRUE(app()._web_overrideurl("https://www.varlo.example/avvisi"));
   EXPECT_EQ(opened(), "https://www.varlo.example/avvisi");
   EXPECT_TRUE(app()._web_overrideurl("javascript:alert(1)"));
@@ -125,7 +117,6 @@ TEST_F(Shell, LinksOfAPageOpenOutsideWhenTheyAreOfAKnownKind) {
 }
 
 TEST_F(Shell, EveryFaultOfEveryDocumentEndsWithoutAnOverlay) {
-  launch();
   visit(kDirectory);
   const auto link = KesMap::fromBoxed(app()._clv->_getvalue(0)).Get("Link").asText();
   const std::pair<const char*, std::function<void()>> features[] = {
@@ -164,7 +155,6 @@ TEST_F(Shell, EveryFaultOfEveryDocumentEndsWithoutAnOverlay) {
 
 // Impatient fingers on a bad line, sixty choices, several in flight at once.
 TEST_F(Shell, ABadLineNeverLeavesAnythingBehind) {
-  launch();
   town::FaultMix mix;
   mix.seed = 7;
   for (std::size_t kind = 0; kind < Fault::kinds; ++kind) mix.rates[kind] = 0.08;
@@ -187,7 +177,6 @@ TEST_F(Shell, ABadLineNeverLeavesAnythingBehind) {
 }
 
 TEST_F(Shell, ACopiedMapIsDeepAndCanBeChanged) {
-  launch();
   const auto original = mapOf(R"({"a":{"b":{"c":1}},"l":[{"x":true},"è",null,2.5]})");
   ASSERT_TRUE(original.IsReadOnly());
   auto copy = app()._copymap(original);
@@ -203,7 +192,6 @@ TEST_F(Shell, ACopiedMapIsDeepAndCanBeChanged) {
 }
 
 TEST_F(Shell, DatesAreWrittenForACitizen) {
-  launch();
   const struct {
     const char *date, *plain, *named, *next;  // the day after
   } cases[] = {
@@ -233,7 +221,6 @@ TEST_F(Shell, DatesAreWrittenForACitizen) {
 }
 
 TEST_F(Shell, SmallThings) {
-  launch();
   EXPECT_EQ(app()._getstringdayfb(1), "sun");
   EXPECT_EQ(app()._getstringdayfb(7), "sat");
   EXPECT_EQ(app()._getstringdayfb(0), "");

@@ -14,8 +14,7 @@ town::TownHost::Options onTheClockOf(testing_support::HeadlessPhone& phone) {
 
 }  // namespace
 
-TownTest::TownTest(platform::Ticks startAt)
-    : phone({.startAt = startAt}), host(onTheClockOf(phone)) {
+TownTest::TownTest() : host(onTheClockOf(phone)) {
   setBranding();
   registerApp();
   lendServices();
@@ -71,6 +70,11 @@ bool TownTest::enter(std::string_view text) {
   return found;
 }
 
+void TownTest::goBack() {
+  phone.app.key(ui::Key::Back);
+  settle();
+}
+
 void TownTest::turn(ui::Size size) {
   phone.screen.setSize(size);
   phone.app.screenChanged();
@@ -105,6 +109,10 @@ Trace TownTest::asked(std::string_view path) {
   return all;
 }
 
+void TownTest::expectLogged(std::initializer_list<const char*> lines) const {
+  for (const char* line : lines) EXPECT_TRUE(phone.test.logged(line)) << line;
+}
+
 bool TownTest::temporaryFilesGo() {
   return phone.test.runUntil([this] {
     std::error_code gone;  // a file may go while it is looked at
@@ -125,8 +133,17 @@ KesMap TownTest::mapOf(std::string_view json) {
 Trace TownTest::rowsOf(const Ref<kes_customlistview>& list) {
   Trace rows;
   for (std::int32_t i = 0; i < list->_getsize(); ++i)
-    rows.push_back(list->_getpanel(i).GetView(0).view().displayText());
+    rows.push_back(labelOf(list, i).displayText());
   return rows;
+}
+
+const ui::Label& TownTest::labelOf(const Ref<kes_customlistview>& list, int row) {
+  return static_cast<const ui::Label&>(list->_getpanel(row).GetView(0).view());
+}
+
+double TownTest::sizeOf(const ui::Label& label, std::string_view part) {
+  const auto at = static_cast<std::uint32_t>(label.text().find(part));
+  return label.attributedText()->at(at).font->size();
 }
 
 }  // namespace varlo

@@ -39,8 +39,8 @@ constexpr const char* kNoConnection = "Connessione non presente";
 
 class TownTest : public testing::Test {
  protected:
-  // By default the middle of November 2017, a Wednesday, 09:30 in the town.
-  explicit TownTest(platform::Ticks startAt = testing_support::TestPlatform::kStart);
+  // The middle of November 2017, a Wednesday, 09:30 in the town.
+  TownTest();
   ~TownTest() override;
   // No sub may have thrown, unless the test took the faults out.
   void TearDown() override { EXPECT_THAT(faults, IsEmpty()); }
@@ -60,6 +60,8 @@ class TownTest : public testing::Test {
   // The same, until all that it sets off has come to rest.
   void visit(int menuValue);
   bool enter(std::string_view text);
+  // By the key, from the page of a detail to its list.
+  void goBack();
   void turn(ui::Size size);
   void lieDown();  // in landscape, when the pages have followed
   bool shows(std::string_view text);
@@ -69,17 +71,27 @@ class TownTest : public testing::Test {
   std::string toast() { return phone.app.hud().toastText(); }
   // The requests that went to a path, with their queries, in the order in which they came.
   Trace asked(std::string_view path);
+  void expectLogged(std::initializer_list<const char*> lines) const;
   // True when no temporary file is left, at once or as soon as the session has tidied up.
   bool temporaryFilesGo();
 
   static KesMap mapOf(std::string_view json);
   // The texts of a list's rows, top to bottom.
   static Trace rowsOf(const Ref<kes_customlistview>& list);
+  // The label of a row that is one text, and the size in which a part of it is written.
+  static const ui::Label& labelOf(const Ref<kes_customlistview>& list, int row);
+  static double sizeOf(const ui::Label& label, std::string_view part);
 
   testing_support::HeadlessPhone phone;
   town::TownHost host;
   std::unique_ptr<KesAppDelegate> delegate;
   Trace faults;  // what subs threw with nobody to catch it
+};
+
+// The app is up before the test begins.
+class LaunchedTest : public TownTest {
+ protected:
+  void SetUp() override { launch(); }
 };
 
 }  // namespace varlo

@@ -15,15 +15,14 @@ constexpr int kWaste = 22;
 constexpr const char *kStreets = "/InfoVarlo/raccoltarifiuti/master/zone.json",
                      *kCalendar = "/InfoVarlo/raccoltarifiuti/master/config.json";
 
-class Waste : public TownTest {
+class Waste : public LaunchedTest {
  protected:
   static kes_rifiuti& waste() { return kes_rifiuti::instance(); }
 
-  void SetUp() override {
+  Waste() {
     publish(kStreets, R"([{"NOME":"Via Roma","ZONA":"A"}, null, {"NOME":"Via senza zona"},
       {"ZONA":"B"}, {"NOME":"Via Po","ZONA":"B"}, {"NOME":{},"ZONA":"B"},
       {"NOME":"Viale Romagna","ZONA":7}])");
-    launch();
   }
   // A calendar with two zones and whatever else is given.
   void publishCalendar(const std::string& more = "") {
@@ -71,7 +70,7 @@ TEST_F(Waste, TheStreetIsAskedForOnceAndItsZoneOpensFromThenOn) {
   EXPECT_FALSE(shows("Seleziona via"));
 
   const auto streets = asked(kStreets);
-  app()._navcontrol.RemoveCurrentPage2(false);
+  goBack();
   visit(kWaste);
   EXPECT_TRUE(shows("Venerdì"));
   EXPECT_EQ(asked(kStreets), streets) << "nothing is asked where the zone is known";
