@@ -55,6 +55,17 @@ class Reader : public Desk {
       if (auto* found = find(name, from->child(i))) return found;
     return nullptr;
   }
+  QAccessibleInterface* element(const std::string& name) {
+    rest();
+    auto* found = find(name);
+    if (!found) throw std::runtime_error("nothing is called " + name);
+    return found;
+  }
+  void act(const std::string& name, const QString& action) {
+    element(name)->actionInterface()->doAction(action);
+    rest();
+  }
+  void press(const std::string& name) { act(name, QAccessibleActionInterface::pressAction()); }
   static std::string kind(QAccessible::Role role) {
     switch (role) {
       case QAccessible::Button:
@@ -103,7 +114,7 @@ TEST_F(Reader, FindsEveryElementByItsPlainName) {
   auto toggle = add<ui::Switch>({10, 180, 60, 31}, &v);
   toggle->setAccessibleName("Avvisi");
   addText("nascosto", {10, 220, 100, 20}, &v)->setAccessibilityHidden(true);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(tree(),
             (std::vector<std::string>{"button Menu", "heading InfoVarlo", "text Farmacie",
                                       "row Farmacia di turno", "field Cerca", "switch Avvisi"}));
@@ -126,13 +137,10 @@ TEST_F(Reader, AnOpenDrawerHidesThePage) {
   window->setRootViewController(drawer);
   addText("pagina", {10, 10, 100, 30}, &center->view());
   addText("voce", {10, 10, 100, 30}, &menu->view());
-  ASSERT_TRUE(settle());
   EXPECT_TRUE(becomes({"text pagina"}));
   drawer->openDrawer(ui::DrawerSide::Left, true);
-  ASSERT_TRUE(settle());
   EXPECT_TRUE(loop.until([&] { return find("voce") && !find("pagina"); }, 3000));
   drawer->closeDrawer(true);
-  ASSERT_TRUE(settle());
   EXPECT_TRUE(becomes({"text pagina"}));
 }
 
@@ -150,23 +158,16 @@ TEST_F(Reader, ActsOnWhatItFinds) {
   auto field = add<ui::TextField>({10, 450, 200, 40});
   field->setHint("Via");
   field->setText("Roma");
-  ASSERT_TRUE(settle());
   // What is scrolled out of sight is there, and comes into sight when used.
-  auto* far = find("riga 77");
-  ASSERT_NE(far, nullptr);
+  auto* far = element("riga 77");
   EXPECT_TRUE(far->state().offscreen);
-  far->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  ASSERT_TRUE(settle());
+  press("riga 77");
   EXPECT_EQ(pressed, "riga 77");
   EXPECT_FALSE(far->state().offscreen);
-  auto* volume = find("Volume");
-  ASSERT_NE(volume, nullptr);
-  volume->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
-  EXPECT_NEAR(volume->valueInterface()->currentValue().toDouble(), 0.1, 1e-9);
+  act("Volume", QAccessibleActionInterface::increaseAction());
+  EXPECT_NEAR(find("Volume")->valueInterface()->currentValue().toDouble(), 0.1, 1e-9);
+  act("Via", QAccessibleActionInterface::setFocusAction());
   auto* via = find("Via");
-  ASSERT_NE(via, nullptr);
-  via->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
-  ASSERT_TRUE(settle());
   EXPECT_TRUE(via->state().focused && via->state().editable);
   EXPECT_EQ(root()->focusChild(), via);
   ASSERT_NE(via->textInterface(), nullptr);
@@ -175,9 +176,7 @@ TEST_F(Reader, ActsOnWhatItFinds) {
 
 TEST_F(Reader, ElementsGoWithTheirViews) {
   auto label = addText("va via", {10, 10, 100, 30});
-  ASSERT_TRUE(settle());
-  auto* element = find("va via");
-  ASSERT_NE(element, nullptr);
+  EXPECT_TRUE(becomes({"text va via"}));
   label->removeFromParent();
   EXPECT_TRUE(becomes({}));
   label = nullptr;
@@ -193,19 +192,15 @@ TEST_F(Reader, AMapIsItsButtonsAndItsMarkersNearestFirst) {
   map->setCamera({{45.238, 10.042}, 15}, false);
   map->addMarker({45.248, 10.042}, "Parco Nord");
   const auto near = map->addMarker({45.239, 10.042}, "Municipio");
-  ASSERT_TRUE(settle());
   EXPECT_TRUE(becomes({"map Map", "  button Zoom in", "  button Zoom out", "  button Municipio",
                        "  button Parco Nord"}));
-  auto* button = find("Municipio");
-  ASSERT_NE(button, nullptr);
+  auto* button = element("Municipio");
   EXPECT_FALSE(button->state().offscreen);
   EXPECT_TRUE(find("Parco Nord")->state().offscreen);
   EXPECT_EQ(button->rect().size(), QSize(60, 80));
-  button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  press("Municipio");
   EXPECT_EQ(map->openMarker(), near.get());
-  // Out of sight: brought into it first.
-  auto* far = find("Parco Nord");
-  far->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  press("Parco Nord");  // out of sight: brought into it first
   EXPECT_EQ(map->openMarker()->title(), "Parco Nord");
   EXPECT_TRUE(map->ground().bounds().intersects(map->openMarker()->frame()));
   EXPECT_TRUE(settle());
@@ -228,7 +223,7 @@ TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
     <input type=checkbox aria-label='Avvisi'><div style='height:3000px'></div>
     <a style='display:block;height:50px' target=_blank href='tel:+390123'>due</a></body>)",
                 "http://varlo.test/pagina");
-  ASSERT_TRUE(settle());
+  rest();
   QAccessible::setActive(true);  // the engine, begun by now, listens for it
   const std::vector<std::string> whole{"page Uffici", "  heading Orari", "    text Orari",
                                        "  link uno",  "    text uno",    "  switch Avvisi",
@@ -239,17 +234,16 @@ TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
   const QPoint in = pixels(200, 170, 1, 1).topLeft();
   EXPECT_EQ(find("Uffici")->childAt(in.x(), in.y()), find("uno"));
   scroll->setOffset({0, 1050});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(find("uno")->rect(), pixels(20, 90, 300, 50));
   // One press, one link: also of what has yet to come into sight.
-  const auto press = QAccessibleActionInterface::pressAction();
   const std::vector<std::string> links{"http://varlo.test/uno", "tel:+390123"};
   for (std::size_t i = 0; i < links.size(); ++i) {
-    find(i == 0 ? "uno" : "due")->actionInterface()->doAction(press);
+    press(i == 0 ? "uno" : "due");
     ASSERT_TRUE(loop.until([&] { return asked.size() > i; }, 10000)) << links[i];
   }
   EXPECT_EQ(asked, links);
-  find("Avvisi")->actionInterface()->doAction(press);
+  press("Avvisi");
   EXPECT_TRUE(loop.until([&] { return find("Avvisi")->state().checked != 0; }, 10000));
   // Another page, and none: nothing of the former is left.
   auto* former = find("uno");
@@ -270,7 +264,6 @@ TEST_F(Reader, AListTellsWhatComesAndWhatGoes) {
     rows.back()->setTitle(title);
   };
   for (const char* title : {"uno", "due", "tre"}) addRow(title);
-  ASSERT_TRUE(settle());
   ASSERT_TRUE(becomes({"button uno", "button due", "button tre"}));
   const auto second = QAccessible::uniqueId(find("due"));
   std::vector<std::pair<QAccessible::Event, QAccessible::Id>> told;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <stdexcept>
 
 namespace {
 
@@ -77,6 +78,10 @@ Desk::~Desk() {
   fs::remove_all(folder, ignored);
 }
 
+void Desk::rest() {
+  if (!settle()) throw std::runtime_error("it does not come to rest");
+}
+
 ui::Ref<ui::Label> Desk::addText(const std::string& text, const ui::Rect& frame, ui::View* parent) {
   auto label = add<ui::Label>(frame, parent);
   label->setText(text);
@@ -84,11 +89,24 @@ ui::Ref<ui::Label> Desk::addText(const std::string& text, const ui::Rect& frame,
 }
 
 QImage Desk::picture(const std::string& name) {
+  rest();
+  return pictureNow(name);
+}
+
+QImage Desk::pictureNow(const std::string& name) {
   const fs::path path = folder / "picture.png";
   if (!loop.grab(path.string())) return {};
   if (const char* keep = std::getenv("VARLO_TEST_PICTURES"); keep && !name.empty())
     fs::copy_file(path, fs::path(keep) / (name + ".png"), fs::copy_options::overwrite_existing);
   return QImage(QString::fromStdString(path.string())).convertToFormat(QImage::Format_RGB32);
+}
+
+std::string Desk::redPicture(int width, int height) {
+  QImage red(width, height, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  const auto path = (folder / "rosso.png").string();
+  EXPECT_TRUE(red.save(QString::fromStdString(path)));
+  return path;
 }
 
 QColor Desk::at(const QImage& image, double x, double y) {

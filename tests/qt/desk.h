@@ -42,8 +42,31 @@ class Desk : public testing::Test {
 
   // Lets everything come to rest; false when it doesn't.
   bool settle() { return loop.settle({}, 20000); }
-  // What the window shows, in pixels; kept as a picture under a name, if one is given.
+  // The same, and the test ends where that never comes.
+  void rest();
+  // A finger or a key on what has come to rest, and all that it sets off. The hand itself
+  // waits for nothing.
+  void tap(ui::Point at) {
+    whileAtRest([&] { hand.tap(at); });
+  }
+  void drag(ui::Point from, ui::Point to, std::int64_t milliseconds = 150) {
+    whileAtRest([&] { hand.drag(from, to, milliseconds); });
+  }
+  void wheel(ui::Point at, double notches) {
+    whileAtRest([&] { hand.wheel(at, notches); });
+  }
+  void press(ui::Key key) {
+    whileAtRest([&] { hand.press(key); });
+  }
+  void type(const std::string& text) {
+    whileAtRest([&] { hand.type(text); });
+  }
+  // What the window shows once it has come to rest, in pixels; kept as a picture under a
+  // name, if one is given.
   QImage picture(const std::string& name = {});
+  QImage pictureNow(const std::string& name = {});
+  // A PNG file all of one red, in the test's folder.
+  std::string redPicture(int width, int height);
   static QColor at(const QImage& image, double x, double y);  // points
   // The smallest rectangle (points) around what isn't white in a part of a picture.
   static ui::Rect ink(const QImage& image, const ui::Rect& area);
@@ -58,4 +81,12 @@ class Desk : public testing::Test {
   qt::QtLoop loop;
   qt::QtHand hand;
   ui::Ref<ui::Window> window;
+
+ private:
+  template <class Act>
+  void whileAtRest(Act act) {
+    rest();
+    act();
+    rest();
+  }
 };

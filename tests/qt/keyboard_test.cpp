@@ -29,19 +29,18 @@ class Keys : public Desk {
 
 TEST_F(Keys, TabMovesARingAndEnterPresses) {
   auto first = button("uno", 20), second = button("due", 80);
-  ASSERT_TRUE(settle());
   EXPECT_FALSE(ringed(*first));
-  hand.press(ui::Key::Tab);
+  press(ui::Key::Tab);
   EXPECT_TRUE(ringed(*first));
-  hand.press(ui::Key::Down);
+  press(ui::Key::Down);
   EXPECT_TRUE(ringed(*second));
   EXPECT_FALSE(ringed(*first));
-  hand.press(ui::Key::Enter);
-  hand.press(ui::Key::BackTab);
-  hand.press(ui::Key::Space);
+  press(ui::Key::Enter);
+  press(ui::Key::BackTab);
+  press(ui::Key::Space);
   EXPECT_EQ(pressed, (std::vector<std::string>{"due", "uno"}));
   // A finger needs no ring.
-  hand.tap({100, 300});
+  tap({100, 300});
   EXPECT_FALSE(ringed(*first));
 }
 
@@ -53,9 +52,7 @@ TEST_F(Keys, TheRingStaysWithARowThatScrolls) {
     row->setOnTap([](ui::View&) {});
     row->setAccessibleName("riga");
   }
-  ASSERT_TRUE(settle());
-  for (int i = 0; i < 20; ++i) hand.press(ui::Key::Tab);
-  ASSERT_TRUE(settle());
+  for (int i = 0; i < 20; ++i) press(ui::Key::Tab);
   EXPECT_GT(list->offset().y, 500);
   EXPECT_TRUE(ringed(*list->content().children()[19]));
 }
@@ -72,27 +69,24 @@ TEST_F(Keys, AFieldTakesWhatIsTyped) {
     heard.push_back(was + ">" + is);
   };
   field->onEnterPressed = [&] { heard.push_back("enter"); };
-  ASSERT_TRUE(settle());
   const QImage hint = picture("field-hint");
   EXPECT_GT(ink(hint, {30, 25, 100, 30}).width, 20) << "the hint is read";
-  hand.tap({150, 40});
-  ASSERT_TRUE(settle());
+  tap({150, 40});
   EXPECT_TRUE(field->isFocused());
-  hand.type("Però");
-  ASSERT_TRUE(settle());
+  type("Però");
   EXPECT_EQ(field->text(), "Però");
   EXPECT_NE(picture("field-text"), hint);
-  hand.press(ui::Key::Enter);
+  press(ui::Key::Enter);
   EXPECT_EQ(heard,
             (std::vector<std::string>{"begin", ">P", "P>Pe", "Pe>Per", "Per>Però", "enter"}));
   // Arrows are the editor's, Tab is not.
-  hand.press(ui::Key::Left);
-  hand.type("o");
+  press(ui::Key::Left);
+  type("o");
   EXPECT_EQ(field->text(), "Peroò");
-  hand.press(ui::Key::Tab);
+  press(ui::Key::Tab);
   EXPECT_TRUE(after->isFocused());
   EXPECT_EQ(heard.back(), "end");
-  hand.press(ui::Key::Enter);
+  press(ui::Key::Enter);
   EXPECT_EQ(pressed, (std::vector<std::string>{"dopo"}));
   EXPECT_EQ(field->text(), "Peroò");
 }
@@ -104,21 +98,17 @@ TEST_F(Keys, AFieldAtRestShowsHowItBeginsAndADisabledOneLooksSo) {
   auto same = add<ui::TextField>({20, 80, 120, 40});
   same->setBorderStyle(3);
   same->setText("IIIIIIIIIIIIII molto lungo ma diverso alla fine");
-  ASSERT_TRUE(settle());
   const auto part = [&](double y) {
     return picture().copy(QRectF(20 * kScale, y * kScale, 120 * kScale, 40 * kScale).toRect());
   };
   EXPECT_EQ(part(20), part(80)) << "both begin alike";
   same->requestFocus();
-  ASSERT_TRUE(settle());
-  hand.press(ui::Key::End);
+  press(ui::Key::End);
   EXPECT_NE(part(20), part(80)) << "while it is edited it shows where the cursor is";
   same->resignFocus();
-  ASSERT_TRUE(settle());
   EXPECT_EQ(part(20), part(80)) << "after the editing too";
   const QImage enabled = part(20);
   field->setEnabled(false);
-  ASSERT_TRUE(settle());
   EXPECT_NE(part(20), enabled);
   EXPECT_NE(at(picture(), 130, 25), QColor(Qt::white));
 }
@@ -129,21 +119,19 @@ TEST_F(Keys, FieldAndProgramAgreeOnTheText) {
     if (is.size() > 3) field->setText(is.substr(0, 3));
   };
   field->requestFocus();
-  ASSERT_TRUE(settle());
+  rest();
   for (const char* c : {"1", "2", "3", "4", "5"}) {
-    hand.type(c);
-    ASSERT_TRUE(settle());
+    type(c);
   }
   EXPECT_EQ(field->text(), "123");
   EXPECT_EQ(screen.window().activeFocusItem()->property("text").toString(), "123");
   field->setText("altro");
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(screen.window().activeFocusItem()->property("text").toString(), "altro");
   // Without a hook of its own, Enter ends the editing.
-  hand.press(ui::Key::Enter);
-  ASSERT_TRUE(settle());
+  press(ui::Key::Enter);
   EXPECT_FALSE(field->isFocused());
-  hand.type("x");
+  type("x");
   EXPECT_EQ(field->text(), "altro");
 }
 
@@ -152,22 +140,16 @@ TEST_F(Keys, ATextViewTakesLinesAndAPasswordStaysHidden) {
   auto secret = add<ui::TextField>({20, 150, 300, 40});
   secret->setTraits({.password = true});
   area->requestFocus();
-  ASSERT_TRUE(settle());
-  hand.type("uno\ndue");
-  ASSERT_TRUE(settle());
+  type("uno\ndue");
   EXPECT_EQ(area->text(), "uno\ndue");
   const double one = app.text().lineHeight(area->font());
   EXPECT_GT(ink(picture("area"), {20, 20, 300, 100}).height, one);
   area->setEditable(false);
   secret->requestFocus();
-  ASSERT_TRUE(settle());
-  hand.type("iiii");
-  ASSERT_TRUE(settle());
+  type("iiii");
   secret->resignFocus();  // and the cursor, which blinks, goes
-  ASSERT_TRUE(settle());
   const double narrow = ink(picture(), {22, 152, 296, 36}).width;
   secret->setText("wwww");
-  ASSERT_TRUE(settle());
   EXPECT_NEAR(ink(picture(), {22, 152, 296, 36}).width, narrow, 2) << "only its length is seen";
 }
 
@@ -182,10 +164,8 @@ TEST_F(Keys, EscapeLeavesADialogFromInsideAField) {
   dialog->onResult = [&](int r) { result = r; };
   dialog->present();
   field->requestFocus();
-  ASSERT_TRUE(settle());
-  hand.type("a");
+  type("a");
   EXPECT_EQ(field->text(), "a");
-  hand.press(ui::Key::Escape);
-  ASSERT_TRUE(settle());
+  press(ui::Key::Escape);
   EXPECT_EQ(result, -3);
 }

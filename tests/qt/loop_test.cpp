@@ -26,7 +26,7 @@ TEST_F(Loop, RunsTasksInOrderFromAnyThreadAndWhenTheyAreDue) {
   queue.post([&] { order.push_back("second"); });
   bool met = false;
   std::thread other([&] { met = queue.postAndWait([&] { order.push_back("from a thread"); }); });
-  ASSERT_TRUE(settle());
+  rest();
   other.join();
   EXPECT_TRUE(met);
   EXPECT_GE(late, 60);
@@ -40,7 +40,7 @@ TEST_F(Loop, AFloodOfTasksLeavesRoomForFramesAndFingers) {
   auto button = add<ui::Button>({0, 0, 100, 50});
   bool tapped = false;
   button->setOnTap([&](ui::View&) { tapped = true; });
-  ASSERT_TRUE(settle());
+  rest();
   bool stop = false;
   std::function<void()> again = [&] {
     if (!stop) platform.mainQueue().post(again);
@@ -68,19 +68,17 @@ TEST_F(Loop, WhatAHookThrowsGoesToTheFaultHandler) {
   button->setOnTap([](ui::View&) { throw std::runtime_error("al tocco"); });
   auto field = add<ui::TextField>({0, 100, 100, 40});
   field->onTextChanged = [](auto&, auto&) { throw std::runtime_error("scrivendo"); };
-  ASSERT_TRUE(settle());
-  hand.tap({50, 25});
+  tap({50, 25});
   field->requestFocus();
-  ASSERT_TRUE(settle());
-  hand.type("x");
+  type("x");
   app.animator().value(
       *button, 0, 1, [](double) {}, {20}, [](bool) { throw std::runtime_error("alla fine"); });
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(faults, (std::vector<std::string>{"al tocco", "scrivendo", "alla fine"}));
 }
 
 TEST_F(Loop, SettlesOnlyWhenNothingIsUnderWay) {
-  ASSERT_TRUE(settle());
+  rest();
   int asks = 0;
   EXPECT_TRUE(loop.settle([&] { return ++asks < 3; }, 5000));
   EXPECT_GE(asks, 3);
@@ -117,7 +115,7 @@ TEST_F(Loop, APageHasItsSizeAsSoonAsItIsShown) {
     const ui::Size shown = page->view().bounds().size();
     EXPECT_EQ(shown.width, width);
     EXPECT_LT(shown.height, height);
-    ASSERT_TRUE(settle());
+    rest();
     EXPECT_EQ(page->view().bounds().size(), shown) << "nothing is left for the frame to mend";
   }
 }

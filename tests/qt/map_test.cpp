@@ -25,7 +25,7 @@ class Maps : public Desk {
   }
   void show() {
     page().addSubview(map);
-    ASSERT_TRUE(settle());
+    rest();
   }
   ui::Ref<ui::MapMarker> add(double north, double east, const std::string& title) {
     return map->addMarker({kCentre.latitude + north, kCentre.longitude + east}, title);
@@ -83,7 +83,7 @@ TEST_F(Maps, PinsStandWhereTheTreeHasThemAndTapsOpenAndClose) {
     EXPECT_TRUE(isPin(at(plain, f.center().x - 8, f.y + 14))) << marker->title();
     EXPECT_FALSE(isPin(at(plain, f.x - 3, f.y + 14))) << marker->title();
   }
-  hand.tap(head(*a));
+  tap(head(*a));
   ASSERT_TRUE(isOpen(a));
   // The window is drawn where the tree says that it is.
   const ui::Rect box = map->ground().window()->frameInWindow();
@@ -92,13 +92,13 @@ TEST_F(Maps, PinsStandWhereTheTreeHasThemAndTapsOpenAndClose) {
   EXPECT_EQ(at(open, box.right() - 4, box.center().y), QColor(Qt::white));
   EXPECT_NE(at(open, box.x - 4, box.center().y), QColor(Qt::white));
   EXPECT_FALSE(ink(open, {box.x + 8, box.y + 8, box.width - 16, box.height - 16}).empty());
-  hand.tap(box.center());
+  tap(box.center());
   ASSERT_TRUE(loop.until([&] { return !windows.empty(); }, 5000));
   EXPECT_EQ(windows, (std::vector<std::string>{"Municipio"}));
   EXPECT_EQ(map->openMarker(), a.get());
-  hand.tap(head(*b));
+  tap(head(*b));
   ASSERT_TRUE(isOpen(b));
-  hand.tap({40, kHeight - 40});
+  tap({40, kHeight - 40});
   EXPECT_TRUE(isOpen({}));
 }
 
@@ -112,7 +112,7 @@ TEST_F(Maps, TitlesAreTextWhateverTheyLookLike) {
   a->setSnippet(worse);
   show();
   map->open(a.get());
-  ASSERT_TRUE(settle());
+  rest();
   loop.pass(300);  // what was smuggled in would have run by now
   picture("map-hostile");
   EXPECT_EQ(map->openMarker(), a.get());
@@ -178,16 +178,15 @@ TEST_F(Maps, AFingerPansTheWheelZoomsAndTheTreeHearsOfIt) {
   add(0, 0, "uno");
   show();
   const ui::MapCamera start = map->camera();
-  hand.drag({200, 400}, {120, 400}, 200);
-  ASSERT_TRUE(settle());
+  drag({200, 400}, {120, 400}, 200);
   EXPECT_GT(map->camera().centre.longitude, start.centre.longitude + 0.0005);
   EXPECT_NEAR(map->camera().centre.latitude, start.centre.latitude, 0.0003);
-  hand.wheel({180, 400}, -3);
+  wheel({180, 400}, -3);
   ASSERT_TRUE(loop.until([&] { return map->camera().zoom > 16; }, 5000));
-  ASSERT_TRUE(settle());
+  rest();
   // The program's own moves are followed to the point.
   map->setCamera({kCentre, 15}, true);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(map->camera(), (ui::MapCamera{kCentre, 15}));
   EXPECT_NEAR(ask("map.getCenter().lat").toDouble(), kCentre.latitude, 1e-4);
   EXPECT_EQ(ask("map.getZoom()").toInt(), 15);
@@ -200,30 +199,29 @@ TEST_F(Maps, PinsThatLieTogetherAreAClusterUntilOneIsSingledOut) {
   picture("map-cluster");
   EXPECT_EQ(ask("document.querySelector('.cluster').textContent").toString(), QString("20"));
   close[7]->singleOut();
-  ASSERT_TRUE(settle());
-  hand.tap(head(*close[7]));
+  rest();
+  tap(head(*close[7]));
   EXPECT_TRUE(isOpen(close[7]));
 }
 
 TEST_F(Maps, KeysReachMarkersOpenThemAndTheRingStandsAtThePin) {
   const auto near = add(0.0002, 0, "vicino"), far = add(0.002, 0, "lontano");
   show();
-  for (int i = 0; i < 3; ++i) hand.press(ui::Key::Tab);
+  for (int i = 0; i < 3; ++i) press(ui::Key::Tab);
   ASSERT_EQ(app.focus().view(), near.get());
-  ASSERT_TRUE(settle());
+  rest();
   const ui::Rect f = near->frameInWindow();
   const QColor ring = at(picture("map-ring"), f.center().x, f.y - 3.5);
   EXPECT_TRUE(ring.red() > 200 && ring.blue() < 60) << ring.name().toStdString();
-  hand.press(ui::Key::Down);
+  press(ui::Key::Down);
   EXPECT_EQ(app.focus().view(), far.get());
-  hand.press(ui::Key::Enter);
+  press(ui::Key::Enter);
   EXPECT_TRUE(isOpen(far));
-  hand.press(ui::Key::Enter);
+  press(ui::Key::Enter);
   EXPECT_EQ(windows, (std::vector<std::string>{"lontano"}));
   // The page takes no key of its own, not even once it was tapped.
-  hand.tap({40, 300});
-  ASSERT_TRUE(settle());
-  hand.press(ui::Key::Tab);
+  tap({40, 300});
+  press(ui::Key::Tab);
   EXPECT_TRUE(app.focus().view() != nullptr);
 }
 
@@ -232,9 +230,9 @@ TEST_F(Maps, APageThatDiedComesBackAsItWas) {
   const auto a = add(0, 0, "uno");
   show();
   map->open(a.get());
-  ASSERT_TRUE(settle());
+  rest();
   QMetaObject::invokeMethod(enginePage(), "lost");
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(ask("document.querySelector('.window .title').textContent").toString(), QString("uno"));
   EXPECT_EQ(ask("all.length").toInt(), 1);
 }

@@ -25,6 +25,11 @@ class OnScreen : public Desk {
     view->setBackground(color);
     return view;
   }
+  // From now on.
+  void countFrames(int& frames) {
+    QObject::connect(&screen.window(), &QQuickWindow::frameSwapped, &screen.window(),
+                     [&frames] { ++frames; });
+  }
 };
 
 TEST_F(OnScreen, ALongListCostsWhatItShows) {
@@ -125,12 +130,8 @@ TEST_F(OnScreen, EdgesAndTextLieOnThePixelGrid) {
 }
 
 TEST_F(OnScreen, PlacesImagesByTheirContentMode) {
-  QImage source(40, 20, QImage::Format_RGB32);
-  source.fill(Qt::red);
-  const auto path = folder / "rosso.png";
-  ASSERT_TRUE(source.save(QString::fromStdString(path.string())));
   auto view = add<ui::ImageView>({100, 100, 100, 100});
-  view->setImage(ui::Image::fromFile(path.string()));
+  view->setImage(ui::Image::fromFile(redPicture(40, 20)));
   const struct {
     ui::ContentMode mode;
     ui::Rect seen;
@@ -233,18 +234,17 @@ TEST_F(OnScreen, ButtonsShowPressAndDisable) {
 
 TEST_F(OnScreen, NothingIsDrawnWhileNothingChanges) {
   addText("Fermo", {10, 10, 100, 30});
-  ASSERT_TRUE(settle());
+  rest();
   loop.pass(100);
   int frames = 0;
-  QObject::connect(&screen.window(), &QQuickWindow::frameSwapped, &screen.window(),
-                   [&frames] { ++frames; });
+  countFrames(frames);
   loop.pass(200);
   EXPECT_EQ(frames, 0);
   auto spinner = add<ui::ActivityIndicator>({100, 100, 40, 40});
   spinner->setSpinning(true);
   EXPECT_TRUE(loop.until([&] { return frames > 3; }, 5000));
   spinner->setSpinning(false);
-  ASSERT_TRUE(settle());
+  rest();
   loop.pass(100);
   frames = 0;
   loop.pass(200);
@@ -253,13 +253,12 @@ TEST_F(OnScreen, NothingIsDrawnWhileNothingChanges) {
 
 TEST_F(OnScreen, AnimationsRunToTheirEnd) {
   auto view = box({0, 0, 50, 50}, kRed);
-  ASSERT_TRUE(settle());
+  rest();
   int frames = 0;
-  QObject::connect(&screen.window(), &QQuickWindow::frameSwapped, &screen.window(),
-                   [&frames] { ++frames; });
+  countFrames(frames);
   bool done = false;
   app.animator().frame(*view, {300, 500, 50, 50}, {200}, [&](bool finished) { done = finished; });
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_TRUE(done);
   EXPECT_GT(frames, 3);
   EXPECT_LT(frames, 40);

@@ -16,22 +16,21 @@ TEST_F(Strip, ComesWithAFieldAndGoesWithIt) {
   auto field = add<ui::TextField>({20, 20, 300, 40});
   int taps = 0;
   add<ui::View>({0, kHeight, kWidth, kHeight * 2})->setOnTap([&](ui::View&) { ++taps; });
-  ASSERT_TRUE(settle());
+  rest();
   const ui::Point low{kWidth / 2, kHeight * 2.5};
   EXPECT_EQ(at(picture(), 2, kHeight * 2.5), QColor(Qt::white));
-  hand.tap({100, 40});
-  ASSERT_TRUE(settle());
+  tap({100, 40});
   EXPECT_EQ(heights, (std::vector<double>{kHeight}));
   EXPECT_NE(at(picture("keyboard"), 2, kHeight * 2.5), QColor(Qt::white));
-  hand.tap({20, kHeight * 2 + 45});  // the first key
-  ASSERT_TRUE(settle());
+  tap({20, kHeight * 2 + 45});  // the first key
+  rest();
   EXPECT_EQ(field->text(), "q");
-  hand.tap(low);
+  tap(low);
   EXPECT_EQ(taps, 0) << "a touch went through the keyboard";
   app.focus().set(nullptr);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(heights, (std::vector<double>{kHeight, 0}));
-  hand.tap({kWidth / 2, kHeight * 2.5});
+  tap({kWidth / 2, kHeight * 2.5});
   EXPECT_EQ(taps, 1);
   app.focus().removeKeyboardObserver(observer);
 }

@@ -54,10 +54,9 @@ TEST_F(TextOnScreen, MeasuresAlikeWithAndWithoutAttributes) {
   EXPECT_NEAR(app.text().measure(kLong, font, 200, 2).height, 2 * line, 1);
   EXPECT_EQ(app.text().measure("", font, 200, 0), ui::Size{});
   ui::AttributedText big("piccolo GRANDE");
-  ui::TextAttributes large;
-  large.font = ui::Font::bold(40);
-  big.apply(8, 14, large);
-  EXPECT_GE(app.text().measure(big, font, 0, 1).height, app.text().lineHeight(*large.font) - 1);
+  const auto large = ui::Font::bold(40);
+  big.apply(8, 14, {.font = large});
+  EXPECT_GE(app.text().measure(big, font, 0, 1).height, app.text().lineHeight(large) - 1);
 }
 
 TEST_F(TextOnScreen, CutsWithAnEllipsisInsideItsWidth) {
@@ -82,9 +81,7 @@ TEST_F(TextOnScreen, ATextTooHighForItsBoxEndsAtAWholeLine) {
   const auto font = ui::Font::system(15);
   const double line = app.text().lineHeight(font);
   ui::AttributedText rich(std::string("Guardia medica\n") + kLong);
-  ui::TextAttributes bold;
-  bold.font = ui::Font::bold(15);
-  rich.apply(0, 14, bold);
+  rich.apply(0, 14, {.font = ui::Font::bold(15)});
   const struct {
     const char* what;
     bool rich;
@@ -145,9 +142,7 @@ TEST_F(TextOnScreen, RunsOffTheBaselineAreMeasuredAsTheyAreDrawn) {
   for (const double up : {12.0, -12.0}) {
     SCOPED_TRACE(up);
     ui::AttributedText text("HHH\nHIH\nHHH");
-    ui::TextAttributes raised;
-    raised.baseline = up;
-    text.apply(5, 6, raised);
+    text.apply(5, 6, {.baseline = up});
     const ui::Size size = app.text().measure(text, font, 100, 0);
     EXPECT_NEAR(size.height, 3 * 1.2 * line + 12, 2);
     auto label = addText("", {10, 10, 100, size.height});
@@ -171,13 +166,9 @@ TEST_F(TextOnScreen, RunsOffTheBaselineAreMeasuredAsTheyAreDrawn) {
 
 TEST_F(TextOnScreen, ARichPageIsDrawnAsItWasMeasuredAndItsLinksOpen) {
   ui::AttributedText text("sinistra\ndestra\nlink");
-  ui::TextAttributes right, pale, link;
-  right.alignment = ui::TextAlign::Right;
-  pale.color = ui::Color(0x40000000);
-  link.link = "https://varlo.example/atti";
-  text.apply(9, 15, right);
-  text.apply(0, 8, pale);
-  text.apply(16, 20, link);
+  text.apply(9, 15, {.alignment = ui::TextAlign::Right});
+  text.apply(0, 8, {.color = ui::Color(0x40000000)});
+  text.apply(16, 20, {.link = "https://varlo.example/atti"});
   auto view = add<ui::TextView>({10, 10, 300, 400});
   view->setEditable(false);
   view->setAttributedText(text);
@@ -196,29 +187,23 @@ TEST_F(TextOnScreen, ARichPageIsDrawnAsItWasMeasuredAndItsLinksOpen) {
     for (double y = first.y; y < first.bottom(); y += 0.5)
       darkest = std::min(darkest, at(image, x, y).lightness());
   EXPECT_NEAR(darkest, 0xBF, 12) << "a quarter of black on white";
-  hand.tap({20, 18 + 2.5 * third});
-  settle();
+  tap({20, 18 + 2.5 * third});
   EXPECT_EQ(opened, "https://varlo.example/atti");
 }
 
 TEST_F(TextOnScreen, ALabelsLinksTakeTouchesWhereTheyStand) {
   ui::AttributedText text("Bando, allegato e modulo");
-  for (const auto& [from, to, url] : {std::tuple{7u, 15u, "https://varlo.example/a"},
-                                      std::tuple{18u, 24u, "https://varlo.example/m"}}) {
-    ui::TextAttributes link;
-    link.link = url;
-    text.apply(from, to, link);
-  }
+  text.apply(7, 15, {.link = "https://varlo.example/a"});
+  text.apply(18, 24, {.link = "https://varlo.example/m"});
   auto row = add<ui::View>({0, 0, 300, 60});
   int rows = 0;
   row->setOnTap([&](ui::View&) { ++rows; });
   auto label = addText("", {10, 10, 280, 30}, row.get());
   label->setAttributedText(text);
-  settle();
   const double before = app.text().measure("Bando, alle", label->font(), 0, 1).width;
-  hand.tap({20, 25});
+  tap({20, 25});
   EXPECT_EQ(rows, 1) << "beside a link the row is meant";
-  hand.tap({10 + before, 25});
+  tap({10 + before, 25});
   EXPECT_EQ(rows, 1);
   EXPECT_THAT(opened, testing::ElementsAre("https://varlo.example/a"));
 }
@@ -250,12 +235,10 @@ TEST_F(TextOnScreen, IconsBesideTextsLineThemUpAndStandInTheMiddle) {
       {"FontAwesome", "\uF128"},     // narrow
       {"Material Icons", "\uE878"},  // stands on the baseline
   };
-  ui::TextAttributes face;
   for (const auto& [family, icon] : icons) {
     SCOPED_TRACE(icon);
-    face.font = ui::Font::named(family, 20);
     ui::AttributedText text(std::string(icon) + " H");
-    text.apply(0, 1, face);
+    text.apply(0, 1, {.font = ui::Font::named(family, 20)});
     auto label = addText("", {10, 10, 200, 50});
     label->setAttributedText(text);
     const QImage image = picture();
@@ -274,9 +257,7 @@ TEST_F(TextOnScreen, AlignsLinesAndParagraphs) {
   EXPECT_NEAR(ink(picture(), page().bounds()).center().x, 160, 2);
   // The second paragraph has an alignment of its own.
   ui::AttributedText text("sinistra\ndestra");
-  ui::TextAttributes right;
-  right.alignment = ui::TextAlign::Right;
-  text.apply(9, 15, right);
+  text.apply(9, 15, {.alignment = ui::TextAlign::Right});
   label->setAlignment(ui::TextAlign::Left);
   label->setMaxLines(0);
   label->setAttributedText(text);
@@ -289,9 +270,7 @@ TEST_F(TextOnScreen, AlignsLinesAndParagraphs) {
 
 TEST_F(TextOnScreen, PaintsTheColoursOfItsRuns) {
   ui::AttributedText text("XXXX\u2588\u2588");
-  ui::TextAttributes red;
-  red.color = ui::Color(0xFFFF0000);
-  text.apply(4, 6, red);
+  text.apply(4, 6, {.color = ui::Color(0xFFFF0000)});
   auto label = add<ui::Label>({10, 10, 200, 60});
   label->setFont(ui::Font::system(30));
   label->setTextColor(ui::Color(0xFF0000FF));

@@ -27,26 +27,21 @@ class Touching : public Desk {
 
 TEST_F(Touching, ATapReachesTheTopmostViewThatTakesIt) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
-  hand.tap({50, 125});
+  tap({50, 125});
   EXPECT_EQ(taps, (std::vector<int>{2}));
   scroll->setOffset({0, 1000});
-  ASSERT_TRUE(settle());
-  hand.tap({50, 25});
+  tap({50, 25});
   EXPECT_EQ(taps, (std::vector<int>{2, 20}));
   // What lies in front takes it, and keeps the list under it from scrolling.
   auto lid = add<ui::View>({0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
-  hand.tap({50, 25});
-  hand.drag({100, 500}, {100, 100});
-  ASSERT_TRUE(settle());
+  tap({50, 25});
+  drag({100, 500}, {100, 100});
   EXPECT_EQ(taps.size(), 2U);
   EXPECT_EQ(scroll->offset().y, 1000);
   // A label in front lets it through.
   lid->removeFromParent();
   addText("davanti", {0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
-  hand.tap({50, 25});
+  tap({50, 25});
   EXPECT_EQ(taps.back(), 20);
   EXPECT_EQ(taps.size(), 3U);
 }
@@ -55,7 +50,7 @@ TEST_F(Touching, ADragScrollsAndTapsNothing) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight});
   int reports = 0;
   scroll->onScroll = [&](double, double) { ++reports; };
-  ASSERT_TRUE(settle());
+  rest();
   hand.down({100, 500});
   EXPECT_TRUE(scroll->content().children()[10]->pressed());
   for (int y = 495; y >= 300; y -= 5) {
@@ -66,7 +61,7 @@ TEST_F(Touching, ADragScrollsAndTapsNothing) {
   EXPECT_NEAR(scroll->offset().y, 200, 25) << "follows the finger";
   loop.pass(200);  // the finger rests: no flick
   hand.up({100, 300});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_NEAR(scroll->offset().y, 200, 25);
   EXPECT_GT(reports, 5);
   EXPECT_TRUE(taps.empty());
@@ -78,16 +73,12 @@ TEST_F(Touching, APressIsSeenWithinATenthOfASecond) {
   auto plain = add<ui::View>({0, 320, kWidth, 50});
   plain->setBackground(ui::kWhite);
   plain->setOnTap([](ui::View&) {});
-  QImage red(40, 40, QImage::Format_RGB32);
-  red.fill(Qt::red);
-  ASSERT_TRUE(red.save(QString::fromStdString((folder / "rosso.png").string())));
   auto button = add<ui::Button>({20, 400, 40, 40});
-  button->setImage(ui::Image::fromFile((folder / "rosso.png").string()));
-  ASSERT_TRUE(settle());
+  button->setImage(ui::Image::fromFile(redPicture(40, 40)));
   const auto press = [&](ui::Point at) {
     hand.down(at);
     loop.pass(100);
-    const QColor seen = Desk::at(picture(), at.x, at.y);
+    const QColor seen = Desk::at(pictureNow(), at.x, at.y);
     hand.up({at.x, 660});
     return seen;
   };
@@ -98,18 +89,17 @@ TEST_F(Touching, APressIsSeenWithinATenthOfASecond) {
   EXPECT_NEAR(seen.green(), 128, 10) << "a picture button lets the page through";
   EXPECT_EQ(at(picture(), 200, 75), before);
   button->setEnabled(false);
-  ASSERT_TRUE(settle());
   EXPECT_GT(at(picture(), 40, 420).green(), 100) << "and when it takes no press";
 }
 
 TEST_F(Touching, AFlickGoesOnAndAFingerStopsItWithoutATap) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight}, 10000);
-  ASSERT_TRUE(settle());
+  rest();
   hand.drag({100, 500}, {100, 200}, 60);
   const double left = scroll->offset().y;
   ASSERT_TRUE(loop.until([&] { return scroll->offset().y > left + 100; }, 5000));
   hand.tap({100, 300});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_TRUE(taps.empty());
   const double stopped = scroll->offset().y;
   loop.pass(100);
@@ -120,9 +110,9 @@ TEST_F(Touching, AFlickGoesOnAndAFingerStopsItWithoutATap) {
   double most = 0;
   scroll->onScroll = [&](double, double y) { most = std::max(most, y); };
   scroll->setOffset({0, scroll->maxOffset().y - 50});
-  ASSERT_TRUE(settle());
+  rest();
   hand.drag({100, 500}, {100, 100}, 60);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(most, scroll->maxOffset().y);
   EXPECT_EQ(scroll->offset().y, scroll->maxOffset().y);
 }
@@ -131,7 +121,6 @@ TEST_F(Touching, AFlickTurnsOnePageAndASlowDragTheNearest) {
   auto pages = add<ui::ScrollView>({0, 0, kWidth, 400});
   pages->setContentSize({kWidth * 3, 400});
   pages->setPaging(true);
-  ASSERT_TRUE(settle());
   const struct {
     const char* what;
     double from, to;
@@ -144,8 +133,7 @@ TEST_F(Touching, AFlickTurnsOnePageAndASlowDragTheNearest) {
                {"a slow drag over a fifth", 250, 170, 1500, 1},
                {"over more than half", 90, 330, 1500, 0}};
   for (const auto& c : cases) {
-    hand.drag({c.from, 200}, {c.to, 200}, c.milliseconds);
-    ASSERT_TRUE(settle()) << c.what;
+    drag({c.from, 200}, {c.to, 200}, c.milliseconds);
     EXPECT_EQ(pages->offset().x, kWidth * c.page) << c.what;
   }
 }
@@ -153,24 +141,22 @@ TEST_F(Touching, AFlickTurnsOnePageAndASlowDragTheNearest) {
 TEST_F(Touching, TheWheelScrollsWhatIsUnderIt) {
   auto upper = list(page(), {0, 0, kWidth, 300});
   auto lower = list(page(), {0, 300, kWidth, 300});
-  ASSERT_TRUE(settle());
-  hand.wheel({100, 400}, 2);
-  ASSERT_TRUE(settle());
+  wheel({100, 400}, 2);
   EXPECT_EQ(upper->offset().y, 0);
   EXPECT_GT(lower->offset().y, 20);
 }
 
 TEST_F(Touching, TheProgramCanScrollWhileNobodyTouches) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
+  rest();
   scroll->scrollTo({0, 1234}, 150);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(scroll->offset().y, 1234);
-  hand.tap({100, 20});
+  tap({100, 20});
   EXPECT_EQ(taps, (std::vector<int>{25}));
   // Less content pulls it back.
   scroll->setContentSize({kWidth, 800});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(scroll->offset().y, 800 - kHeight);
 }
 
@@ -181,14 +167,11 @@ TEST_F(Touching, ASwipeOverAListMovesTheDrawerNotTheList) {
   window->setRootViewController(drawer);
   auto rows = list(menu->view(), {0, 0, 280, kHeight});
   auto behind = list(center->view(), {0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
-  hand.drag({5, 300}, {250, 310});
-  ASSERT_TRUE(settle());
+  drag({5, 300}, {250, 310});
   ASSERT_EQ(drawer->openSide(), ui::DrawerSide::Left);
-  hand.tap({50, 75});
+  tap({50, 75});
   EXPECT_EQ(taps, (std::vector<int>{1}));
-  hand.drag({100, 500}, {100, 300});
-  ASSERT_TRUE(settle());
+  drag({100, 500}, {100, 300});
   EXPECT_GT(rows->offset().y, 0);
   const double offset = rows->offset().y;
   // First sideways, then down: the drawer's, and the list keeps still.
@@ -198,7 +181,7 @@ TEST_F(Touching, ASwipeOverAListMovesTheDrawerNotTheList) {
     hand.move({250.0 - 5 * i, 300.0 + (i > 10 ? 4 * (i - 10) : 0)});
   }
   hand.up({50, 420});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(drawer->openSide(), ui::DrawerSide::None);
   EXPECT_EQ(rows->offset().y, offset);
   EXPECT_EQ(behind->offset().y, 0);
@@ -217,22 +200,18 @@ TEST_F(Touching, ControlsOfTheToolkitTellTheirViewsOnce) {
   auto segments = add<ui::SegmentedControl>({20, 200, 300, 32});
   segments->setItems({"a", "b", "c"});
   segments->onChange = [&](int i) { told.push_back("segment " + std::to_string(i)); };
-  ASSERT_TRUE(settle());
-  hand.tap({50, 35});
+  tap({50, 35});
   EXPECT_TRUE(toggle->on());
-  hand.tap({50, 35});
-  hand.tap({170, 100});
+  tap({50, 35});
+  tap({170, 100});
   for (double x : {95, 95, 45}) {
-    hand.tap({x, 156});
-    ASSERT_TRUE(settle());
+    tap({x, 156});
   }
-  hand.tap({170, 216});
-  ASSERT_TRUE(settle());
+  tap({170, 216});
   EXPECT_EQ(told, (std::vector<std::string>{"on", "off", "half", "step 1", "step 2", "step 1",
                                             "segment 1"}));
   toggle->setEnabled(false);
-  ASSERT_TRUE(settle());
-  hand.tap({50, 35});
+  tap({50, 35});
   EXPECT_FALSE(toggle->on());
   // What the program sets is shown, and not reported.
   const QImage off = picture();
@@ -255,24 +234,21 @@ TEST_F(Touching, WheelsOfAPickerTurn) {
   date->setTicks(1510734600000);  // 2017-11-15
   std::vector<platform::Ticks> dates;
   date->onChange = [&](platform::Ticks t) { dates.push_back(t); };
-  ASSERT_TRUE(settle());
   picture("pickers");
-  hand.tap({170, 110 + 36});
-  ASSERT_TRUE(settle());
+  tap({170, 110 + 36});
   EXPECT_EQ(told, (std::vector<int>{2}));
   EXPECT_EQ(picker->selected(0), 2);
-  hand.tap({60, 310 + 36});
-  ASSERT_TRUE(settle());
+  tap({60, 310 + 36});
   EXPECT_EQ(dates, (std::vector<platform::Ticks>{1510734600000 + 86400000}));
 }
 
 TEST_F(Touching, ATouchScreenDoesWhatTheMouseDoes) {
   auto scroll = list(page(), {0, 0, kWidth, kHeight});
-  ASSERT_TRUE(settle());
+  rest();
   auto* device = QTest::createTouchDevice();
   QTest::touchEvent(&screen.window(), device).press(3, {100, 125});
   QTest::touchEvent(&screen.window(), device).release(3, {100, 125});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(taps, (std::vector<int>{2}));
   QTest::touchEvent(&screen.window(), device).press(3, {100, 500});
   for (int i = 1; i <= 30; ++i) {
@@ -280,7 +256,7 @@ TEST_F(Touching, ATouchScreenDoesWhatTheMouseDoes) {
     QTest::touchEvent(&screen.window(), device).move(3, {100, 500 - 8 * i});
   }
   QTest::touchEvent(&screen.window(), device).release(3, {100, 260});
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_GT(scroll->offset().y, 150);
   EXPECT_EQ(taps.size(), 1U);
 }

@@ -13,16 +13,20 @@ class Pages : public Desk {
  protected:
   Pages() : web(ui::makeShared<ui::WebView>()) {
     web->setFrame({0, 0, kWidth, 400});
-    web->onOverrideUrl = [this](const std::string& url) {
-      asked.push_back(url);
-      return true;
-    };
+    askFirst(true);
     web->onPageFinished = [this](bool success, const std::string& url) {
       finished.push_back((success ? "ok " : "failed ") + url);
     };
     web->onMessage = [this](const std::string& message) { messages.push_back(message); };
   }
   void show() { page().addSubview(web); }
+  // Notes what is asked, and says whether the link is somebody else's.
+  void askFirst(bool refused) {
+    web->onOverrideUrl = [this, refused](const std::string& url) {
+      asked.push_back(url);
+      return refused;
+    };
+  }
   static bool engineLoaded() {
     std::ifstream maps("/proc/self/maps");
     std::stringstream text;
@@ -42,7 +46,7 @@ TEST_F(Pages, TheEngineStartsWithTheFirstPageThatIsSeenAfterTheFirstFrame) {
   scroll->setContentSize({kWidth, 5000});
   web->setFrame({0, 2000, kWidth, 400});
   scroll->content().addSubview(web);
-  ASSERT_TRUE(settle());
+  rest();
   // As one program, an earlier test may have started it.
   const bool fresh = testing::UnitTest::GetInstance()->test_to_run_count() == 1;
   EXPECT_TRUE(!fresh || !engineLoaded()) << "out of sight";
@@ -55,7 +59,6 @@ TEST_F(Pages, TheEngineStartsWithTheFirstPageThatIsSeenAfterTheFirstFrame) {
   EXPECT_EQ(at(image, 200, 90), QColor(Qt::white));
   // Out of sight and back: the same page, not loaded again.
   scroll->setOffset({0, 2000});
-  ASSERT_TRUE(settle());
   scroll->setOffset({0, 0});
   EXPECT_EQ(at(picture(), 200, 400), QColor(0, 255, 0));
   EXPECT_EQ(finished.size(), 1U);
@@ -70,7 +73,6 @@ TEST_F(Pages, EveryLinkIsAskedAbout) {
     <a style='display:block;height:100px' onclick='location.href="http://varlo.test/quattro"'>quattro</a>
     </body>)",
                 "http://varlo.test/pagina");
-  ASSERT_TRUE(settle());
   picture("links");
   EXPECT_TRUE(asked.empty()) << "what the program loads itself isn't asked about";
   const std::vector<std::string> expected{"http://varlo.test/uno", "tel:+390123",
@@ -80,7 +82,7 @@ TEST_F(Pages, EveryLinkIsAskedAbout) {
     ASSERT_TRUE(loop.until([&] { return asked.size() > i; }, 10000)) << expected[i];
   }
   EXPECT_EQ(asked, expected);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(finished, (std::vector<std::string>{"ok http://varlo.test/pagina"}))
       << "none was followed";
 }
@@ -121,10 +123,7 @@ TEST_F(Pages, NothingOpensWithoutATapAndNothingByTheEngineItself) {
   }
   platform::setLogSink(former);
   // "//host" follows the page's scheme; allowed by nobody's objection, it is gone to.
-  web->onOverrideUrl = [this](const std::string& url) {
-    asked.push_back(url);
-    return true;
-  };
+  askFirst(true);
   hand.tap({20, 10 + 60.0 * 5});
   ASSERT_TRUE(loop.until([&] { return !asked.empty(); }, 10000));
   EXPECT_EQ(asked[0], "https://altro.test/x");
@@ -145,7 +144,7 @@ TEST_F(Pages, APlaceInThePageIsScrolledToAndARelativeLinkNeedsAnAddress) {
     messages.clear();
     asked.clear();
     web->loadHtml(text, base);
-    ASSERT_TRUE(settle());
+    rest();
     const auto loads = finished.size();
     hand.tap({20, 10});
     ASSERT_TRUE(loop.until([&] { return !messages.empty() && messages.back().size() < 6; }, 10000))
@@ -167,10 +166,7 @@ TEST_F(Pages, ALinkThatIsAllowedIsFollowedInPlace) {
   const auto other = folder / "altra.html";
   std::ofstream(other) << "<body style='background:#ff0000'>altra</body>";
   const std::string url = "file://" + other.string();
-  web->onOverrideUrl = [&](const std::string& asking) {
-    asked.push_back(asking);
-    return false;
-  };
+  askFirst(false);
   web->loadUrl(url);
   EXPECT_EQ(at(picture("followed"), 200, 200), QColor(255, 0, 0));
   EXPECT_EQ(asked, (std::vector<std::string>{url})) << "once";
@@ -179,7 +175,7 @@ TEST_F(Pages, ALinkThatIsAllowedIsFollowedInPlace) {
   // One that isn't stays where it is.
   web->onOverrideUrl = [](const std::string&) { return true; };
   web->loadUrl("http://varlo.test/");
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_FALSE(web->loading());
   EXPECT_EQ(finished.size(), 1U);
   EXPECT_EQ(at(picture(), 200, 200), QColor(255, 0, 0));
@@ -189,7 +185,7 @@ TEST_F(Pages, AnAddressThatDoesNotAnswerFails) {
   show();
   web->onOverrideUrl = nullptr;
   web->loadUrl("http://127.0.0.1:1/niente");
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(finished, (std::vector<std::string>{"failed http://127.0.0.1:1/niente"}));
   EXPECT_FALSE(web->loading());
   for (const char* none : {"", "niente", "http://[x", "http://due parole/"}) {
@@ -214,7 +210,7 @@ TEST_F(Pages, APageThatIsNotThereFailsOnce) {
   web->onOverrideUrl = nullptr;
   const std::string url = "http://127.0.0.1:" + std::to_string(host.port()) + "/niente";
   web->loadUrl(url);
-  ASSERT_TRUE(settle());
+  rest();
   EXPECT_EQ(finished, (std::vector<std::string>{"failed " + url}));
   EXPECT_FALSE(web->loading());
 }
@@ -233,11 +229,8 @@ TEST_F(Pages, ScriptsRunInOrderAndPostMessages) {
 
 TEST_F(Pages, APageReachesOnlyWhatItsBaseMay) {
   show();
-  QImage red(10, 10, QImage::Format_RGB32);
-  red.fill(Qt::red);
-  ASSERT_TRUE(red.save(QString::fromStdString((folder / "rosso.png").string())));
-  const std::string html = "<body style='margin:0'><img src='" + std::string("file://") +
-                           (folder / "rosso.png").string() + "' width=200 height=200></body>";
+  const std::string html = "<body style='margin:0'><img src='file://" + redPicture(10, 10) +
+                           "' width=200 height=200></body>";
   web->loadHtml(html, "http://varlo.test/");
   EXPECT_NE(at(picture(), 100, 100), QColor(255, 0, 0)) << "a page of the net reads no files";
   web->loadHtml(html);
@@ -263,7 +256,7 @@ TEST_F(Pages, TheKeyboardEntersAPageAndLeavesItAtItsEnds) {
   after->setUserInteraction(true);
   after->setOnTap([](ui::View&) {});
   web->loadHtml("<a id=a href='http://varlo.test/uno'>uno</a>");
-  ASSERT_TRUE(settle());
+  rest();
   hand.press(ui::Key::Tab);
   ASSERT_TRUE(loop.until([&] { return web->isFocused(); }, 5000));
   // The link is the first stop in the page; Enter follows it.

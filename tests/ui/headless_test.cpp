@@ -30,9 +30,7 @@ TEST(FixedText, WrapsAtWordsAndBreaksLongOnes) {
   for (const auto& c : cases)
     EXPECT_EQ(engine.measure(c.text, ten, c.width, c.lines), c.size) << c.text;
   AttributedText rich("ab cd");
-  TextAttributes big;
-  big.font = Font::system(20);
-  rich.apply(0, 2, big);
+  rich.apply(0, 2, {.font = Font::system(20)});
   EXPECT_EQ(engine.measure(rich, ten, 0, 1), (Size{35, 24}));
   EXPECT_EQ(engine.measure(rich, ten, 25, 0), (Size{20, 36}));
 }

@@ -11,9 +11,7 @@ AttributedText withLinks(std::initializer_list<std::pair<const char*, const char
     text.append("vedi ");
     const auto start = text.length();
     text.append(word);
-    TextAttributes link;
-    link.link = url;
-    text.apply(start, text.length(), link);
+    text.apply(start, text.length(), {.link = url});
     text.append(" ");
   }
   return text;
@@ -48,9 +46,7 @@ TEST(LabelLinks, ARunOffTheBaselineMakesItsLineHigher) {
   headless::FixedTextEngine engine;
   const auto height = [&](double up) {
     AttributedText text("a\nb");
-    TextAttributes raised;
-    raised.baseline = up;
-    text.apply(2, 3, raised);
+    text.apply(2, 3, {.baseline = up});
     return engine.measure(text, Font::system(20), 0, 0).height;
   };
   EXPECT_EQ(height(0), 48);

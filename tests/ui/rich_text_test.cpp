@@ -7,12 +7,6 @@
 namespace ui {
 namespace {
 
-TextAttributes colored(std::uint32_t c) {
-  TextAttributes a;
-  a.color = Color(c);
-  return a;
-}
-
 // "0-3:r 3-5:rf" — one entry a run: its range, then r/g/b for colours and f for a font.
 std::string describe(const AttributedText& text) {
   std::string out;
@@ -50,12 +44,10 @@ TEST(RichText, LaterAttributesOverrideEarlierOnesInTheirRangeOnly) {
   for (const auto& c : cases) {
     AttributedText text("123456789");
     for (const auto& s : c.steps) {
-      TextAttributes a;
       if (s.what == 'f')
-        a.font = Font::bold(12);
+        text.apply(s.start, s.end, {.font = Font::bold(12)});
       else
-        a = colored(s.what == 'r' ? 1 : s.what == 'g' ? 2 : 3);
-      text.apply(s.start, s.end, a);
+        text.apply(s.start, s.end, {.color = Color(s.what == 'r' ? 1 : s.what == 'g' ? 2 : 3)});
     }
     EXPECT_EQ(describe(text), c.runs) << c.says;
   }
@@ -64,9 +56,9 @@ TEST(RichText, LaterAttributesOverrideEarlierOnesInTheirRangeOnly) {
 TEST(RichText, PositionsCountSixteenBitUnits) {
   AttributedText text("è🍕 ok");
   EXPECT_EQ(text.length(), 6u);
-  text.apply(0, 3, colored(1));
+  text.apply(0, 3, {.color = Color(1)});
   AttributedText more("dopo");
-  more.apply(0, 4, colored(2));
+  more.apply(0, 4, {.color = Color(2)});
   text.append(more);
   EXPECT_EQ(describe(text), "0-3:r 6-10:g");
   EXPECT_EQ(utf8Offset(text.text(), 3), std::string("è🍕").size());
