@@ -1,6 +1,7 @@
 #include "townhost/civil_time.h"
 
 #include <cstddef>
+#include <cstdio>
 
 namespace town {
 namespace {
@@ -52,6 +53,14 @@ minutes offsetAt(Instant instant) {
 CivilDay dayAt(Instant instant) {
   const auto local = timeOf(instant) + offsetAt(instant);
   return CivilDay(std::chrono::floor<days>(local).time_since_epoch());
+}
+
+std::string isoDate(CivilDay day) {
+  const std::chrono::year_month_day date(day);
+  char text[32];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+  return text;
 }
 
 std::optional<Instant> parseInstant(std::string_view text) {

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace town {
@@ -20,6 +21,8 @@ using CivilDay = std::chrono::local_days;
 std::chrono::minutes offsetAt(Instant instant);
 
 CivilDay dayAt(Instant instant);
+
+std::string isoDate(CivilDay day);  // "2026-11-21"
 
 // "2026-01-01T12:00", with optional seconds and an optional zone ("Z",
 // "+01:00"); a date alone means its midnight. Without a zone the time is the

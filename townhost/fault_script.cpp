@@ -1,13 +1,13 @@
 #include "townhost/fault_script.h"
 
 #include <rapidjson/document.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 
 #include <functional>
 #include <stdexcept>
 #include <utility>
 #include <vector>
+
+#include "townhost/json_text.h"
 
 namespace town {
 namespace {
@@ -85,21 +85,14 @@ void applyFaultScript(Faults& faults, std::string_view json) {
 }
 
 std::string describeFaults(const Faults& faults) {
-  rapidjson::StringBuffer out;
-  rapidjson::Writer<rapidjson::StringBuffer> json(out);
-  json.StartArray();
+  JsonText json;
+  json.openList();
   for (const auto& rule : faults.standing()) {
-    const auto kind = nameOf(rule.fault.kind);
-    json.StartObject();
-    json.Key("path"), json.String(rule.pathPrefix.c_str());
-    json.Key("kind"), json.String(kind.data(), static_cast<rapidjson::SizeType>(kind.size()));
-    json.Key("amount"), json.Int64(rule.fault.amount);
-    json.Key("text"), json.String(rule.fault.text.c_str());
-    json.Key("times"), json.Int(rule.left);
-    json.EndObject();
+    json.open().text("path", rule.pathPrefix).text("kind", nameOf(rule.fault.kind));
+    json.number("amount", rule.fault.amount).text("text", rule.fault.text);
+    json.number("times", rule.left).close();
   }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().take();
 }
 
 }  // namespace town

@@ -1,10 +1,10 @@
 #include "townhost/pharmacy_turns.h"
 
 #include <rapidjson/document.h>
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
 
 #include <stdexcept>
+
+#include "townhost/json_text.h"
 
 namespace town {
 namespace {
@@ -33,25 +33,16 @@ std::vector<PharmacyTurn> turnsAround(CivilDay day, int days,
 }
 
 std::string turnsDocument(const std::vector<PharmacyTurn>& turns) {
-  rapidjson::StringBuffer out;
-  rapidjson::PrettyWriter<rapidjson::StringBuffer> json(out);
-  json.SetIndent(' ', 1);
-  const auto text = [&](const std::string& s) {
-    json.String(s.data(), static_cast<rapidjson::SizeType>(s.size()));
-  };
-  json.StartArray();
+  JsonPage json;
+  json.openList();
   for (const auto& turn : turns) {
     const std::chrono::year_month_day date(turn.day);
-    json.StartObject();
-    json.Key("Giorno"), json.Uint(static_cast<unsigned>(date.day()));
-    json.Key("Mese"), json.Uint(static_cast<unsigned>(date.month()));
-    json.Key("Anno"), json.Int(static_cast<int>(date.year()));
-    json.Key("Turno1"), text(turn.roundTheClock);
-    json.Key("Turno2"), text(turn.daytime);
-    json.EndObject();
+    json.open().number("Giorno", static_cast<unsigned>(date.day()));
+    json.number("Mese", static_cast<unsigned>(date.month()));
+    json.number("Anno", static_cast<int>(date.year()));
+    json.text("Turno1", turn.roundTheClock).text("Turno2", turn.daytime).close();
   }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().take();
 }
 
 std::vector<std::string> pharmacyKeys(std::string_view pharmaciesDocument) {

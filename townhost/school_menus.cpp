@@ -1,14 +1,13 @@
 #include "townhost/school_menus.h"
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
-
 #include <array>
+#include <cstdio>
+
+#include "townhost/json_text.h"
 
 namespace town {
 namespace {
 
-using Json = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
 using std::chrono::year;
 using std::chrono::year_month_day;
 
@@ -93,37 +92,28 @@ std::vector<Season> seasonsAround(CivilDay day) {
   return seasons;
 }
 
-void text(Json& json, const std::string& s) {
-  json.String(s.data(), static_cast<rapidjson::SizeType>(s.size()));
-}
-
-void date(Json& json, const char* key, CivilDay day) {
+// "21/11/2026"
+std::string written(CivilDay day) {
   const year_month_day d(day);
-  char written[16];
-  std::snprintf(written, sizeof written, "%02u/%02u/%04d", static_cast<unsigned>(d.day()),
+  char text[16];
+  std::snprintf(text, sizeof text, "%02u/%02u/%04d", static_cast<unsigned>(d.day()),
                 static_cast<unsigned>(d.month()), static_cast<int>(d.year()));
-  json.Key(key), json.String(written);
+  return text;
 }
 
-void write(Json& json, const Season& season, const School& school) {
-  json.StartObject();
-  date(json, "valid_from", season.from);
-  date(json, "valid_to", season.to);
-  date(json, "date_start", mondayOf(season.from));
-  json.Key("note"), json.String(season.note);
+void write(JsonPage& json, const Season& season, const School& school) {
+  json.open().text("valid_from", written(season.from)).text("valid_to", written(season.to));
+  json.text("date_start", written(mondayOf(season.from))).text("note", season.note);
   for (int week = 0; week < kWeeks; ++week) {
-    json.Key(("week_" + std::to_string(week + 1)).c_str());
-    json.StartObject();
+    json.open("week_" + std::to_string(week + 1));
     const auto& days = (*season.rotation)[static_cast<std::size_t>((week + school.lead) % kWeeks)];
-    for (int day = 0; day < kDays; ++day) {
-      const auto at = static_cast<std::size_t>(day);
-      json.Key(("day_" + std::to_string(day + 1)).c_str());
-      text(json, std::string(days[at]) +
-                     (school.snack ? std::string("||Merenda: ") + kSnacks[at] : std::string()));
-    }
-    json.EndObject();
+    for (std::size_t day = 0; day < kDays; ++day)
+      json.text("day_" + std::to_string(day + 1),
+                std::string(days[day]) +
+                    (school.snack ? std::string("||Merenda: ") + kSnacks[day] : std::string()));
+    json.close();
   }
-  json.EndObject();
+  json.close();
 }
 
 }  // namespace
@@ -140,32 +130,18 @@ const std::vector<School>& schools() {
 }
 
 std::string schoolsDocument() {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.SetIndent(' ', 1);
-  json.StartArray();
-  for (const School& school : schools()) {
-    json.StartObject();
-    json.Key("Nome"), json.String(school.name);
-    json.Key("Link"), json.String(school.link);
-    json.EndObject();
-  }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  JsonPage json;
+  json.openList();
+  for (const School& school : schools())
+    json.open().text("Nome", school.name).text("Link", school.link).close();
+  return json.closeList().take();
 }
 
 std::string schoolMenuDocument(const School& school, CivilDay day) {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.SetIndent(' ', 1);
-  json.StartObject();
-  json.Key("name"), json.String(school.name);
-  json.Key("menu");
-  json.StartArray();
+  JsonPage json;
+  json.open().text("name", school.name).openList("menu");
   for (const Season& season : seasonsAround(day)) write(json, season, school);
-  json.EndArray();
-  json.EndObject();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().close().take();
 }
 
 }  // namespace town

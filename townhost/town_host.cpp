@@ -1,8 +1,5 @@
 #include "townhost/town_host.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -11,6 +8,7 @@
 
 #include "townhost/engine.h"
 #include "townhost/fault_script.h"
+#include "townhost/json_text.h"
 #include "townhost/map/tile_painter.h"
 #include "townhost/pictures/gallery.h"
 #include "townhost/spoil.h"
@@ -26,19 +24,16 @@ std::int64_t machineTime() {
 }
 
 std::string listOf(const RequestLog& log) {
-  rapidjson::StringBuffer out;
-  rapidjson::Writer<rapidjson::StringBuffer> json(out);
-  json.StartArray();
-  for (const auto& request : log.all()) {
-    json.StartObject();
-    json.Key("method"), json.String(request.method.c_str());
-    json.Key("path"), json.String(request.path.c_str());
-    json.Key("userAgent"), json.String(request.userAgent.c_str());
-    json.Key("fault"), json.String(request.fault.c_str());
-    json.EndObject();
-  }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  JsonText json;
+  json.openList();
+  for (const auto& request : log.all())
+    json.open()
+        .text("method", request.method)
+        .text("path", request.path)
+        .text("userAgent", request.userAgent)
+        .text("fault", request.fault)
+        .close();
+  return json.closeList().take();
 }
 
 }  // namespace

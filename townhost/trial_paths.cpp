@@ -1,7 +1,5 @@
 #include "townhost/trial_paths.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 #include <zlib.h>
 
 #include <charconv>
@@ -10,16 +8,12 @@
 #include <string_view>
 #include <utility>
 
+#include "townhost/json_text.h"
+
 namespace town {
 namespace {
 
-using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
-
 constexpr long mostBytes = 64l << 20;
-
-void write(JsonWriter& json, std::string_view text) {
-  json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-}
 
 // The whole text as a number within bounds.
 std::optional<long> number(std::string_view text, long least, long most) {
@@ -51,36 +45,32 @@ std::string readable(const std::string& bytes) {
   return text;
 }
 
+bool isUtf8(const std::string& bytes) {
+  rapidjson::StringBuffer trial;
+  rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>,
+                    rapidjson::CrtAllocator, rapidjson::kWriteValidateEncodingFlag>
+      validating(trial);
+  return validating.String(bytes.data(), static_cast<rapidjson::SizeType>(bytes.size()));
+}
+
 Answer echo(const Call& call) {
-  rapidjson::StringBuffer out;
-  JsonWriter json(out);
-  json.StartObject();
-  json.Key("method"), write(json, call.method);
-  json.Key("target"), write(json, readable(call.target));
-  json.Key("headers");
-  json.StartObject();
+  JsonText json;
+  json.open().text("method", call.method).text("target", readable(call.target));
+  json.open("headers");
   std::map<std::string, std::string> joined;
   for (const auto& [name, value] : call.headers) {
     auto& all = joined[readable(name)];
     all += (all.empty() ? "" : ", ") + readable(value);
   }
-  for (const auto& [name, value] : joined) write(json, name), write(json, value);
-  json.EndObject();
-  rapidjson::StringBuffer trial;
-  rapidjson::Writer<rapidjson::StringBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>,
-                    rapidjson::CrtAllocator, rapidjson::kWriteValidateEncodingFlag>
-      validating(trial);
-  const bool isText =
-      validating.String(call.body.data(), static_cast<rapidjson::SizeType>(call.body.size()));
-  json.Key("body"), write(json, isText ? call.body : readable(call.body));
+  for (const auto& [name, value] : joined) json.text(name, value);
+  json.close();
+  json.text("body", isUtf8(call.body) ? call.body : readable(call.body));
   std::string hex;
   for (unsigned char c : call.body) {
     hex += "0123456789abcdef"[c >> 4];
     hex += "0123456789abcdef"[c & 15];
   }
-  json.Key("bodyHex"), write(json, hex);
-  json.EndObject();
-  return {200, jsonType, {out.GetString(), out.GetSize()}};
+  return {200, jsonType, json.text("bodyHex", hex).close().take()};
 }
 
 Answer bytes(long count) {

@@ -5,8 +5,8 @@
 #include <random>
 
 #include "townhost/hall/italian_dates.h"
-#include "townhost/hall/json_text.h"
 #include "townhost/hall/paper.h"
+#include "townhost/json_text.h"
 
 namespace town {
 

@@ -46,14 +46,6 @@ std::optional<CivilDay> dayFor(std::string_view placeholder, CivilDay today) {
 
 }  // namespace
 
-std::string isoDate(CivilDay day) {
-  const year_month_day date(day);
-  char text[32];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
-  return text;
-}
-
 std::string wordsFor(CivilDay day) {
   return std::string(kWeekDays[weekDayOf(day)]) + " " + dayAndMonth(day);
 }

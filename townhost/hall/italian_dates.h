@@ -8,7 +8,6 @@
 
 namespace town {
 
-std::string isoDate(CivilDay day);        // "2026-11-21"
 std::string wordsFor(CivilDay day);       // "sabato 21 novembre"
 std::string shortWordsFor(CivilDay day);  // "21 novembre 2026"
 

@@ -1,8 +1,8 @@
 #include "townhost/hall/news.h"
 
 #include "townhost/hall/italian_dates.h"
-#include "townhost/hall/json_text.h"
 #include "townhost/hall/news_items.h"
+#include "townhost/json_text.h"
 
 namespace town {
 
@@ -14,7 +14,7 @@ const std::string kArticle =
 
 std::string newsDocument(CivilDay today) {
   JsonText json;
-  json.open().key("NewDataSet").open().key("Table").openList();
+  json.open().open("NewDataSet").openList("Table");
   for (const auto& item : newsItems()) {
     json.open();
     json.text("Titolo", dated(item.title, today));

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "townhost/hall/italian_dates.h"
-#include "townhost/hall/json_text.h"
 #include "townhost/hall/news_items.h"
+#include "townhost/json_text.h"
 
 namespace town {
 

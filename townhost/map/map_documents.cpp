@@ -1,56 +1,26 @@
 #include "townhost/map/map_documents.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <initializer_list>
 #include <utility>
-#include <vector>
 
+#include "townhost/json_text.h"
 #include "townhost/map/varlo_map.h"
 
 namespace town {
 namespace {
 
-using Buffer = rapidjson::StringBuffer;
-using Json = rapidjson::Writer<Buffer>;
 using Texts = std::initializer_list<std::pair<const char*, std::string>>;
 
 constexpr const char* kFolder = "/InfoVarlo/mappe/master/";
-constexpr const char* kType = "application/json; charset=utf-8";
 
-void texts(Json& json, const Texts& fields) {
-  for (const auto& [key, value] : fields) json.Key(key), json.String(value.c_str());
+void row(JsonText& json, const Texts& fields) {
+  json.open();
+  for (const auto& [key, value] : fields) json.text(key, value);
+  json.close();
 }
-
-// An array whose rows are written one by one.
-class Table {
- public:
-  Table() { json_.StartArray(); }
-  void row(const Texts& fields, const char* latitude, const char* longitude, Place at) {
-    json_.StartObject();
-    texts(json_, fields);
-    json_.Key(latitude), json_.Double(at.latitude);
-    json_.Key(longitude), json_.Double(at.longitude);
-    json_.EndObject();
-  }
-  void row(const Texts& fields) {
-    json_.StartObject();
-    texts(json_, fields);
-    json_.EndObject();
-  }
-  std::string end() {
-    json_.EndArray();
-    return {buffer_.GetString(), buffer_.GetSize()};
-  }
-
- private:
-  Buffer buffer_;
-  Json json_{buffer_};
-};
 
 // As the region's tables give numbers: texts of six decimals.
 std::string decimals(double number) {
@@ -67,15 +37,14 @@ struct Row {
 // The town's own tables name their fields so. Texts are as the town's old register
 // exports them, with a few entities.
 std::string ownTable(std::initializer_list<Row> rows, bool withDetails = true) {
-  Table table;
-  for (const auto& row : rows) {
-    if (withDetails)
-      table.row({{"Nome", row.title}, {"Descrizione", row.details}}, "Latitudine", "Longitudine",
-                row.at);
-    else
-      table.row({{"Nome", row.title}}, "Latitudine", "Longitudine", row.at);
+  JsonText json;
+  json.openList();
+  for (const auto& each : rows) {
+    json.open().text("Nome", each.title);
+    if (withDetails) json.text("Descrizione", each.details);
+    json.degrees("Latitudine", each.at.latitude).degrees("Longitudine", each.at.longitude).close();
   }
-  return table.end();
+  return json.closeList().take();
 }
 
 std::string defibrillators() {
@@ -209,25 +178,27 @@ std::string sackPoints() {
 
 // The schools of the province: the catalogue's filter keeps those of two towns.
 std::string schools() {
-  Table table;
-  const auto row = [&](const char* town, const char* name, const char* kind, const char* address,
-                       Place at) {
-    table.row({{"comune", town},
+  JsonText json;
+  json.openList();
+  const auto school = [&](const char* town, const char* name, const char* kind, const char* address,
+                          Place at) {
+    row(json, {{"comune", town},
                {"denominazione", name},
                {"ordine", kind},
                {"scheda", std::string(kind) + "\n" + address + "\nAnno scolastico 2026/27"},
                {"lat", decimals(at.latitude)},
                {"lng", decimals(at.longitude)}});
   };
-  row("VARLO", "Asilo nido Il Girotondo", "Asilo nido", "Via Pascoli 6", {45.2397, 10.0385});
-  row("VARLO", "Arcobaleno", "Scuola dell'infanzia", "Via Pascoli 10", {45.2399, 10.0381});
-  row("VARLO", "Gianni Rodari", "Scuola primaria", "Via Manzoni 20", {45.2365, 10.0452});
-  row("VARLO", "Ada Negri", "Scuola secondaria di primo grado", "Via Manzoni 24",
-      {45.2363, 10.0458});
-  row("VARLO", "Scuola di musica Corelli", "Scuola civica", "Vicolo del Teatro 3",
-      {45.2382, 10.0416});
-  row("PIEVE LUNGA", "Maria Montessori", "Scuola primaria", "Via Marconi 8", {45.1992, 10.0644});
-  row("PIEVE LUNGA", "Bruno Munari", "Scuola dell'infanzia", "Via Marconi 10", {45.1994, 10.0640});
+  school("VARLO", "Asilo nido Il Girotondo", "Asilo nido", "Via Pascoli 6", {45.2397, 10.0385});
+  school("VARLO", "Arcobaleno", "Scuola dell'infanzia", "Via Pascoli 10", {45.2399, 10.0381});
+  school("VARLO", "Gianni Rodari", "Scuola primaria", "Via Manzoni 20", {45.2365, 10.0452});
+  school("VARLO", "Ada Negri", "Scuola secondaria di primo grado", "Via Manzoni 24",
+         {45.2363, 10.0458});
+  school("VARLO", "Scuola di musica Corelli", "Scuola civica", "Vicolo del Teatro 3",
+         {45.2382, 10.0416});
+  school("PIEVE LUNGA", "Maria Montessori", "Scuola primaria", "Via Marconi 8", {45.1992, 10.0644});
+  school("PIEVE LUNGA", "Bruno Munari", "Scuola dell'infanzia", "Via Marconi 10",
+         {45.1994, 10.0640});
   static constexpr const char* others[] = {"BORGO SAN GIORGIO", "CASCINE ALTE", "PONTE NUOVO"};
   static constexpr const char* names[] = {"Alessandro Volta",     "Grazia Deledda",
                                           "Maria Gaetana Agnesi", "Carlo Collodi",
@@ -236,10 +207,10 @@ std::string schools() {
   for (const char* town : others)
     for (const char* name : names) {
       ++n;
-      row(town, name, n % 2 ? "Scuola dell'infanzia" : "Scuola primaria", "Via della Scuola 1",
-          offset({45.2104, 10.0127}, 120.0 * n, 310.0 * (n % 5)));
+      school(town, name, n % 2 ? "Scuola dell'infanzia" : "Scuola primaria", "Via della Scuola 1",
+             offset({45.2104, 10.0127}, 120.0 * n, 310.0 * (n % 5)));
     }
-  return table.end();
+  return json.closeList().take();
 }
 
 // --- The region's register of public trees.
@@ -263,7 +234,8 @@ constexpr std::array<Species, 10> kSpecies{{{"Tilia cordata", "Tiglio selvatico"
 // Along the streets, on both sides, in an order that goes round the town.
 std::string trees() {
   const auto& map = varloMap();
-  Table table;
+  JsonText json;
+  json.openList();
   std::uint32_t dice = 20261121;
   const auto roll = [&](std::uint32_t sides) {
     dice = dice * 1664525 + 1013904223;
@@ -277,7 +249,7 @@ std::string trees() {
     const Place at = offset(along(street.course, share), aside, aside * (roll(3) - 1));
     const std::string height = std::to_string(4 + roll(22)), girth = std::to_string(40 + roll(280));
     const std::string code = "VAR-" + std::to_string(100000 + i);
-    table.row(
+    row(json,
         {{"codice", code},
          {"comune", "VARLO"},
          {"specie", species.name},
@@ -294,95 +266,67 @@ std::string trees() {
          {"latitudine", decimals(at.latitude)},
          {"longitudine", decimals(at.longitude)}});
   }
-  return table.end();
+  return json.closeList().take();
 }
 
 // --- The catalogue.
 
-class Catalogue {
- public:
-  Catalogue() { json_.StartArray(); }
-  void map(const Texts& fields,
-           std::initializer_list<std::pair<const char*, const char*>> filter = {}) {
-    json_.StartObject();
-    texts(json_, fields);
-    if (filter.size()) {
-      json_.Key("FILTER");
-      json_.StartArray();
-      for (const auto& [field, value] : filter) {
-        json_.StartObject();
-        texts(json_, {{"FIELD", field}, {"VALUE", value}});
-        json_.EndObject();
-      }
-      json_.EndArray();
-    }
-    json_.EndObject();
-  }
-  void own(const char* name, const std::string& address, bool withDetails = true) {
-    if (withDetails)
-      map({{"Nome", name},
-           {"URL", address},
-           {"LAT", "Latitudine"},
-           {"LON", "Longitudine"},
-           {"TITLE", "Nome"},
-           {"SNIPPET", "Descrizione"}});
-    else
-      map({{"Nome", name},
-           {"URL", address},
-           {"LAT", "Latitudine"},
-           {"LON", "Longitudine"},
-           {"TITLE", "Nome"}});
-  }
-  std::string end() {
-    json_.EndArray();
-    return {buffer_.GetString(), buffer_.GetSize()};
-  }
-
- private:
-  Buffer buffer_;
-  Json json_{buffer_};
+// Which fields of a table's rows are the places, and what is written at them.
+struct Fields {
+  const char *latitude, *longitude, *title;
+  const char* snippet;  // null: nothing but the title
 };
+constexpr Fields kOwn{"Latitudine", "Longitudine", "Nome", "Descrizione"};
+constexpr Fields kOwnTitles{"Latitudine", "Longitudine", "Nome", nullptr};
+
+using Filter = std::initializer_list<std::pair<const char*, const char*>>;
+
+void map(JsonText& json, const char* name, const std::string& address, const Fields& fields,
+         const Filter& filter = {}) {
+  json.open().text("Nome", name).text("URL", address);
+  json.text("LAT", fields.latitude).text("LON", fields.longitude).text("TITLE", fields.title);
+  if (fields.snippet) json.text("SNIPPET", fields.snippet);
+  if (filter.size()) {
+    json.openList("FILTER");
+    for (const auto& [field, value] : filter) row(json, {{"FIELD", field}, {"VALUE", value}});
+    json.closeList();
+  }
+  json.close();
+}
 
 constexpr const char* kSchoolsPath = "/resource/scuole-provincia.json";
 
 std::string catalogue(const std::string& url) {
   const auto at = [&](const char* name) { return url + kFolder + name; };
-  Catalogue c;
-  c.own("Defibrillatori", at("defibrillatori.json"));
-  c.own("Parcheggi", at("parcheggi.json"));
-  c.own("Parchi gioco", at("parchigioco.json"));
-  c.own("Fontanelle e case dell'acqua", at("fontanelle.json"), false);
-  c.map({{"Nome", "Scuole"},
-         {"URL", url + kSchoolsPath},
-         {"LAT", "lat"},
-         {"LON", "lng"},
-         {"TITLE", "denominazione"},
-         {"SNIPPET", "scheda"}},
-        {{"comune", "VARLO"}, {"comune", "PIEVE LUNGA"}});
-  c.own("Partenze delle piste ciclabili", at("ciclabili.json"));
-  c.map({{"Nome", "Alberi pubblici"},
-         {"URL", url + kTreesPath},
-         {"LAT", "latitudine"},
-         {"LON", "longitudine"},
-         {"TITLE", "nome_comune"},
-         {"SNIPPET", "scheda"}});
-  return c.end();
+  JsonText json;
+  json.openList();
+  map(json, "Defibrillatori", at("defibrillatori.json"), kOwn);
+  map(json, "Parcheggi", at("parcheggi.json"), kOwn);
+  map(json, "Parchi gioco", at("parchigioco.json"), kOwn);
+  map(json, "Fontanelle e case dell'acqua", at("fontanelle.json"), kOwnTitles);
+  map(json, "Scuole", url + kSchoolsPath, {"lat", "lng", "denominazione", "scheda"},
+      {{"comune", "VARLO"}, {"comune", "PIEVE LUNGA"}});
+  map(json, "Partenze delle piste ciclabili", at("ciclabili.json"), kOwn);
+  map(json, "Alberi pubblici", url + kTreesPath,
+      {"latitudine", "longitudine", "nome_comune", "scheda"});
+  return json.closeList().take();
 }
 
 }  // namespace
 
 void publishMaps(Documents& documents, const std::string& url) {
   const std::string folder = kFolder;
-  documents.addFixed(folder + "mappe.json", kType, catalogue(url));
-  documents.addFixed(folder + "defibrillatori.json", kType, defibrillators());
-  documents.addFixed(folder + "parcheggi.json", kType, parkings());
-  documents.addFixed(folder + "parchigioco.json", kType, playgrounds());
-  documents.addFixed(folder + "fontanelle.json", kType, waterPoints());
-  documents.addFixed(folder + "ciclabili.json", kType, cyclePaths());
-  documents.addFixed(folder + "ritiro_sacchi.json", kType, sackPoints());
-  documents.addFixed(kSchoolsPath, kType, schools());
+  const auto type = typeOfPath(".json");
+  const std::pair<const char*, std::string> own[] = {
+      {"mappe.json", catalogue(url)},       {"defibrillatori.json", defibrillators()},
+      {"parcheggi.json", parkings()},       {"parchigioco.json", playgrounds()},
+      {"fontanelle.json", waterPoints()},   {"ciclabili.json", cyclePaths()},
+      {"ritiro_sacchi.json", sackPoints()},
+  };
+  for (const auto& [name, text] : own) documents.addFixed(folder + name, type, text);
+  documents.addFixed(kSchoolsPath, type, schools());
   // Made when it is asked for: most runs never are.
-  documents.add(kTreesPath, kType, [](const Occasion&) {
+  documents.add(kTreesPath, type, [](const Occasion&) {
     static const std::string made = trees();
     return made;
   });

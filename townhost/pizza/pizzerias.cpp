@@ -1,15 +1,12 @@
 #include "townhost/pizza/pizzerias.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <vector>
+
+#include "townhost/json_text.h"
 
 namespace town {
 
 namespace {
-
-using Json = rapidjson::Writer<rapidjson::StringBuffer>;
 
 constexpr const char* days[] = {"mon", "tue", "wed", "thu", "fri", "sat", "sun"};
 
@@ -53,73 +50,53 @@ std::string picturePath(const Pizzeria& shop, int page) {
   return "/InfoVarlo/pizzaprezzi/master/" + std::string(shop.folder) + "/" + pictureName(page);
 }
 
-void text(Json& json, const std::string& key, const std::string& value) {
-  json.Key(key.c_str());
-  json.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
-}
-
-void writeHours(Json& json, const Pizzeria& shop) {
+void writeHours(JsonText& json, const Pizzeria& shop) {
   if (shop.spans.empty()) return;
-  json.Key("hours"), json.StartObject();
+  json.open("hours");
   for (int day = 0; day < 7; ++day)
     for (std::size_t n = 0; day != shop.dayOff && n < shop.spans.size(); ++n) {
       const std::string span = shop.spans[n];
       if (span.empty()) continue;
       const std::string key = days[day] + ("_" + std::to_string(n + 1));
-      text(json, key + "_open", span.substr(0, 5));
-      text(json, key + "_close", span.substr(6));
+      json.text(key + "_open", span.substr(0, 5));
+      json.text(key + "_close", span.substr(6));
     }
-  json.EndObject();
+  json.close();
 }
 
-void writeOffers(Json& json, const Pizzeria& shop) {
+void writeOffers(JsonText& json, const Pizzeria& shop) {
   if (!*shop.offer) return;
-  json.Key("offer"), json.StartObject();
+  json.open("offer");
   for (const char* day : days)
-    if (std::string(shop.offerDays).find(day) != std::string::npos) text(json, day, shop.offer);
-  json.EndObject();
+    if (std::string(shop.offerDays).find(day) != std::string::npos) json.text(day, shop.offer);
+  json.close();
 }
 
 std::string catalogue() {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartArray();
+  JsonText json;
+  json.openList();
   for (const Pizzeria& shop : pizzerias()) {
-    json.StartObject();
-    text(json, "Type", shop.type);
-    text(json, "Title", shop.title);
-    if (*shop.street) {
-      json.Key("location"), json.StartObject();
-      text(json, "street", shop.street);
-      text(json, "city", "Varlo");
-      json.EndObject();
-    }
+    json.open().text("Type", shop.type).text("Title", shop.title);
+    if (*shop.street)
+      json.open("location").text("street", shop.street).text("city", "Varlo").close();
     writeHours(json, shop);
     writeOffers(json, shop);
-    text(json, "Folder", shop.folder);
-    text(json, "LastUpdate", shop.lastUpdate);
-    json.EndObject();
+    json.text("Folder", shop.folder).text("LastUpdate", shop.lastUpdate).close();
   }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().take();
 }
 
 std::string contentsOf(const Pizzeria& shop, Gallery& gallery, const std::string& url) {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartArray();
+  JsonText json;
+  json.openList();
   for (int page = 0; page < shop.pages; ++page) {
     const std::string path = picturePath(shop, page);
-    json.StartObject();
-    text(json, "name", pictureName(page));
-    text(json, "path", std::string(shop.folder) + "/" + pictureName(page));
-    json.Key("size"), json.Uint64(gallery.file(path).size());
-    text(json, "download_url", url + path);
-    text(json, "type", "file");
-    json.EndObject();
+    json.open().text("name", pictureName(page));
+    json.text("path", std::string(shop.folder) + "/" + pictureName(page));
+    json.number("size", static_cast<std::int64_t>(gallery.file(path).size()));
+    json.text("download_url", url + path).text("type", "file").close();
   }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().take();
 }
 
 }  // namespace

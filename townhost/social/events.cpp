@@ -1,19 +1,11 @@
 #include "townhost/social/events.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
-#include <chrono>
-#include <cstdio>
-#include <vector>
-
+#include "townhost/json_text.h"
 #include "townhost/pictures/scene.h"
 
 namespace town {
 
 namespace {
-
-using Json = rapidjson::Writer<rapidjson::StringBuffer>;
 
 // Days count from today; no end: `endDay` is none. One that recurs comes again so many
 // times, so many days apart.
@@ -79,13 +71,9 @@ constexpr struct Club { const char *page, *name; } clubs[] = {
 
 // "2026-11-21T16:30:00+0100"
 std::string timeOf(CivilDay day, const std::string& time) {
-  const std::chrono::year_month_day date(day);
-  char text[40];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%s", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                time.c_str());
-  const auto offset = offsetAt(parseInstant(text).value_or(0)).count();
-  return text + std::string(":00") + (offset == 120 ? "+0200" : "+0100");
+  const std::string wall = isoDate(day) + "T" + time;
+  const auto offset = offsetAt(parseInstant(wall).value_or(0)).count();
+  return wall + ":00" + (offset == 120 ? "+0200" : "+0100");
 }
 
 std::string idOf(std::size_t plan, int time) {
@@ -94,72 +82,49 @@ std::string idOf(std::size_t plan, int time) {
 
 std::string coverPath(int cover) { return "/immagini/eventi/" + std::to_string(cover) + ".png"; }
 
-void text(Json& json, const char* key, const std::string& value) {
-  json.Key(key), json.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
-}
-
-void writeTimes(Json& json, const Plan& plan, CivilDay today, int shift) {
+void writeTimes(JsonText& json, const Plan& plan, CivilDay today, int shift) {
   const auto day = [&](int n) { return today + std::chrono::days(n + shift); };
-  text(json, "start_time", timeOf(day(plan.day), plan.time));
-  if (plan.endDay != none) text(json, "end_time", timeOf(day(plan.endDay), plan.endTime));
+  json.text("start_time", timeOf(day(plan.day), plan.time));
+  if (plan.endDay != none) json.text("end_time", timeOf(day(plan.endDay), plan.endTime));
 }
 
-void writeEvent(Json& json, std::size_t number, CivilDay today, const std::string& url) {
+void writeEvent(JsonText& json, std::size_t number, CivilDay today, const std::string& url) {
   const Plan& plan = plans[number];
-  json.StartObject();
-  text(json, "name", plan.name);
-  json.Key("can_guests_invite"), json.Bool(true);
-  json.Key("attending_count"), json.Int(12 + 7 * static_cast<int>(number % 9));
-  json.Key("interested_count"), json.Int(40 + 13 * static_cast<int>(number % 11));
+  json.open().text("name", plan.name).flag("can_guests_invite", true);
+  json.number("attending_count", 12 + 7 * static_cast<int>(number % 9));
+  json.number("interested_count", 40 + 13 * static_cast<int>(number % 11));
   writeTimes(json, plan, today, 0);
   if (plan.cover >= 0) {
-    json.Key("cover"), json.StartObject();
-    json.Key("offset_x"), json.Int(0), json.Key("offset_y"), json.Int(0);
-    text(json, "source", url + coverPath(plan.cover));
-    json.EndObject();
+    json.open("cover").number("offset_x", 0).number("offset_y", 0);
+    json.text("source", url + coverPath(plan.cover)).close();
   }
-  if (*plan.place) {
-    json.Key("place"), json.StartObject();
-    text(json, "name", plan.place);
-    json.EndObject();
-  }
+  if (*plan.place) json.open("place").text("name", plan.place).close();
   if (plan.times > 1) {
-    json.Key("event_times"), json.StartArray();
+    json.openList("event_times");
     // As the network gives them, in no order.
     for (int i = plan.times - 1; i >= 0; --i) {
-      json.StartObject();
-      text(json, "id", idOf(number, i + 1));
+      json.open().text("id", idOf(number, i + 1));
       writeTimes(json, plan, today, i * plan.apart);
-      json.EndObject();
+      json.close();
     }
-    json.EndArray();
+    json.closeList();
   }
-  text(json, "id", idOf(number, 0));
-  json.EndObject();
+  json.text("id", idOf(number, 0)).close();
 }
 
 std::string eventsOf(const std::string& page, CivilDay today, const std::string& url) {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartObject(), json.Key("data"), json.StartArray();
+  JsonText json;
+  json.open().openList("data");
   for (std::size_t i = 0; i < std::size(plans); ++i)
     if (plans[i].page == page) writeEvent(json, i, today, url);
-  json.EndArray(), json.EndObject();
-  return {out.GetString(), out.GetSize()};
+  return json.closeList().close().take();
 }
 
 std::string clubsDocument() {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartArray();
-  for (const Club& club : clubs) {
-    json.StartObject();
-    text(json, "Nome", club.name);
-    text(json, "URL", club.page);
-    json.EndObject();
-  }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  JsonText json;
+  json.openList();
+  for (const Club& club : clubs) json.open().text("Nome", club.name).text("URL", club.page).close();
+  return json.closeList().take();
 }
 
 }  // namespace

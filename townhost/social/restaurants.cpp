@@ -1,17 +1,12 @@
 #include "townhost/social/restaurants.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
-#include <chrono>
-#include <cstdio>
 #include <vector>
+
+#include "townhost/json_text.h"
 
 namespace town {
 
 namespace {
-
-using Json = rapidjson::Writer<rapidjson::StringBuffer>;
 
 // `day` counts from today; pictures are the boards below, in an album where there are more.
 struct Post {
@@ -69,87 +64,63 @@ int boardHeight(int board) {
   return 250 + 62 * static_cast<int>(boards()[static_cast<std::size_t>(board)].second.size());
 }
 
-void text(Json& json, const char* key, const std::string& value) {
-  json.Key(key), json.String(value.c_str(), static_cast<rapidjson::SizeType>(value.size()));
+void writeMedia(JsonText& json, int board, const std::string& url) {
+  json.open("media").open("image").number("height", boardHeight(board));
+  json.text("src", url + boardPath(board)).number("width", 800).close().close();
 }
 
-void writeMedia(Json& json, int board, const std::string& url) {
-  json.Key("media"), json.StartObject(), json.Key("image"), json.StartObject();
-  json.Key("height"), json.Int(boardHeight(board));
-  text(json, "src", url + boardPath(board));
-  json.Key("width"), json.Int(800);
-  json.EndObject(), json.EndObject();
-}
-
-void writeAttachments(Json& json, const Post& post, const std::string& url) {
+void writeAttachments(JsonText& json, const Post& post, const std::string& url) {
   if (post.pictures.empty()) return;
-  json.Key("attachments"), json.StartObject(), json.Key("data"), json.StartArray();
-  json.StartObject();
+  json.open("attachments").openList("data").open();
   if (post.pictures.size() == 1) {
     writeMedia(json, post.pictures.front(), url);
   } else {
-    json.Key("subattachments"), json.StartObject(), json.Key("data"), json.StartArray();
+    json.open("subattachments").openList("data");
     for (const int board : post.pictures) {
-      json.StartObject();
+      json.open();
       writeMedia(json, board, url);
-      json.EndObject();
+      json.close();
     }
-    json.EndArray(), json.EndObject();
+    json.closeList().close();
   }
-  json.EndObject(), json.EndArray(), json.EndObject();
+  json.close().closeList().close();
 }
 
-void writePosts(Json& json, const Restaurant& restaurant, CivilDay today, const std::string& url) {
-  json.Key("posts"), json.StartObject(), json.Key("data"), json.StartArray();
+void writePosts(JsonText& json, const Restaurant& restaurant, CivilDay today,
+                const std::string& url) {
+  json.open("posts").openList("data");
   int serial = 0;
   for (const Post& post : restaurant.posts) {
-    const std::chrono::year_month_day date(today + std::chrono::days(post.day));
-    char time[48];
-    std::snprintf(time, sizeof time, "%04d-%02u-%02uT%s:00+0000", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  post.time);
-    json.StartObject();
-    text(json, "message", post.message);
+    json.open().text("message", post.message);
     writeAttachments(json, post, url);
-    text(json, "created_time", time);
-    text(json, "id", std::string(restaurant.page) + "_" + std::to_string(++serial));
-    json.EndObject();
+    json.text("created_time",
+              isoDate(today + std::chrono::days(post.day)) + "T" + post.time + ":00+0000");
+    json.text("id", std::string(restaurant.page) + "_" + std::to_string(++serial)).close();
   }
-  json.EndArray(), json.EndObject();
+  json.closeList().close();
 }
 
 std::string pageOf(const Restaurant& restaurant, CivilDay today, const std::string& url) {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartObject();
+  JsonText json;
+  json.open();
   writePosts(json, restaurant, today, url);
-  text(json, "name", restaurant.name);
-  json.Key("picture"), json.StartObject(), json.Key("data"), json.StartObject();
-  text(json, "url", url + badgePath(restaurant));
-  json.EndObject(), json.EndObject();
-  json.Key("location"), json.StartObject();
-  text(json, "street", restaurant.street);
-  text(json, "city", "Varlo");
-  json.EndObject();
-  text(json, "phone", restaurant.phone);
-  text(json, "id", restaurant.page);
-  json.EndObject();
-  return {out.GetString(), out.GetSize()};
+  json.text("name", restaurant.name);
+  json.open("picture").open("data").text("url", url + badgePath(restaurant)).close().close();
+  json.open("location").text("street", restaurant.street).text("city", "Varlo").close();
+  json.text("phone", restaurant.phone).text("id", restaurant.page).close();
+  return json.take();
 }
 
 std::string catalogue() {
-  rapidjson::StringBuffer out;
-  Json json(out);
-  json.StartArray();
-  for (const Restaurant& restaurant : restaurants()) {
-    json.StartObject();
-    text(json, "Nome", restaurant.name);
-    text(json, "Type", restaurant.type);
-    text(json, "URL", restaurant.page);
-    json.EndObject();
-  }
-  json.EndArray();
-  return {out.GetString(), out.GetSize()};
+  JsonText json;
+  json.openList();
+  for (const Restaurant& restaurant : restaurants())
+    json.open()
+        .text("Nome", restaurant.name)
+        .text("Type", restaurant.type)
+        .text("URL", restaurant.page)
+        .close();
+  return json.closeList().take();
 }
 
 }  // namespace
