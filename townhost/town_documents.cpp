@@ -49,7 +49,7 @@ void publishAll(Documents& documents, Gallery& gallery, const std::string& versi
                   return turnsDocument(turnsAround(dayAt(occasion.now), turnDays, keys));
                 });
   publishSchools(documents);
-  publishNews(documents);
+  publishNews(documents, gallery);
   publishMaps(documents, url);
   publishNewsletters(documents, url);
   publishActs(documents, url);

@@ -29,14 +29,14 @@ std::string newsDocument(CivilDay today) {
 
 }  // namespace
 
-void publishNews(Documents& documents) {
+void publishNews(Documents& documents, Gallery& gallery) {
   documents.add("/varlo/newsvarlo", typeOfPath(".json"),
                 [](const Occasion& occasion) { return newsDocument(dayAt(occasion.now)); });
   unsigned seed = 0;
   for (const auto& item : newsItems()) {
     const Scene scene{item.scene, ++seed, item.evening};
-    documents.add("/upload/varlo/notizie/" + std::string(item.picture), typeOfPath(".png"),
-                  [scene](const Occasion&) { return paint(scene, 800, 450); });
+    gallery.add(documents, "/upload/varlo/notizie/" + std::string(item.picture),
+                [scene] { return paint(scene, 800, 450); });
   }
 }
 

@@ -1,7 +1,5 @@
 #include "townhost/map/tile_painter.h"
 
-#include <cairo.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -9,13 +7,13 @@
 #include <vector>
 
 #include "townhost/map/varlo_map.h"
+#include "townhost/pictures/sheet.h"
 
 namespace town {
 namespace {
 
 constexpr double side = 256;  // of a tile, in its own units
 constexpr int deepest = 20;
-constexpr const char* face = "Inter";
 
 struct Spot {
   double x, y;
@@ -35,30 +33,16 @@ double unitsAMetre(int zoom) {
          (equator * std::cos(kVarloCentre.latitude * std::numbers::pi / 180));
 }
 
-struct Ink {
-  double r, g, b;
-};
-constexpr Ink ink(unsigned rgb) {
-  return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
-}
-
-constexpr Ink fields = ink(0xF1F1E6), built = ink(0xEBE8E2), park = ink(0xCFE5C3),
-              pitch = ink(0xBBDCAF), cemetery = ink(0xDCE5D2), square = ink(0xF7F3EA),
-              church = ink(0xC9BBA9), house = ink(0xDDD6CC), houseEdge = ink(0xCBC2B5),
-              water = ink(0xA8CDE3), waterName = ink(0x3E7595), rail = ink(0x9E9C98),
-              roadEdge = ink(0xD3CABC), road = ink(0xFFFFFF), mainEdge = ink(0xDFC078),
-              mainRoad = ink(0xFBE9B7), streetName = ink(0x4A4A48), parkName = ink(0x47703A),
-              sightName = ink(0x6B5B4A), townName = ink(0x2F2F2D), halo = ink(0xFFFFFF);
-
-// Owns one cairo object.
-template <class T, void (*Release)(T*)>
-struct Releaser {
-  void operator()(T* object) const { Release(object); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, Releaser<cairo_surface_t, cairo_surface_destroy>>;
-using Pen = std::unique_ptr<cairo_t, Releaser<cairo_t, cairo_destroy>>;
-
-void use(cairo_t* pen, Ink c) { cairo_set_source_rgb(pen, c.r, c.g, c.b); }
+constexpr Paint fields = colored(0xF1F1E6), built = colored(0xEBE8E2), park = colored(0xCFE5C3),
+                pitch = colored(0xBBDCAF), cemetery = colored(0xDCE5D2), square = colored(0xF7F3EA),
+                church = colored(0xC9BBA9), house = colored(0xDDD6CC),
+                houseEdge = colored(0xCBC2B5), water = colored(0xA8CDE3),
+                waterName = colored(0x3E7595), rail = colored(0x9E9C98),
+                roadEdge = colored(0xD3CABC), road = colored(0xFFFFFF),
+                mainEdge = colored(0xDFC078), mainRoad = colored(0xFBE9B7),
+                streetName = colored(0x4A4A48), parkName = colored(0x47703A),
+                sightName = colored(0x6B5B4A), townName = colored(0x2F2F2D),
+                halo = colored(0xFFFFFF);
 
 void trace(cairo_t* pen, const std::vector<Place>& course, int zoom) {
   cairo_new_path(pen);
@@ -68,7 +52,7 @@ void trace(cairo_t* pen, const std::vector<Place>& course, int zoom) {
   }
 }
 
-void line(cairo_t* pen, const std::vector<Place>& course, int zoom, double width, Ink color) {
+void line(cairo_t* pen, const std::vector<Place>& course, int zoom, double width, Paint color) {
   trace(pen, course, zoom);
   use(pen, color);
   cairo_set_line_width(pen, width);
@@ -87,8 +71,8 @@ bool streetShows(Street::Kind kind, int zoom) {
   return zoom >= from[static_cast<std::size_t>(kind)];
 }
 
-Ink groundInk(Ground::Kind kind) {
-  static constexpr Ink inks[] = {built, park, square, pitch, cemetery, church};
+Paint groundPaint(Ground::Kind kind) {
+  static constexpr Paint inks[] = {built, park, square, pitch, cemetery, church};
   return inks[static_cast<std::size_t>(kind)];
 }
 
@@ -98,7 +82,7 @@ void paintGrounds(cairo_t* pen, const VarloMap& map, int zoom, bool open) {
     if (paved == open || (ground.kind == Ground::Kind::pitch && zoom < 14)) continue;
     trace(pen, ground.outline, zoom);
     cairo_close_path(pen);
-    use(pen, groundInk(ground.kind));
+    use(pen, groundPaint(ground.kind));
     cairo_fill(pen);
   }
 }
@@ -157,15 +141,6 @@ void paint(cairo_t* pen, int zoom) {
   paintGrounds(pen, map, zoom, false);
 }
 
-Surface blank(int pixels) {
-  return Surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, pixels, pixels));
-}
-
-cairo_status_t append(void* to, const unsigned char* data, unsigned length) {
-  static_cast<std::string*>(to)->append(reinterpret_cast<const char*>(data), length);
-  return CAIRO_STATUS_SUCCESS;
-}
-
 }  // namespace
 
 // --- Names.
@@ -175,37 +150,37 @@ struct TilePainter::Names {
     const char* text;
     Spot at;  // the middle
     double angle, size;
-    Ink color;
+    Paint color;
     bool bold;
     double reach = 0, half = 0;  // half its width, and from the middle to a corner
   };
   std::vector<Name> all;
 
   explicit Names(int zoom) {
-    const Surface surface = blank(1);
-    const Pen pen(cairo_create(surface.get()));
+    const Sheet sheet(1, 1);
+    cairo_t* const pen = sheet.pen();
     const auto& map = varloMap();
     for (const auto& sight : map.sights)
       if (sight.settlement && zoom >= 10 && zoom <= 15)
-        add(pen.get(),
+        add(pen,
             {sight.name, project(sight.at, zoom), 0, zoom >= 13 ? 17.0 : 13.0, townName, true});
-    if (zoom >= 13) addAlong(pen.get(), "Fiume Varla", map.river, zoom, waterName, 12);
+    if (zoom >= 13) addAlong(pen, "Fiume Varla", map.river, zoom, waterName, 12);
     for (const auto& ground : map.grounds)
       if (*ground.name && zoom >= (ground.kind == Ground::Kind::park ? 15 : 16))
-        add(pen.get(), {ground.name, middle(ground.outline, zoom), 0, 11.5,
-                        ground.kind == Ground::Kind::square ? streetName : parkName, false});
+        add(pen, {ground.name, middle(ground.outline, zoom), 0, 11.5,
+                  ground.kind == Ground::Kind::square ? streetName : parkName, false});
     for (const auto& street : map.streets) {
       const int from = street.kind <= Street::Kind::main ? 15 : 16;
       if (zoom >= from)
-        addAlong(pen.get(), street.name, street.course, zoom, streetName, zoom >= 17 ? 12.5 : 11);
+        addAlong(pen, street.name, street.course, zoom, streetName, zoom >= 17 ? 12.5 : 11);
     }
     for (const auto& sight : map.sights)
       if (!sight.settlement && zoom >= 17)
-        add(pen.get(), {sight.name, project(sight.at, zoom), 0, 11, sightName, true});
+        add(pen, {sight.name, project(sight.at, zoom), 0, 11, sightName, true});
   }
 
   static void choose(cairo_t* pen, const Name& name) {
-    cairo_select_font_face(pen, face, CAIRO_FONT_SLANT_NORMAL,
+    cairo_select_font_face(pen, kFace, CAIRO_FONT_SLANT_NORMAL,
                            name.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(pen, name.size);
   }
@@ -242,7 +217,7 @@ struct TilePainter::Names {
 
   // On the longest straight piece, if the name fits it.
   void addAlong(cairo_t* pen, const char* text, const std::vector<Place>& course, int zoom,
-                Ink color, double size) {
+                Paint color, double size) {
     Spot from{}, to{};
     double longest = 0;
     for (std::size_t i = 1; i < course.size(); ++i) {
@@ -300,21 +275,21 @@ std::string TilePainter::png(const TileAddress& tile) {
     const std::lock_guard lock(mutex_);
     if (const auto it = tiles_.find(key); it != tiles_.end()) return it->second;
   }
-  const Surface surface = blank(static_cast<int>(side) * tile.scale);
-  const Pen pen(cairo_create(surface.get()));
-  cairo_scale(pen.get(), tile.scale, tile.scale);
+  const int pixels = static_cast<int>(side) * tile.scale;
+  const Sheet sheet(pixels, pixels);
+  cairo_t* const pen = sheet.pen();
+  cairo_scale(pen, tile.scale, tile.scale);
   const double left = tile.x * side, top = tile.y * side;
-  cairo_translate(pen.get(), -left, -top);
-  paint(pen.get(), tile.zoom);
+  cairo_translate(pen, -left, -top);
+  paint(pen, tile.zoom);
   for (const auto& name : names(tile.zoom).all) {
     if (name.at.x + name.reach < left || name.at.x - name.reach > left + side ||
         name.at.y + name.reach < top || name.at.y - name.reach > top + side)
       continue;
-    Names::choose(pen.get(), name);
-    write(pen.get(), name);
+    Names::choose(pen, name);
+    write(pen, name);
   }
-  std::string out;
-  cairo_surface_write_to_png_stream(surface.get(), append, &out);
+  std::string out = sheet.png();
 
   const std::lock_guard lock(mutex_);
   if (tiles_.emplace(key, out).second) order_.push_back(key);

@@ -53,7 +53,7 @@ std::string drawBoard(const std::string& title, const std::vector<BoardLine>& li
   const Paint text = chalk ? colored(0xF4F1E6) : ink;
   const Paint accent = chalk ? colored(0xF6C56B) : colored(0xA32A2A);
   cairo_rectangle(sheet.pen(), 20, 20, width - 40, height - 40);
-  cairo_set_source_rgb(sheet.pen(), accent.r, accent.g, accent.b);
+  use(sheet.pen(), accent);
   cairo_set_line_width(sheet.pen(), 4);
   cairo_stroke(sheet.pen());
   sheet.write(title, width / 2.0, 112, 54, accent, Sheet::Side::middle, true);

@@ -1,13 +1,12 @@
 #include "townhost/pictures/scene.h"
 
-#include <cairo.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <numbers>
 #include <random>
+
+#include "townhost/pictures/sheet.h"
 
 namespace town {
 
@@ -16,32 +15,20 @@ namespace {
 // Everything is drawn on a canvas of this size, and scaled.
 constexpr double kWide = 640, kHigh = 360, kGround = 250;
 
-struct Ink {
-  double r, g, b;
-};
-constexpr Ink ink(unsigned rgb) {
-  return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
-}
-constexpr Ink mixed(Ink a, Ink b, double t) {
+constexpr Paint mixed(Paint a, Paint b, double t) {
   return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t};
 }
 
-constexpr Ink white = ink(0xFFFFFF), dark = ink(0x263238), brick = ink(0xB4603F),
-              roof = ink(0x9C4A32), wall = ink(0xEBD9B8), green = ink(0x5E8F4E),
-              deepGreen = ink(0x3E6B3A), trunk = ink(0x6B4A33), stone = ink(0xC9BFAF),
-              water = ink(0x5C93AE), sand = ink(0xD9C79E), yellow = ink(0xF2B632),
-              red = ink(0xC8432F), blue = ink(0x1F5F7A), grey = ink(0x8A949A);
-
-template <class T, void (*Release)(T*)>
-struct Releaser {
-  void operator()(T* object) const { Release(object); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, Releaser<cairo_surface_t, cairo_surface_destroy>>;
-using Pen = std::unique_ptr<cairo_t, Releaser<cairo_t, cairo_destroy>>;
+constexpr Paint white = colored(0xFFFFFF), dark = colored(0x263238), brick = colored(0xB4603F),
+                roof = colored(0x9C4A32), wall = colored(0xEBD9B8), green = colored(0x5E8F4E),
+                deepGreen = colored(0x3E6B3A), trunk = colored(0x6B4A33), stone = colored(0xC9BFAF),
+                water = colored(0x5C93AE), sand = colored(0xD9C79E), yellow = colored(0xF2B632),
+                red = colored(0xC8432F), blue = colored(0x1F5F7A), grey = colored(0x8A949A);
 
 class Painter {
  public:
-  Painter(cairo_t* pen, const Scene& scene) : pen_(pen), scene_(scene), random_(scene.seed + 17) {}
+  Painter(Sheet& sheet, const Scene& scene)
+      : sheet_(sheet), pen_(sheet.pen()), scene_(scene), random_(scene.seed + 17) {}
 
   void paint() {
     sky();
@@ -56,27 +43,19 @@ class Painter {
     return from + (to - from) * static_cast<double>(random_() % 10000) / 10000;
   }
   // In the evening everything takes on some of the night.
-  Ink lit(Ink c) const { return scene_.evening ? mixed(c, ink(0x1B2A41), 0.45) : c; }
+  Paint lit(Paint c) const { return scene_.evening ? mixed(c, colored(0x1B2A41), 0.45) : c; }
 
-  void use(Ink c) { cairo_set_source_rgb(pen_, c.r, c.g, c.b); }
-  void box(double x, double y, double w, double h, Ink c) {
-    use(c);
-    cairo_rectangle(pen_, x, y, w, h);
-    cairo_fill(pen_);
-  }
-  void disc(double x, double y, double r, Ink c) {
-    use(c);
-    cairo_arc(pen_, x, y, r, 0, 2 * std::numbers::pi);
-    cairo_fill(pen_);
-  }
-  void oval(double x, double y, double rx, double ry, Ink c) {
+  void use(Paint c) { town::use(pen_, c); }
+  void box(double x, double y, double w, double h, Paint c) { sheet_.box(x, y, w, h, c); }
+  void disc(double x, double y, double r, Paint c) { sheet_.disc(x, y, r, c); }
+  void oval(double x, double y, double rx, double ry, Paint c) {
     cairo_save(pen_);
     cairo_translate(pen_, x, y);
     cairo_scale(pen_, rx, ry);
     disc(0, 0, 1, c);
     cairo_restore(pen_);
   }
-  void triangle(double x1, double y1, double x2, double y2, double x3, double y3, Ink c) {
+  void triangle(double x1, double y1, double x2, double y2, double x3, double y3, Paint c) {
     use(c);
     cairo_move_to(pen_, x1, y1);
     cairo_line_to(pen_, x2, y2);
@@ -84,7 +63,7 @@ class Painter {
     cairo_close_path(pen_);
     cairo_fill(pen_);
   }
-  void stroke(double x1, double y1, double x2, double y2, double width, Ink c) {
+  void stroke(double x1, double y1, double x2, double y2, double width, Paint c) {
     use(c);
     cairo_set_line_width(pen_, width);
     cairo_set_line_cap(pen_, CAIRO_LINE_CAP_ROUND);
@@ -96,8 +75,12 @@ class Painter {
   bool winter() const { return scene_.subject == Scene::Subject::Snow; }
 
   void sky() {
-    const Ink top = scene_.evening ? ink(0x24345A) : winter() ? ink(0xAFC3D1) : ink(0x7FB6D6);
-    const Ink low = scene_.evening ? ink(0xE08A5B) : winter() ? ink(0xE6EDF1) : ink(0xE3F0F4);
+    const Paint top = scene_.evening ? colored(0x24345A)
+                      : winter()     ? colored(0xAFC3D1)
+                                     : colored(0x7FB6D6);
+    const Paint low = scene_.evening ? colored(0xE08A5B)
+                      : winter()     ? colored(0xE6EDF1)
+                                     : colored(0xE3F0F4);
     cairo_pattern_t* shade = cairo_pattern_create_linear(0, 0, 0, kGround);
     cairo_pattern_add_color_stop_rgb(shade, 0, top.r, top.g, top.b);
     cairo_pattern_add_color_stop_rgb(shade, 1, low.r, low.g, low.b);
@@ -105,7 +88,8 @@ class Painter {
     cairo_paint(pen_);
     cairo_pattern_destroy(shade);
     const double sun = chance(80, 560);
-    disc(sun, scene_.evening ? 190 : 70, 26, scene_.evening ? ink(0xF7C177) : ink(0xFFF3C9));
+    disc(sun, scene_.evening ? 190 : 70, 26,
+         scene_.evening ? colored(0xF7C177) : colored(0xFFF3C9));
     if (!scene_.evening)
       for (int i = 0; i < 3; ++i) cloud(chance(20, 600), chance(30, 110), chance(0.6, 1.2));
   }
@@ -113,14 +97,14 @@ class Painter {
   void cloud(double x, double y, double s) {
     for (const auto& [dx, dy, r] :
          {std::array{0.0, 0.0, 16.0}, {18.0, -8.0, 20.0}, {40.0, 0.0, 15.0}})
-      disc(x + dx * s, y + dy * s, r * s, mixed(white, ink(0xDCE8EE), 0.3));
-    box(x, y, 40 * s, 15 * s, mixed(white, ink(0xDCE8EE), 0.3));
+      disc(x + dx * s, y + dy * s, r * s, mixed(white, colored(0xDCE8EE), 0.3));
+    box(x, y, 40 * s, 15 * s, mixed(white, colored(0xDCE8EE), 0.3));
   }
 
   void hills() {
     for (int layer = 0; layer < 2; ++layer) {
-      const Ink near = winter() ? ink(0xD3DDE2) : ink(0x86AE83);
-      use(lit(mixed(ink(0xA9C4CC), near, 0.35 + 0.5 * layer)));
+      const Paint near = winter() ? colored(0xD3DDE2) : colored(0x86AE83);
+      use(lit(mixed(colored(0xA9C4CC), near, 0.35 + 0.5 * layer)));
       const double base = 175.0 + 25 * layer, shift = chance(0, 6);
       cairo_move_to(pen_, 0, kHigh);
       for (int x = 0; x <= static_cast<int>(kWide); x += 8)
@@ -132,14 +116,14 @@ class Painter {
   }
 
   void house(double x, double w, double h) {
-    const Ink tint = mixed(wall, ink(0xD98E62), chance(0, 0.7));
+    const Paint tint = mixed(wall, colored(0xD98E62), chance(0, 0.7));
     box(x, kGround - h, w, h, lit(tint));
     triangle(x - 4, kGround - h, x + w + 4, kGround - h, x + w / 2, kGround - h - w * 0.32,
-             lit(winter() ? ink(0xF3F6F8) : mixed(roof, brick, chance(0, 1))));
+             lit(winter() ? colored(0xF3F6F8) : mixed(roof, brick, chance(0, 1))));
     for (double wy = kGround - h + 10; wy < kGround - 18; wy += 22)
       for (double wx = x + 8; wx < x + w - 12; wx += 18)
         box(wx, wy, 8, 12,
-            scene_.evening && random_() % 3 ? ink(0xFFD98A) : lit(mixed(dark, tint, 0.35)));
+            scene_.evening && random_() % 3 ? colored(0xFFD98A) : lit(mixed(dark, tint, 0.35)));
   }
 
   void roofs() {
@@ -158,32 +142,32 @@ class Painter {
 
   void ground() {
     using enum Scene::Subject;
-    Ink c = stone;
+    Paint c = stone;
     if (scene_.subject == Park || scene_.subject == Pitch || scene_.subject == Bicycle) c = green;
     if (scene_.subject == River) c = mixed(green, sand, 0.3);
     if (scene_.subject == RoadWorks || scene_.subject == Bins) c = grey;
-    if (winter()) c = ink(0xEEF3F6);
+    if (winter()) c = colored(0xEEF3F6);
     box(0, kGround, kWide, kHigh - kGround, lit(c));
     box(0, kGround, kWide, 5, lit(mixed(c, dark, 0.18)));
   }
 
   void tree(double x, double y, double s) {
     box(x - 4 * s, y - 34 * s, 8 * s, 34 * s, lit(trunk));
-    const Ink leaf = winter() ? ink(0xDDE7EC) : mixed(green, deepGreen, chance(0, 1));
+    const Paint leaf = winter() ? colored(0xDDE7EC) : mixed(green, deepGreen, chance(0, 1));
     for (const auto& [dx, dy, r] :
          {std::array{-14.0, -44.0, 18.0}, {14.0, -44.0, 18.0}, {0.0, -62.0, 22.0}})
       disc(x + dx * s, y + dy * s, r * s, lit(leaf));
   }
 
-  void person(double x, double y, double s, Ink coat) {
+  void person(double x, double y, double s, Paint coat) {
     box(x - 5 * s, y - 30 * s, 10 * s, 22 * s, lit(coat));
     box(x - 5 * s, y - 9 * s, 4 * s, 9 * s, lit(dark));
     box(x + 1 * s, y - 9 * s, 4 * s, 9 * s, lit(dark));
-    disc(x, y - 35 * s, 5 * s, lit(ink(0xE0B48F)));
+    disc(x, y - 35 * s, 5 * s, lit(colored(0xE0B48F)));
   }
 
   void people(int count, double y) {
-    static constexpr Ink coats[] = {red, blue, yellow, deepGreen, brick, dark};
+    static constexpr Paint coats[] = {red, blue, yellow, deepGreen, brick, dark};
     for (int i = 0; i < count; ++i)
       person(chance(30, 610), y + chance(-8, 20), 1, coats[random_() % 6]);
   }
@@ -232,15 +216,15 @@ class Painter {
         stroke(388, 276, 388, 300, 5, dark);
         break;
       case School:
-        box(170, 160, 300, 130, lit(ink(0xE7C98B)));
+        box(170, 160, 300, 130, lit(colored(0xE7C98B)));
         box(160, 150, 320, 14, lit(roof));
         for (int row = 0; row < 2; ++row)
           for (int i = 0; i < 6; ++i)
             box(188 + i * 46.0, 178 + row * 52.0, 26, 32,
-                scene_.evening ? ink(0xFFD98A) : lit(mixed(water, white, 0.3)));
+                scene_.evening ? colored(0xFFD98A) : lit(mixed(water, white, 0.3)));
         box(302, 240, 36, 50, lit(brick));
         stroke(320, 150, 320, 92, 4, lit(dark));
-        box(322, 94, 14, 24, ink(0x2E8B57));
+        box(322, 94, 14, 24, colored(0x2E8B57));
         box(336, 94, 14, 24, white);
         box(350, 94, 14, 24, red);
         people(9, 320);
@@ -251,7 +235,7 @@ class Painter {
           box(72, 160 + shelf * 56.0, 496, 46, lit(mixed(trunk, dark, 0.5)));
           for (double x = 76; x < 556;) {
             const double w = chance(8, 20), h = chance(28, 44);
-            static constexpr Ink spines[] = {red, blue, yellow, deepGreen, wall, brick, water};
+            static constexpr Paint spines[] = {red, blue, yellow, deepGreen, wall, brick, water};
             box(x, 206 + shelf * 56.0 - h, w, h, lit(spines[random_() % 7]));
             x += w + 2;
           }
@@ -275,7 +259,8 @@ class Painter {
         people(14, 345);
         break;
       case Bins: {
-        static constexpr Ink lids[] = {ink(0xCE924F), ink(0xF9A51B), ink(0x253F8E), ink(0x3E8E4E)};
+        static constexpr Paint lids[] = {colored(0xCE924F), colored(0xF9A51B), colored(0x253F8E),
+                                         colored(0x3E8E4E)};
         for (int i = 0; i < 4; ++i) {
           const double x = 110 + i * 116.0;
           box(x, 232, 74, 92, mixed(lids[i], dark, 0.15));
@@ -303,7 +288,7 @@ class Painter {
         bicycle(430, 310);
         break;
       case Pitch:
-        box(60, 272, 520, 76, lit(mixed(green, ink(0x79B35A), 0.7)));
+        box(60, 272, 520, 76, lit(mixed(green, colored(0x79B35A), 0.7)));
         use(white);
         cairo_set_line_width(pen_, 3);
         cairo_rectangle(pen_, 70, 278, 500, 64);
@@ -323,7 +308,7 @@ class Painter {
     }
   }
 
-  void stall(double x, Ink c) {
+  void stall(double x, Paint c) {
     box(x, 292, 96, 34, lit(mixed(trunk, wall, 0.4)));
     for (int i = 0; i < 8; ++i)
       disc(x + 8 + i * 11.5, 290, 6, lit(i % 3 == 0 ? red : i % 3 == 1 ? yellow : green));
@@ -333,9 +318,9 @@ class Painter {
   }
 
   void cone(double x, double y) {
-    triangle(x - 13, y, x + 13, y, x, y - 36, ink(0xE8702A));
+    triangle(x - 13, y, x + 13, y, x, y - 36, colored(0xE8702A));
     box(x - 8, y - 18, 16, 6, white);
-    box(x - 17, y - 2, 34, 5, ink(0xE8702A));
+    box(x - 17, y - 2, 34, 5, colored(0xE8702A));
   }
 
   void bicycle(double x, double y) {
@@ -346,7 +331,7 @@ class Painter {
       cairo_arc(pen_, x + dx, y, 19, 0, 2 * std::numbers::pi);
       cairo_stroke(pen_);
     }
-    const Ink frame = random_() % 2 ? red : blue;
+    const Paint frame = random_() % 2 ? red : blue;
     stroke(x, y, x + 26, y, 4, frame);
     stroke(x + 26, y, x + 52, y - 28, 4, frame);
     stroke(x, y, x + 18, y - 26, 4, frame);
@@ -357,31 +342,24 @@ class Painter {
     person(x + 28, y - 14, 1.1, random_() % 2 ? yellow : deepGreen);
   }
 
+  Sheet& sheet_;
   cairo_t* pen_;
   const Scene& scene_;
   std::minstd_rand random_;
 };
-
-cairo_status_t append(void* to, const unsigned char* bytes, unsigned length) {
-  static_cast<std::string*>(to)->append(reinterpret_cast<const char*>(bytes), length);
-  return CAIRO_STATUS_SUCCESS;
-}
 
 }  // namespace
 
 std::string paint(const Scene& scene, int width, int height) {
   width = std::clamp(width, 16, 2000);
   height = std::clamp(height, 16, 2000);
-  const Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
-  const Pen pen(cairo_create(surface.get()));
+  Sheet sheet(width, height);
   // Fills the picture, and loses at the sides or above what does not fit.
   const double scale = std::max(width / kWide, height / kHigh);
-  cairo_translate(pen.get(), (width - kWide * scale) / 2, height - kHigh * scale);
-  cairo_scale(pen.get(), scale, scale);
-  Painter(pen.get(), scene).paint();
-  std::string png;
-  cairo_surface_write_to_png_stream(surface.get(), append, &png);
-  return png;
+  cairo_translate(sheet.pen(), (width - kWide * scale) / 2, height - kHigh * scale);
+  cairo_scale(sheet.pen(), scale, scale);
+  Painter(sheet, scene).paint();
+  return sheet.png();
 }
 
 }  // namespace town

@@ -4,15 +4,7 @@
 
 namespace town {
 
-namespace {
-
-constexpr const char* face = "Inter";
-
-void use(cairo_t* pen, Paint c, double alpha = 1) {
-  cairo_set_source_rgba(pen, c.r, c.g, c.b, alpha);
-}
-
-}  // namespace
+void use(cairo_t* pen, Paint c, double alpha) { cairo_set_source_rgba(pen, c.r, c.g, c.b, alpha); }
 
 Sheet::Sheet(int width, int height)
     : width_(width),
@@ -60,7 +52,7 @@ void Sheet::line(double x1, double y1, double x2, double y2, double line, Paint 
 
 void Sheet::write(const std::string& text, double x, double y, double size, Paint color, Side side,
                   bool bold) {
-  cairo_select_font_face(pen(), face, CAIRO_FONT_SLANT_NORMAL,
+  cairo_select_font_face(pen(), kFace, CAIRO_FONT_SLANT_NORMAL,
                          bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(pen(), size);
   cairo_text_extents_t extents{};

@@ -15,6 +15,11 @@ constexpr Paint colored(unsigned rgb) {
   return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
 }
 
+void use(cairo_t* pen, Paint color, double alpha = 1);
+
+// What the town's lettering is set in.
+inline constexpr const char* kFace = "Inter";
+
 class Sheet {
  public:
   Sheet(int width, int height);
