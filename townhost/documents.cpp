@@ -5,9 +5,13 @@
 namespace town {
 
 void Documents::add(std::string path, std::string type, Maker maker) {
-  auto entry = std::make_shared<Entry>(Entry{std::move(type), std::move(maker)});
+  addFolder(std::move(path), std::move(type), nullptr, std::move(maker));
+}
+
+void Documents::addFolder(std::string folder, std::string type, Names names, Maker maker) {
+  auto entry = std::make_shared<Entry>(Entry{std::move(type), std::move(maker), std::move(names)});
   std::lock_guard lock(mutex_);
-  entries_[std::move(path)] = std::move(entry);
+  entries_[std::move(folder)] = std::move(entry);
 }
 
 void Documents::addFixed(std::string path, std::string type, std::string text) {
@@ -19,22 +23,31 @@ void Documents::remove(const std::string& path) {
   entries_.erase(path);
 }
 
-std::vector<std::string> Documents::paths() const {
+std::vector<std::string> Documents::paths(Instant now) const {
   std::lock_guard lock(mutex_);
   std::vector<std::string> paths;
-  for (const auto& [path, entry] : entries_) paths.push_back(path);
+  for (const auto& [path, entry] : entries_) {
+    if (!entry->names)
+      paths.push_back(path);
+    else
+      for (const auto& name : entry->names(now)) paths.push_back(path + name);
+  }
   return paths;
 }
 
+std::shared_ptr<const Documents::Entry> Documents::entry(const std::string& path) const {
+  std::lock_guard lock(mutex_);
+  auto found = entries_.find(path);
+  if (found == entries_.end()) found = entries_.find(path.substr(0, path.rfind('/') + 1));
+  return found == entries_.end() ? nullptr : found->second;
+}
+
 std::optional<Document> Documents::make(const Occasion& occasion) const {
-  std::shared_ptr<const Entry> entry;
-  {
-    std::lock_guard lock(mutex_);
-    const auto found = entries_.find(occasion.path);
-    if (found == entries_.end()) return std::nullopt;
-    entry = found->second;
-  }
-  return Document{entry->type, entry->maker(occasion)};
+  const auto found = entry(occasion.path);
+  if (!found) return std::nullopt;
+  auto text = found->maker(occasion);
+  if (!text) return std::nullopt;
+  return Document{found->type, std::move(*text)};
 }
 
 std::string typeOfPath(std::string_view path) {

@@ -32,13 +32,19 @@ struct Document {
 
 class Documents {
  public:
-  using Maker = std::function<std::string(const Occasion&)>;
+  // Nothing where the town has no such document on that occasion.
+  using Maker = std::function<std::optional<std::string>(const Occasion&)>;
+  // The names of a folder's files at a moment.
+  using Names = std::function<std::vector<std::string>(Instant)>;
 
   // A later entry for the same path takes the place of the earlier one.
   void add(std::string path, std::string type, Maker maker);
   void addFixed(std::string path, std::string type, std::string text);
+  // Files that come and go with the day, below a folder (with its slash at the end). `names`
+  // are those that stand there; the maker may know older ones too.
+  void addFolder(std::string folder, std::string type, Names names, Maker maker);
   void remove(const std::string& path);
-  std::vector<std::string> paths() const;
+  std::vector<std::string> paths(Instant now) const;
 
   // Nothing where the town has no such document. What a maker throws goes on.
   std::optional<Document> make(const Occasion& occasion) const;
@@ -47,7 +53,10 @@ class Documents {
   struct Entry {
     std::string type;
     Maker maker;
+    Names names;  // of a folder
   };
+  std::shared_ptr<const Entry> entry(const std::string& path) const;
+
   mutable std::mutex mutex_;
   std::map<std::string, std::shared_ptr<const Entry>> entries_;
 };

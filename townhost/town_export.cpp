@@ -16,7 +16,7 @@ int exportTown(const fs::path& folder, const TownExport& options) {
   Documents documents;
   publishAll(documents, gallery, options.version, options.url);
   int written = 0;
-  for (const auto& path : documents.paths()) {
+  for (const auto& path : documents.paths(options.now)) {
     const auto document = documents.make({options.now, path, {}});
     if (!document) continue;
     const fs::path file = folder / fs::path(path).relative_path();

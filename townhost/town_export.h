@@ -1,8 +1,8 @@
 // The town as files, for any host that serves files: each document under its path.
 //
 // Documents that change with the day are those of the day of the export; what depends on a
-// query is written as it is without one. Throws std::runtime_error with the file that can't
-// be written.
+// query is written as it is without one, where there is anything then. Throws std::runtime_error
+// with the file that can't be written.
 #pragma once
 
 #include <filesystem>

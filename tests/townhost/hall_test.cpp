@@ -73,6 +73,15 @@ TEST(TownHall, TheArchiveHoldsTheLastIssuesOfAnyDay) {
     EXPECT_EQ(page.status(), 200) << now;
     EXPECT_THAT(page.body(), HasSubstr("Varlo informa"));
   }
+
+  const TownHost host(test::on("2026-11-21T12:00"));
+  const auto status = [&](const std::string& name) {
+    return get(host, "/comune-varlo/newsletter/master/archivio/" + name).status();
+  };
+  EXPECT_EQ(status("2013-01-04-newsletter.html"), 200) << "listed long ago";
+  for (const char* name : {"2026-12-04-newsletter.html", "2026-11-19-newsletter.html",
+                           "2012-12-21-newsletter.html", "newsletter.html", ""})
+    EXPECT_EQ(status(name), 404) << name;
 }
 
 TEST(TownHall, ActsAreNumberedDatedAndFoundByTheirSubject) {

@@ -247,11 +247,11 @@ std::string attachments(CivilDay today, const std::string& id, const std::string
   return json.take();
 }
 
-std::string paper(CivilDay today, const std::string& id, const std::string& number) {
+std::optional<std::string> paper(CivilDay today, const std::string& id, const std::string& number) {
   const auto acts = actsOn(today);
   const Act* act = find(acts, id);
   const std::size_t which = number.size() == 1 && number[0] > '0' ? number[0] - '1' : 99;
-  if (!act || which >= act->attachments.size()) return {};
+  if (!act || which >= act->attachments.size()) return std::nullopt;
   return pdf(
       {act->attachments[which],
        act->kind + " n. " + std::to_string(act->number) + " del " + shortWordsFor(act->written),

@@ -28,12 +28,18 @@ CivilDay latestIssue(CivilDay today) {
 
 std::string nameOf(CivilDay issue) { return isoDate(issue) + "-newsletter.html"; }
 
-std::string listing(CivilDay today, const std::string& url) {
+// The oldest first, as a repository lists its files.
+std::vector<std::string> issues(Instant now) {
+  std::vector<std::string> names;
+  for (int back = kIssues - 1; back >= 0; --back)
+    names.push_back(nameOf(latestIssue(dayAt(now)) - back * kApart));
+  return names;
+}
+
+std::string listing(Instant now, const std::string& url) {
   JsonText json;
   json.openList();
-  // The oldest first, as a repository lists its files.
-  for (int back = kIssues - 1; back >= 0; --back) {
-    const std::string name = nameOf(latestIssue(today) - back * kApart);
+  for (const auto& name : issues(now)) {
     json.open().text("name", name).text("path", "archivio/" + name).text("type", "file");
     json.text("download_url", url + kFolder + name).close();
   }
@@ -92,14 +98,19 @@ std::string issuePage(CivilDay issue) {
 
 void publishNewsletters(Documents& documents, const std::string& url) {
   documents.add(kListing, typeOfPath(".json"),
-                [url](const Occasion& occasion) { return listing(dayAt(occasion.now), url); });
-  // Any Friday of ours, so that a phone on another day finds its own.
-  constexpr int years = 30;
-  for (int i = 0; i < years * 366 / static_cast<int>(kApart.count()); ++i) {
-    const CivilDay issue = kFirst + i * kApart;
-    documents.add(kFolder + nameOf(issue), typeOfPath(".html"),
-                  [issue](const Occasion&) { return issuePage(issue); });
-  }
+                [url](const Occasion& occasion) { return listing(occasion.now, url); });
+  // An older issue than those of the listing is there too: a phone may have listed it yesterday.
+  documents.addFolder(
+      kFolder, typeOfPath(".html"), issues,
+      [](const Occasion& occasion) -> std::optional<std::string> {
+        const std::string name = occasion.path.substr(std::string_view(kFolder).size());
+        const auto noon = parseInstant(name.substr(0, 10) + "T12:00");
+        if (!noon || name != nameOf(dayAt(*noon))) return std::nullopt;
+        const CivilDay issue = dayAt(*noon);
+        if (issue != latestIssue(issue) || issue < kFirst || issue > dayAt(occasion.now))
+          return std::nullopt;
+        return issuePage(issue);
+      });
 }
 
 }  // namespace town

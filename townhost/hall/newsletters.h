@@ -9,7 +9,7 @@
 namespace town {
 
 // The repository's listing and the issues, which it names by absolute addresses of `url`.
-// Issues appear as the clock goes on: what a phone on another day asks for is there too.
+// Issues appear as the clock goes on.
 void publishNewsletters(Documents& documents, const std::string& url);
 
 }  // namespace town
