@@ -36,11 +36,8 @@ struct Export {
 };
 
 void write(const Export& files, const town::TownHost::Options& options) {
-  using namespace std::chrono;
   town::TownExport wanted;
-  wanted.now = options.now
-                   ? options.now()
-                   : duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+  wanted.now = options.now ? options.now() : town::machineTime();
   wanted.version = options.version;
   wanted.url = files.url;
   const int written = town::exportTown(files.folder, wanted);
@@ -62,6 +59,7 @@ bool read(int argc, char** argv, town::TownHost::Options& options, Export& files
       if (!start) return false;
       options.now = clockFrom(*start);
     } else if (name == "--export") {
+      if (value.empty()) return false;
       files.folder = value;
     } else if (name == "--url") {
       files.url = value;

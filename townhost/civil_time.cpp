@@ -42,6 +42,11 @@ bool take(std::string_view& text, char c) {
 
 }  // namespace
 
+Instant machineTime() {
+  const auto since = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<milliseconds>(since).count();
+}
+
 minutes offsetAt(Instant instant) {
   const auto time = timeOf(instant);
   const auto year = std::chrono::year_month_day(std::chrono::floor<days>(time)).year();

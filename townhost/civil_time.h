@@ -3,7 +3,7 @@
 // Instants are milliseconds since 1970-01-01 UTC. The town keeps Central
 // European Time with the common summer rule (last Sunday of March to last Sunday
 // of October, both at 01:00 UTC), in force since 1996; earlier instants follow
-// the same rule. Pure functions, any thread, nothing is thrown.
+// the same rule. Any thread, nothing is thrown.
 #pragma once
 
 #include <chrono>
@@ -16,6 +16,9 @@ namespace town {
 
 using Instant = std::int64_t;
 using CivilDay = std::chrono::local_days;
+
+// What the machine's clock says.
+Instant machineTime();
 
 // How far the town's clocks are ahead of UTC.
 std::chrono::minutes offsetAt(Instant instant);

@@ -1,7 +1,9 @@
 #include "townhost/town_export.h"
 
+#include <cerrno>
 #include <fstream>
 #include <stdexcept>
+#include <system_error>
 
 #include "townhost/documents.h"
 #include "townhost/pictures/gallery.h"
@@ -10,6 +12,23 @@
 namespace town {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+void write(const fs::path& file, const std::string& text) {
+  std::error_code error;
+  fs::create_directories(file.parent_path(), error);
+  errno = 0;
+  std::ofstream out;
+  if (!error) out.open(file, std::ios::binary);
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+  out.close();
+  if (out) return;
+  if (!error) error.assign(errno, std::generic_category());
+  throw std::runtime_error("cannot write " + file.string() + ": " + error.message());
+}
+
+}  // namespace
 
 int exportTown(const fs::path& folder, const TownExport& options) {
   Gallery gallery;
@@ -20,12 +39,7 @@ int exportTown(const fs::path& folder, const TownExport& options) {
     const auto document = documents.make({options.now, path, {}});
     if (!document) continue;
     const fs::path file = folder / fs::path(path).relative_path();
-    std::error_code error;
-    fs::create_directories(file.parent_path(), error);
-    std::ofstream out(file, std::ios::binary);
-    out.write(document->text.data(), static_cast<std::streamsize>(document->text.size()));
-    out.close();
-    if (error || !out) throw std::runtime_error("cannot write " + file.string());
+    write(file, document->text);
     ++written;
   }
   return written;

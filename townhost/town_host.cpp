@@ -18,11 +18,6 @@
 namespace town {
 namespace {
 
-std::int64_t machineTime() {
-  using namespace std::chrono;
-  return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
-}
-
 std::string listOf(const RequestLog& log) {
   JsonText json;
   json.openList();
