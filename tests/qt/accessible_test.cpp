@@ -5,6 +5,8 @@
 
 #include "desk.h"
 #include "platform/qt/access/accessible_tree.h"
+#include "platform/qt/access/event_relay.h"
+#include "platform/qt/access/page_accessible.h"
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/controls.h"
 #include "platform/ui/controls/map_view.h"
@@ -66,6 +68,13 @@ class Reader : public Desk {
     rest();
   }
   void press(const std::string& name) { act(name, QAccessibleActionInterface::pressAction()); }
+  // What readers are told from now on, and about what.
+  using Told = std::vector<std::pair<QAccessible::Event, QAccessible::Id>>;
+  void listen(Told& told) {
+    qt::AccessibleTree::of(&screen.window())->teller = [&told](QAccessibleEvent& event) {
+      told.emplace_back(event.type(), event.uniqueId());
+    };
+  }
   static std::string kind(QAccessible::Role role) {
     switch (role) {
       case QAccessible::Button:
@@ -172,6 +181,13 @@ TEST_F(Reader, ActsOnWhatItFinds) {
   EXPECT_EQ(root()->focusChild(), via);
   ASSERT_NE(via->textInterface(), nullptr);
   EXPECT_EQ(via->textInterface()->text(0, 4), "Roma");
+  // What the toolkit's editor tells of itself is told of the element.
+  Told told;
+  listen(told);
+  QAccessibleTextInsertEvent typed(
+      QAccessible::queryAccessibleInterface(screen.window().activeFocusItem()), 4, "x");
+  qt::relayEvent(typed);
+  EXPECT_EQ(told, (Told{{QAccessible::TextInserted, QAccessible::uniqueId(via)}}));
 }
 
 TEST_F(Reader, ElementsGoWithTheirViews) {
@@ -212,22 +228,25 @@ TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
   scroll->setContentSize({kWidth, 3000});
   auto web = add<ui::WebView>({20, 1100, 300, 400}, &scroll->content());
   scroll->setOffset({0, 1000});
-  std::vector<std::string> asked;
+  std::vector<std::string> asked, posted;
   web->onOverrideUrl = [&](const std::string& url) {
     asked.push_back(url);
     return true;
   };
+  web->onMessage = [&](const std::string& message) { posted.push_back(message); };
   web->loadHtml(R"(<title>Uffici</title><body style='margin:0'>
     <h1 style='margin:0;height:40px'>Orari</h1>
     <a style='display:block;height:50px' href='/uno'>uno</a>
     <input type=checkbox aria-label='Avvisi'><div style='height:3000px'></div>
-    <a style='display:block;height:50px' target=_blank href='tel:+390123'>due</a></body>)",
+    <a style='display:block;height:50px' target=_blank href='tel:+390123'>due</a>
+    <div style='height:3000px'></div>
+    <div onclick='host.post("div " + event.isTrusted)'>qui</div></body>)",
                 "http://varlo.test/pagina");
   rest();
   QAccessible::setActive(true);  // the engine, begun by now, listens for it
   const std::vector<std::string> whole{"page Uffici", "  heading Orari", "    text Orari",
                                        "  link uno",  "    text uno",    "  switch Avvisi",
-                                       "  link due",  "    text due"};
+                                       "  link due",  "    text due",    "    text qui"};
   ASSERT_TRUE(loop.until([&] { return tree() == whole; }, 10000)) << testing::PrintToString(tree());
   EXPECT_EQ(find("Orari")->rect(), pixels(20, 100, 300, 40));
   EXPECT_EQ(find("uno")->rect(), pixels(20, 140, 300, 50));
@@ -245,8 +264,29 @@ TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
   EXPECT_EQ(asked, links);
   press("Avvisi");
   EXPECT_TRUE(loop.until([&] { return find("Avvisi")->state().checked != 0; }, 10000));
-  // Another page, and none: nothing of the former is left.
+  // What is no link and no button, but listens for clicks, gets a real one.
+  for (auto* element : {find("qui"), find("qui")->parent()}) {
+    posted.clear();
+    element->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_TRUE(loop.until([&] { return !posted.empty(); }, 10000));
+    EXPECT_EQ(posted, std::vector<std::string>{"div true"});
+  }
+  // The engine's events lead to what is found by asking, and tell nothing twice.
   auto* former = find("uno");
+  auto* inner = qt::PageAccessible::from(former)->inner();
+  Told told;
+  listen(told);
+  QAccessibleEvent focus(inner, QAccessible::Focus), page(inner->parent(), QAccessible::Focus);
+  QAccessibleEvent moved(inner, QAccessible::LocationChanged), born(inner, QAccessible::ObjectShow);
+  QAccessibleStateChangeEvent state(inner, inner->state());
+  for (QAccessibleEvent* event : {&focus, &page, &moved, &born}) qt::relayEvent(*event);
+  qt::relayEvent(state);
+  const auto link = QAccessible::uniqueId(former);
+  EXPECT_EQ(told, (Told{{QAccessible::Focus, link},
+                        {QAccessible::Focus, QAccessible::uniqueId(find("Uffici"))},
+                        {QAccessible::LocationChanged, link},
+                        {QAccessible::StateChanged, link}}));
+  // Another page, and none: nothing of the former is left.
   web->loadHtml("<title>Altra</title><p>nuovo</p>");
   EXPECT_TRUE(loop.until([&] { return find("nuovo") && !find("uno"); }, 10000));
   EXPECT_NE(find("nuovo"), former);
@@ -266,10 +306,8 @@ TEST_F(Reader, AListTellsWhatComesAndWhatGoes) {
   for (const char* title : {"uno", "due", "tre"}) addRow(title);
   ASSERT_TRUE(becomes({"button uno", "button due", "button tre"}));
   const auto second = QAccessible::uniqueId(find("due"));
-  std::vector<std::pair<QAccessible::Event, QAccessible::Id>> told;
-  qt::AccessibleTree::of(&screen.window())->teller = [&](QAccessibleEvent& event) {
-    told.emplace_back(event.type(), event.uniqueId());
-  };
+  Told told;
+  listen(told);
   rows[1]->removeFromParent();
   addRow("quattro");
   EXPECT_TRUE(becomes({"button uno", "button tre", "button quattro"}));

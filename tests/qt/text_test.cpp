@@ -3,6 +3,7 @@
 
 #include "desk.h"
 #include "platform/qt/drawing/qt_text_engine.h"
+#include "platform/ui/controls/text_input.h"
 
 static const char* const kLong =
     "Il servizio di guardia medica è attivo nei giorni festivi e prefestivi, e dalle 20:00 "

@@ -144,6 +144,13 @@ QAccessible::State WindowAccessible::state() const {
 
 QWindow* PartAccessible::window() const { return &tree_.window(); }
 
+// What comes later lies in front.
+QAccessibleInterface* PartAccessible::childAt(int x, int y) const {
+  for (int i = childCount(); i-- > 0;)
+    if (auto* part = child(i); part && part->rect().contains(x, y)) return part;
+  return nullptr;
+}
+
 QAccessible::State AnnouncerAccessible::state() const {
   QAccessible::State state;
   state.invisible = said.isEmpty();
@@ -200,16 +207,16 @@ int ElementAccessible::indexOfChild(const QAccessibleInterface* child) const {
   if (!n) return -1;
   if (n->role == ui::Role::WebContent) {
     const auto* page = document();
-    const auto* part = dynamic_cast<const PageAccessible*>(child);
+    const auto* part = PageAccessible::from(child);
     return page && part && part->inner() ? page->indexOfChild(part->inner()) : -1;
   }
   return indexIn(tree_, n->children, child);
 }
 
-QAccessibleInterface* ElementAccessible::childAt(int x, int y) const {
-  for (int i = childCount(); i-- > 0;)
-    if (auto* part = child(i); part && part->rect().contains(x, y)) return part;
-  return nullptr;
+QAccessibleInterface* ElementAccessible::focusChild() const {
+  const auto* page = document();
+  auto* inner = page ? page->focusChild() : nullptr;
+  return inner && inner != page ? tree_.inPage(*view(), inner) : nullptr;
 }
 
 QString ElementAccessible::text(QAccessible::Text what) const {

@@ -38,7 +38,7 @@ class PartAccessible : public QAccessibleInterface {
   QObject* object() const override { return nullptr; }
   QWindow* window() const override;
   void setText(QAccessible::Text, const QString&) override {}
-  QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+  QAccessibleInterface* childAt(int x, int y) const override;
   QAccessibleInterface* child(int) const override { return nullptr; }
   int childCount() const override { return 0; }
   int indexOfChild(const QAccessibleInterface*) const override { return -1; }
@@ -76,7 +76,7 @@ class ElementAccessible final : public PartAccessible,
   QAccessibleInterface* child(int index) const override;
   int childCount() const override;
   int indexOfChild(const QAccessibleInterface* child) const override;
-  QAccessibleInterface* childAt(int x, int y) const override;
+  QAccessibleInterface* focusChild() const override;
   QString text(QAccessible::Text what) const override;
   QRect rect() const override;
   QAccessible::Role role() const override;

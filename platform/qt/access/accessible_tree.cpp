@@ -33,7 +33,10 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object) 
 
 AccessibleTree::AccessibleTree(Stage& stage, QQuickWindow& window, const Mirror& mirror)
     : stage_(stage), window_(window), mirror_(mirror) {
-  if (trees().empty()) QAccessible::installFactory(makeAccessible);
+  if (trees().empty()) {
+    QAccessible::installFactory(makeAccessible);
+    relayEvents(true);
+  }
   trees().push_back(this);
   later_.setSingleShot(true);
   later_.setInterval(kDelay);
@@ -51,13 +54,18 @@ AccessibleTree::AccessibleTree(Stage& stage, QQuickWindow& window, const Mirror&
 
 AccessibleTree::~AccessibleTree() {
   std::erase(trees(), this);
-  if (trees().empty()) QAccessible::removeFactory(makeAccessible);
+  if (trees().empty()) {
+    QAccessible::removeFactory(makeAccessible);
+    relayEvents(false);
+  }
   for (auto& [view, accessible] : made_)
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
   for (auto& [id, accessible] : inPages_)
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
   if (announcer_) QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(announcer_));
 }
+
+const std::vector<AccessibleTree*>& AccessibleTree::all() { return trees(); }
 
 AccessibleTree* AccessibleTree::of(const QObject* window) {
   for (auto* tree : trees())
@@ -100,6 +108,23 @@ QAccessibleInterface* AccessibleTree::inPage(ui::View& page, QAccessibleInterfac
     QAccessible::registerAccessibleInterface(made);
   }
   return made;
+}
+
+// Editors and pages have one item each that is the toolkit's object for what is inside; the
+// objects in a page lead up to it.
+QAccessibleInterface* AccessibleTree::standIn(QAccessibleInterface& about) {
+  const QAccessibleInterface* top = &about;
+  while (top && !qobject_cast<QQuickItem*>(top->object())) top = top->parent();
+  auto* inside = top ? qobject_cast<QQuickItem*>(top->object()) : nullptr;
+  ViewItem* item = nullptr;
+  for (auto* above = inside; above && !item; above = above->parentItem())
+    item = qobject_cast<ViewItem*>(above);
+  const auto view = item && item->accessibleInside() == inside ? item->view() : nullptr;
+  auto* element = view ? elementOf(*view) : nullptr;
+  if (!element || top == &about) return element;
+  const auto* document = element->document();
+  if (document == &about) return element;
+  return document ? inPage(*view, &about) : nullptr;
 }
 
 // The engine tells nobody when an object of its ends.

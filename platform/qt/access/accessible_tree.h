@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/qt/access/event_relay.h"
 #include "platform/ui/reading/accessibility.h"
 
 class QQuickWindow;
@@ -38,9 +39,7 @@ class AccessibleTree {
   void announce(const std::string& text);
 
   // What carries events to readers: the toolkit, if any of them listens.
-  std::function<void(QAccessibleEvent&)> teller = [](QAccessibleEvent& event) {
-    QAccessible::updateAccessibility(&event);
-  };
+  std::function<void(QAccessibleEvent&)> teller = handOn;
 
   // --- For the interfaces.
   struct Node {
@@ -51,6 +50,7 @@ class AccessibleTree {
     std::vector<int> children;
     ElementAccessible* accessible = nullptr;
   };
+  static const std::vector<AccessibleTree*>& all();
   static AccessibleTree* of(const QObject* window);
   void ensureBuilt();
   const std::vector<Node>& nodes() const { return nodes_; }
@@ -61,6 +61,8 @@ class AccessibleTree {
   ElementAccessible* elementOf(const ui::View& view) const;  // null: none
   // What stands for an object of the engine's in a web view's page; null for null.
   QAccessibleInterface* inPage(ui::View& page, QAccessibleInterface* inner);
+  // What stands in the tree for an object of the toolkit's or the engine's; null: nothing.
+  QAccessibleInterface* standIn(QAccessibleInterface& about);
   QQuickWindow& window() const { return window_; }
   // Where points of the window are on the screen: in its pixels, as readers count.
   QRect onScreen(const QRectF& inWindow) const;

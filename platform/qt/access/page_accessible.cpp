@@ -24,7 +24,28 @@ int pressKeyOf(QAccessible::Role role) {
   }
 }
 
+// Which elements listen for clicks, the engine tells nobody. Words and pictures may, and a box
+// of nothing else; what has links or controls in it is there for these.
+bool mayBeClicked(const QAccessibleInterface& in) {
+  const auto state = in.state();
+  if (state.editable || state.invisible || in.rect().isEmpty()) return false;
+  for (int i = 0; i < in.childCount(); ++i)
+    if (const auto* part = in.child(i); part->childCount() > 0 || part->state().focusable)
+      return false;
+  return true;
+}
+
+// Where the element is in its page: the engine takes the page's corner for the window's.
+QRectF placeIn(const QAccessibleInterface& in, const QWindow& window) {
+  return in.rect().translated(-window.position());
+}
+
 }  // namespace
+
+// The engine is built without type information: what is its own must not be asked for a class.
+const PageAccessible* PageAccessible::from(const QAccessibleInterface* any) {
+  return any && !any->object() ? dynamic_cast<const PageAccessible*>(any) : nullptr;
+}
 
 QAccessibleInterface* PageAccessible::wrapped(QAccessibleInterface* inner) const {
   const auto page = page_.lock();
@@ -58,14 +79,8 @@ int PageAccessible::childCount() const {
 
 int PageAccessible::indexOfChild(const QAccessibleInterface* child) const {
   const auto* in = inner();
-  const auto* other = dynamic_cast<const PageAccessible*>(child);
+  const auto* other = from(child);
   return in && other && other->inner() ? in->indexOfChild(other->inner()) : -1;
-}
-
-QAccessibleInterface* PageAccessible::childAt(int x, int y) const {
-  for (int i = childCount(); i-- > 0;)
-    if (auto* part = child(i); part && part->rect().contains(x, y)) return part;
-  return nullptr;
 }
 
 QAccessibleInterface* PageAccessible::focusChild() const {
@@ -83,8 +98,7 @@ QRect PageAccessible::rect() const {
   const auto page = page_.lock();
   const auto* item = page ? tree_.mirror().itemOf(*page) : nullptr;
   if (!in || !item) return {};
-  const QRectF inPage = in->rect().translated(-tree_.window().position());
-  return tree_.onScreen(inPage.translated(item->mapToScene({})));
+  return tree_.onScreen(placeIn(*in, tree_.window()).translated(item->mapToScene({})));
 }
 
 QAccessible::Role PageAccessible::role() const {
@@ -110,10 +124,17 @@ void* PageAccessible::interface_cast(QAccessible::InterfaceType type) {
 QStringList PageAccessible::actionNames() const {
   auto* in = inner();
   auto* act = in ? in->actionInterface() : nullptr;
-  if (!act) return {};
-  QStringList names = act->actionNames();
-  if (names.contains(setFocusAction()) && pressKeyOf(in->role())) names.prepend(pressAction());
+  QStringList names = act ? act->actionNames() : QStringList();
+  if (in && (pressKeyOf(in->role()) || mayBeClicked(*in))) names.prepend(pressAction());
   return names;
+}
+
+ViewItem::Place PageAccessible::middle() const {
+  return [id = inner_, &window = tree_.window()]() -> std::optional<QPointF> {
+    const auto* in = QAccessible::accessibleInterface(id);
+    if (!in || !in->isValid()) return std::nullopt;
+    return placeIn(*in, window).center();
+  };
 }
 
 // What a reader presses was pressed by its user: a link in it is followed as if by hand.
@@ -122,11 +143,12 @@ void PageAccessible::doAction(const QString& name) {
   auto* item = page ? tree_.mirror().itemOf(*page) : nullptr;
   if (!item || !actionNames().contains(name) || !ui::reachable(*page)) return;
   tree_.stage().guarded([&] { ui::scrollIntoView(*page); });
-  const bool press = name == pressAction();
   auto* in = inner();
   if (!in) return;
-  const int key = pressKeyOf(in->role());
-  in->actionInterface()->doAction(press ? setFocusAction() : name);
+  const bool press = name == pressAction();
+  const int key = press ? pressKeyOf(in->role()) : 0;
+  if (press && !key) return item->clickInside(middle());
+  if (auto* act = in->actionInterface()) act->doAction(press ? setFocusAction() : name);
   if (press) item->pressInside(key);
 }
 

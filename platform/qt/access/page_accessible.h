@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/qt/access/accessible_element.h"
+#include "platform/qt/items/view_item.h"
 
 namespace qt {
 
@@ -15,6 +16,8 @@ class PageAccessible final : public PartAccessible, public QAccessibleActionInte
   PageAccessible(AccessibleTree& tree, ui::View& page, QAccessible::Id inner)
       : PartAccessible(tree), page_(&page), inner_(inner) {}
 
+  // The same as what it is; null when it is something else.
+  static const PageAccessible* from(const QAccessibleInterface* any);
   // The engine's object; null when it is gone.
   QAccessibleInterface* inner() const { return QAccessible::accessibleInterface(inner_); }
 
@@ -23,7 +26,6 @@ class PageAccessible final : public PartAccessible, public QAccessibleActionInte
   QAccessibleInterface* child(int index) const override;
   int childCount() const override;
   int indexOfChild(const QAccessibleInterface* child) const override;
-  QAccessibleInterface* childAt(int x, int y) const override;
   QAccessibleInterface* focusChild() const override;
   QString text(QAccessible::Text what) const override;
   QRect rect() const override;
@@ -37,6 +39,7 @@ class PageAccessible final : public PartAccessible, public QAccessibleActionInte
 
  private:
   QAccessibleInterface* wrapped(QAccessibleInterface* inner) const;
+  ViewItem::Place middle() const;
 
   ui::WeakRef<ui::View> page_;
   QAccessible::Id inner_;

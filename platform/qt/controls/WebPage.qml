@@ -20,6 +20,11 @@ WebEngineView {
 
     function run(script) { web.runJavaScript(script); }
     function press(key) { web.runJavaScript("0", () => gate.pressKey(key)); }
+    // A place of the page comes to the middle.
+    function bringIntoSight(at) {
+        web.runJavaScript("scrollBy({ left: " + (at.x - width / 2) / zoomFactor + ", top: " +
+                          (at.y - height / 2) / zoomFactor + ", behavior: 'instant' })");
+    }
     function scrollToPlace(name) {
         web.runJavaScript("(n => { const p = document.getElementById(n) || document.getElementsByName(n)[0];" +
                           " if (p) p.scrollIntoView(); else if (!n || n === 'top') window.scrollTo(0, 0); })(" +

@@ -64,6 +64,9 @@ class ViewItem : public PaintedItem {
   virtual void userActed() {}
   // A reader presses what has the focus inside, which this key does.
   virtual void pressInside(int /*key*/) {}
+  // …or a place inside, in the item's points, as told at any time; none: no longer there.
+  using Place = std::function<std::optional<QPointF>()>;
+  virtual void clickInside(const Place& /*where*/) {}
   // Something moves by itself or is still to come.
   virtual bool busy() const { return false; }
 

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QVariant>
@@ -25,6 +26,8 @@ constexpr qsizetype kLongestAddress = 2000000;
 constexpr int kPaintPatience = 1000;
 // What a page does later than that after a touch is its own doing.
 constexpr int kActPatience = 5000;
+// What is to be clicked is looked for so often, so far apart.
+constexpr int kLooks = 40, kLookAgain = 50;
 
 }  // namespace
 
@@ -49,13 +52,47 @@ void WebItem::pressInside(int key) {
   QMetaObject::invokeMethod(page_.get(), "press", Q_ARG(QVariant, key));
 }
 
+// The engine's own, which hears keys and touches; null: the page hasn't the focus (any more).
+QQuickItem* WebItem::engineItem() const {
+  return page_ && page_->hasActiveFocus() ? page_->window()->activeFocusItem() : nullptr;
+}
+
 void WebItem::pressKey(int key) {
-  auto* to = page_ && page_->hasActiveFocus() ? page_->window()->activeFocusItem() : nullptr;
+  auto* to = engineItem();
   if (!to) return;
   userActed();
   const QString text = key == Qt::Key_Space ? QStringLiteral(" ") : QStringLiteral("\r");
   for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
     QKeyEvent event(type, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(to, &event);
+  }
+}
+
+void WebItem::clickInside(const Place& where) {
+  const auto at = page_ ? where() : std::nullopt;
+  if (!at) return;
+  if (const auto held = view()) stage().guarded([&] { held->requestFocus(); });
+  if (!boundingRect().contains(*at))
+    QMetaObject::invokeMethod(page_.get(), "bringIntoSight", Q_ARG(QVariant, *at));
+  clickOnceInSight(where, kLooks);
+}
+
+// Where things are after the page has scrolled, the engine's tree knows a little later, and
+// says nothing then.
+void WebItem::clickOnceInSight(const Place& where, int looks) {
+  const auto at = where();
+  auto* to = engineItem();
+  if (!at || !to || looks == 0) return;
+  if (!boundingRect().contains(*at)) {
+    QTimer::singleShot(kLookAgain, this, [=, this] { clickOnceInSight(where, looks - 1); });
+    return;
+  }
+  userActed();
+  const QPointF scene = mapToScene(*at), local = to->mapFromScene(scene);
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    QMouseEvent event(type, local, scene, mapToGlobal(*at), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::NoModifier);
     QCoreApplication::sendEvent(to, &event);
   }
 }

@@ -39,6 +39,7 @@ class WebItem final : public ViewItem {
   void pressInside(int key) override;
   // Told by the page, once it has done all that was asked of it before the key.
   Q_INVOKABLE void pressKey(int key);
+  void clickInside(const Place& where) override;
 
  protected:
   void sync(ui::View& view, ui::Change changed) override;
@@ -54,6 +55,8 @@ class WebItem final : public ViewItem {
 
  private:
   bool begin();
+  QQuickItem* engineItem() const;
+  void clickOnceInSight(const Place& where, int looks);
   void load(ui::WebView& view);
   void loadHtml(const ui::WebView::Request& request);
   bool followed(const QUrl& url, bool newWindow);
