@@ -3,10 +3,7 @@
 // The test's thread only. What can't be done throws std::runtime_error with the reason.
 #pragma once
 
-#include <sys/types.h>
-
-#include <string>
-#include <vector>
+#include "tests/support/program.h"
 
 class ServerProcess {
  public:
@@ -29,10 +26,6 @@ class ServerProcess {
   static int freePort();
 
  private:
-  void end(int signal);
-  bool awaitListening(const std::string& words);
-
-  pid_t process_ = -1;
-  int log_ = -1;  // what it says, kept open so that it can go on saying it
+  std::optional<Program> program_;  // kept listened to, so that it can go on talking
   std::string said_;
 };

@@ -2,62 +2,26 @@
 #include <gmock/gmock.h>
 #include <httplib.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
 
 #include "support.h"
+#include "tests/support/program.h"
 
 namespace town {
 namespace {
 
-// Runs until finish(); what it prints goes to a pipe.
-class Program {
- public:
-  explicit Program(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), VARLO_TOWNHOST);
-    std::vector<char*> argv;
-    for (auto& argument : arguments) argv.push_back(argument.data());
-    argv.push_back(nullptr);
-    int ends[2];
-    if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], 2);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
-    const int failed = posix_spawn(&id_, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(ends[1]);
-    out_ = ends[0];
-    if (failed) throw std::runtime_error("the program doesn't start");
-  }
-  ~Program() { ::close(out_); }
+std::vector<std::string> townHost(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), VARLO_TOWNHOST);
+  return arguments;
+}
 
-  std::string line() {
-    std::string text;
-    for (char c; ::read(out_, &c, 1) == 1 && c != '\n';) text += c;
-    return text;
-  }
-  int finish(int signal) {
-    if (signal) ::kill(id_, signal);
-    int status = 0;
-    ::waitpid(id_, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
- private:
-  pid_t id_ = 0;
-  int out_ = -1;
-};
-
-TEST(Program, ServesTheDayItIsToldUntilItIsInterrupted) {
+TEST(TownHostProgram, ServesTheDayItIsToldUntilItIsInterrupted) {
   for (int signal : {SIGINT, SIGTERM}) {
-    Program program({"--now", "2031-12-31T23:00", "--released", "3.2"});
-    const auto url = program.line();
+    // Already the 31st in the town, though not yet by Greenwich.
+    Program program(townHost({"--now", "2031-12-31T00:30", "--released", "3.2"}), {1, 2});
+    const auto url = program.line().value();
     EXPECT_THAT(url, testing::StartsWith("http://127.0.0.1:"));
     httplib::Client client(url);
     EXPECT_EQ(client.Get("/InfoVarlo/config/master/version_ios")->body, "3.2");
@@ -70,7 +34,7 @@ TEST(Program, ServesTheDayItIsToldUntilItIsInterrupted) {
   }
 }
 
-TEST(Program, SaysWhatItDoesNotUnderstand) {
+TEST(TownHostProgram, SaysWhatItDoesNotUnderstand) {
   TownHost other;
   const struct {
     std::vector<std::string> arguments;
@@ -85,9 +49,9 @@ TEST(Program, SaysWhatItDoesNotUnderstand) {
       {{"--port", std::to_string(other.port())}, 1, "varlo-townhost: "},
   };
   for (const auto& c : cases) {
-    Program program(c.arguments);
-    EXPECT_THAT(program.line(), testing::StartsWith(c.says)) << c.arguments[0];
-    EXPECT_EQ(program.finish(0), c.expected) << c.arguments[0];
+    Program program(townHost(c.arguments), {1, 2});
+    EXPECT_THAT(program.line().value(), testing::StartsWith(c.says)) << c.arguments[0];
+    EXPECT_EQ(program.finish(), c.expected) << c.arguments[0];
   }
 }
 
