@@ -11,6 +11,7 @@
 #include "platform/base/platform.h"
 #include "runtime/core/language/module.h"
 #include "tests/support/failures.h"
+#include "tests/support/texts.h"
 
 class ComponentTest : public testing::Test {
  protected:
@@ -37,5 +38,6 @@ class ComponentTest : public testing::Test {
 };
 
 using testing::StartsWith;
+using testing_support::textsOf;
 using testing_support::thrownBy;
 using Trace = std::vector<std::string>;

@@ -6,12 +6,6 @@ using namespace kes;
 
 namespace {
 
-std::vector<std::string> textsOf(const KesArray& a) {
-  std::vector<std::string> out;
-  for (const Value& v : a.objectsData()) out.push_back(v.description().str());
-  return out;
-}
-
 using Texts = std::vector<std::string>;
 
 TEST(Regex, MatchesTheWholeText) {
@@ -81,11 +75,12 @@ TEST(Regex, ReplaceFillsTheTemplate) {
 }
 
 TEST(Regex, SplitKeepsAllPieces) {
-  EXPECT_EQ(textsOf(*KesRegex::Split(";", "a;;b;")), (Texts{"a", "", "b", ""}));
-  EXPECT_EQ(textsOf(*KesRegex::Split("\\s*,\\s*", "uno , due,tre")), (Texts{"uno", "due", "tre"}));
-  EXPECT_EQ(textsOf(*KesRegex::Split("x", "")), (Texts{""}));
-  EXPECT_EQ(textsOf(*KesRegex::Split("(?:)", "aè😀")), (Texts{"a", "è", "😀"}));
-  EXPECT_EQ(textsOf(*KesRegex::Split2(KesRegex::CASE_INSENSITIVE, "X", "1x2X3")),
+  EXPECT_EQ(textsOf(KesRegex::Split(";", "a;;b;")->objectsData()), (Texts{"a", "", "b", ""}));
+  EXPECT_EQ(textsOf(KesRegex::Split("\\s*,\\s*", "uno , due,tre")->objectsData()),
+            (Texts{"uno", "due", "tre"}));
+  EXPECT_EQ(textsOf(KesRegex::Split("x", "")->objectsData()), (Texts{""}));
+  EXPECT_EQ(textsOf(KesRegex::Split("(?:)", "aè😀")->objectsData()), (Texts{"a", "è", "😀"}));
+  EXPECT_EQ(textsOf(KesRegex::Split2(KesRegex::CASE_INSENSITIVE, "X", "1x2X3")->objectsData()),
             (Texts{"1", "2", "3"}));
 }
 

@@ -7,7 +7,6 @@ using kes::DateTime;
 using kes::kes_dateutils;
 using kes::KesDateTime;
 using kes::Period;
-using kes::Ref;
 
 namespace {
 
@@ -16,7 +15,7 @@ constexpr std::int64_t kMinute = KesDateTime::TicksPerMinute;
 constexpr std::int64_t kHour = KesDateTime::TicksPerHour;
 constexpr std::int64_t kDay = KesDateTime::TicksPerDay;
 // The clock of the fixture: Wednesday 2017-11-15 09:30:00 in the town.
-constexpr std::int64_t kNow = testing_support::TestPlatform::kStart;
+constexpr std::int64_t kNow = TestPlatform::kStart;
 
 class DatesTest : public DataTest {
  protected:
@@ -36,11 +35,6 @@ class DatesTest : public DataTest {
   static std::vector<int> fields(const Ref<Period>& p) {
     return {p->Years, p->Months, p->Days, p->Hours, p->Minutes, p->Seconds};
   }
-  static std::vector<std::string> texts(const KesList& list) {
-    std::vector<std::string> out;
-    for (const Value& v : list) out.push_back(v.asText().str());
-    return out;
-  }
 };
 
 TEST_F(DatesTest, StartsWithThePhonesZoneAndTheGivenPatterns) {
@@ -53,7 +47,7 @@ TEST_F(DatesTest, StartsWithThePhonesZoneAndTheGivenPatterns) {
   EXPECT_EQ(d.TimeZoneOffset(), 1.0);
   EXPECT_EQ(d.DeviceDefaultDateFormat(), "dd/MM/yy");
   EXPECT_EQ(d.DeviceDefaultTimeFormat(), "HH:mm");
-  platform_.clock().advance(90 * kSecond);
+  phone.clock().advance(90 * kSecond);
   EXPECT_EQ(d.Time(d.Now()), "09:31:30");
   EXPECT_EQ(utils()._tickstostring(kNow), "11/15/2017 09:30:00");
   EXPECT_EQ(kes::KesCommon::shared().SmartStringFormatter("datetime", kNow), "11/15/2017 09:30:00");
@@ -385,9 +379,9 @@ TEST_F(DatesTest, NumbersThatMakeNoDate) {
        "Error: Invalid value: d.C.20170201010203GMT+99:00"},
   };
   for (const auto& c : cases) {
-    platform_.clearLog();
+    phone.clearLog();
     EXPECT_EQ(thrownBy(c.call), "Cannot parse: invalid date") << c.logged;
-    EXPECT_THAT(platform_.lines(), ElementsAre(c.logged));
+    EXPECT_THAT(phone.lines(), ElementsAre(c.logged));
     EXPECT_EQ(d.DateFormat(), "dd-MM");
     EXPECT_EQ(d.TimeFormat(), "mm");
     EXPECT_EQ(d.Time(kNow), "30");
@@ -413,12 +407,12 @@ TEST_F(DatesTest, NamesAreInThePhonesLanguageAndKept) {
   const std::vector<std::string> days = {"domenica", "lunedì",  "martedì", "mercoledì",
                                          "giovedì",  "venerdì", "sabato"};
   DateTime().setDateFormat("yy");
-  EXPECT_EQ(texts(u._getdaysnames()), days);
+  EXPECT_EQ(textsOf(u._getdaysnames()), days);
   EXPECT_EQ(u._getdayofweekname(kNow), "mercoledì");
   EXPECT_EQ(u._getmonthname(kNow), "novembre");
   // From the last day of a long month, none of the months is skipped.
-  platform_.clock().setNow(u._setdateandtime(2017, 10, 31, 12, 0, 0));
-  EXPECT_EQ(texts(u._getmonthsnames()),
+  phone.clock().setNow(u._setdateandtime(2017, 10, 31, 12, 0, 0));
+  EXPECT_EQ(textsOf(u._getmonthsnames()),
             (std::vector<std::string>{"gennaio", "febbraio", "marzo", "aprile", "maggio", "giugno",
                                       "luglio", "agosto", "settembre", "ottobre", "novembre",
                                       "dicembre"}));
@@ -432,7 +426,7 @@ TEST_F(DatesTest, NamesAreInThePhonesLanguageAndKept) {
 TEST_F(DatesTest, OtherLanguagesKeepDigitsAndCalendar) {
   for (const char* locale : {"ar_EG", "fa_IR", "th_TH@calendar=buddhist", "ja_JP", "en_US", ""}) {
     SCOPED_TRACE(locale);
-    platform_.platform().locale = locale;
+    phone.platform().locale = locale;
     KesDateTime::restart();
     utils()._process_globals();
     EXPECT_EQ(DateTime().Date(kNow), "11/15/2017");
@@ -450,7 +444,7 @@ TEST_F(DatesTest, SecondsAndPlatformDates) {
   EXPECT_EQ(u._format(7, 3), "007");
   EXPECT_EQ(u._format(1234567, 2), "1234567");
   EXPECT_EQ(KesDateTime::NSDateToTicks(KesDateTime::TicksToNSDate(kNow)), kNow);
-  EXPECT_EQ(KesDateTime::NSDateToTicks(platform::makeShared<kes::PlatformDate>(-1.9999)), -1999);
+  EXPECT_EQ(KesDateTime::NSDateToTicks(makeShared<kes::PlatformDate>(-1.9999)), -1999);
   EXPECT_EQ(thrownBy([] { KesDateTime::NSDateToTicks(Value()); }), "Error parsing date string.");
 }
 

@@ -16,7 +16,6 @@ using kes::File;
 using kes::KesFile;
 using kes::KesInputStream;
 using kes::KesOutputStream;
-using testing_support::TestPlatform;
 
 namespace {
 
@@ -35,12 +34,6 @@ class FilesTest : public DataTest {
     return TestPlatform::read(at(dir, name));
   }
 };
-
-std::vector<std::string> textsOf(const KesList& list) {
-  std::vector<std::string> out;
-  for (const Value& v : list) out.push_back(v.description().str());
-  return out;
-}
 
 TEST_F(FilesTest, JoinsPathsByComponents) {
   const struct {
@@ -215,8 +208,8 @@ TEST_F(FilesTest, NamedFoldersAreNeitherDeletedNorReplaced) {
   for (const auto& [dir, name] :
        std::initializer_list<std::pair<Text, Text>>{{documents(), ""},
                                                     {documents(), "."},
-                                                    {platform_.root().string(), "documents"},
-                                                    {platform_.root().string(), ""},
+                                                    {phone.root().string(), "documents"},
+                                                    {phone.root().string(), ""},
                                                     {"/", ""}}) {
     File().Delete(dir, name);
     EXPECT_THAT(thrownBy([&, dir = dir, name = name] { File().Copy(documents(), "a", dir, name); }),
@@ -266,7 +259,7 @@ TEST_F(FilesTest, AttributesSayWhatTheFileIs) {
   EXPECT_EQ(File().LastModified(documents(), "a"), 1510734600250);
   EXPECT_EQ(File().Size(documents(), "a"), 5);
   EXPECT_FALSE(File().IsDirectory(documents(), "a"));
-  EXPECT_TRUE(File().IsDirectory(platform_.root().string(), "documents"));
+  EXPECT_TRUE(File().IsDirectory(phone.root().string(), "documents"));
 
   KesMap all = File().GetAttributes(documents(), "a");
   EXPECT_TRUE(all.IsReadOnly());
@@ -512,7 +505,7 @@ class PiecewiseInput final : public kes::InputStream {
 };
 
 TEST_F(FilesTest, Copy2GoesBlockByBlockAndClosesTheInputOnly) {
-  auto source = platform::makeShared<PiecewiseInput>(std::vector<std::ptrdiff_t>{8192, 1, 8192, 0});
+  auto source = makeShared<PiecewiseInput>(std::vector<std::ptrdiff_t>{8192, 1, 8192, 0});
   KesOutputStream out;
   out.InitializeToBytesArray(0);
   KesFile::Copy2(KesInputStream::over(source), out);
@@ -522,7 +515,7 @@ TEST_F(FilesTest, Copy2GoesBlockByBlockAndClosesTheInputOnly) {
   out.WriteBytes(KesArray::initBytesWithData({1}), 0, 1);
   EXPECT_EQ(out.ToBytesArray()->Length(), 8192 + 1 + 8192 + 1);
 
-  auto failing = platform::makeShared<PiecewiseInput>(std::vector<std::ptrdiff_t>{5, -1});
+  auto failing = makeShared<PiecewiseInput>(std::vector<std::ptrdiff_t>{5, -1});
   EXPECT_EQ(thrownBy([&] { KesFile::Copy2(KesInputStream::over(failing), out); }),
             "Error reading from stream: The cable was cut");
 }

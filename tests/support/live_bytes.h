@@ -1,4 +1,5 @@
-// What the whole program holds on the heap, counted at the allocator so that nothing is missed.
+// What the whole program holds on the heap, and what it asks for, counted at the allocator so
+// that nothing is missed.
 // Replaces operator new and delete: for one source of a test program only. Any thread.
 #pragma once
 
@@ -11,8 +12,12 @@
 namespace testing_support {
 
 inline std::atomic<long long> liveBytes{0};
+inline std::atomic<std::size_t> requestedBytes{0}, largestRequest{0};
 
 inline void* counted(std::size_t size) {
+  requestedBytes += size;
+  for (auto seen = largestRequest.load(); size > seen;)
+    if (largestRequest.compare_exchange_weak(seen, size)) break;
   void* p = std::malloc(size);
   if (!p) std::abort();
   liveBytes += static_cast<long long>(malloc_usable_size(p));

@@ -2,17 +2,16 @@
 
 #include <thread>
 
+#include "data_fixture.h"
 #include "runtime/data/files/file.h"
-#include "store_support.h"
 
-using namespace store_test;
 using kes::KesResultSet;
 using kes::KesSQL;
 using namespace std::chrono_literals;
 
 namespace {
 
-class Sql : public StoreTest {
+class Sql : public RecordedTest {
  protected:
   Sql() {
     sql->Initialize(phone.folders().documents, "test.db", true);
@@ -238,7 +237,7 @@ TEST_F(Sql, StatementsRunWhileResultSetsAreOpen) {
   sql->AddNonQueryToBatch("DELETE FROM t WHERE a = 2", {});
   sql->ExecNonQueryBatch(recorder->bi(), "x");
   EXPECT_TRUE(waitForEvents(2));
-  EXPECT_THAT(recorder->events, testing::ElementsAre("nonquerycomplete(1)", "nonquerycomplete(1)"));
+  EXPECT_THAT(recorder->events, ElementsAre("nonquerycomplete(1)", "nonquerycomplete(1)"));
   rows.Close();
   EXPECT_EQ(single("SELECT group_concat(a) FROM t"), Value("3"));
 }
@@ -281,8 +280,8 @@ TEST_F(Sql, BatchesAndQueriesReportInTheirOrder) {
   EXPECT_EQ(seen, "one two ") << "the failed batch left nothing";
   ASSERT_TRUE(waitForEvents(5));
   EXPECT_THAT(recorder->events,
-              testing::ElementsAre("nonquerycomplete(1)", "nonquerycomplete(0)", "querycomplete(1)",
-                                   "querycomplete(0)", "nonquerycomplete(1)"));
+              ElementsAre("nonquerycomplete(1)", "nonquerycomplete(0)", "querycomplete(1)",
+                          "querycomplete(0)", "nonquerycomplete(1)"));
   EXPECT_FALSE(KesResultSet::fromBoxed(recorder->results[3]).IsInitialized());
   EXPECT_EQ(kes::KesCommon::shared().LastException().Message(),
             "ExecQuery error: no such table: none");

@@ -1,10 +1,6 @@
-#include "store_support.h"
+#include "data_fixture.h"
 
 #include <cstdio>
-
-#include "runtime/data/register_data.h"
-
-namespace store_test {
 
 Bytes fromHex(std::string_view hex) {
   Bytes bytes;
@@ -69,15 +65,12 @@ void Recorder::error() {
 }
 void Recorder::terminated() { events.push_back("terminated"); }
 
-StoreTest::StoreTest() {
-  kes::registerData();
+RecordedTest::RecordedTest() {
   kes::ClassRegistry::instance().add<Recorder>();
   recorder = kes::make<Recorder>();
   recorder->_initialize();
 }
 
-bool StoreTest::waitForEvents(std::size_t count) {
+bool RecordedTest::waitForEvents(std::size_t count) {
   return phone.runUntil([&] { return recorder->events.size() >= count; });
 }
-
-}  // namespace store_test

@@ -3,15 +3,13 @@
 #include <filesystem>
 #include <thread>
 
+#include "data_fixture.h"
 #include "runtime/data/files/file.h"
 #include "runtime/data/serialized/serializer.h"
-#include "store_support.h"
 
-using namespace store_test;
 using kes::kes_keyvaluestore;
 using kes::KesBitmap;
 using kes::KesInputStream;
-using testing_support::TestPlatform;
 
 namespace {
 
@@ -29,7 +27,7 @@ struct Saboteur final : kes::InputStream {
   kes::sqlite::Database& database;
 };
 
-class KeyValueStore : public StoreTest {
+class KeyValueStore : public RecordedTest {
  protected:
   KeyValueStore() { store->_initialize(recorder->bi(), documents, "infovarlo.db"); }
   // What the sqlite3 program finds in the file.
@@ -266,7 +264,7 @@ TEST_F(KeyValueStore, APutThatFailsIsLoggedAndLeavesTheFormerValue) {
   for (const auto& c : cases) {
     phone.clearLog();
     EXPECT_EQ(thrownBy(c.put), "") << c.what;
-    EXPECT_THAT(phone.lines(), testing::ElementsAre(c.line)) << c.what;
+    EXPECT_THAT(phone.lines(), ElementsAre(c.line)) << c.what;
     if (store->_sql1->db->inTransaction()) continue;  // of the thread that is gone
     EXPECT_EQ(store->_getsimple("k"), "former") << c.what;
     store->_putsimple("other", "fine");
@@ -279,8 +277,8 @@ TEST_F(KeyValueStore, NotEvenAFailureToUndoReachesTheCaller) {
   const auto stream = KesInputStream::over(makeShared<Saboteur>(*store->_sql1->db));
   EXPECT_EQ(thrownBy([&] { store->_putinputstream("k", stream); }), "");
   EXPECT_THAT(phone.lines(),
-              testing::ElementsAre("Error saving object: Error reading from stream: sabotage",
-                                   "Rollback error: cannot rollback - no transaction is active"));
+              ElementsAre("Error saving object: Error reading from stream: sabotage",
+                          "Rollback error: cannot rollback - no transaction is active"));
 }
 
 TEST_F(KeyValueStore, BitmapsAreTheBytesOfTheirFiles) {
@@ -304,7 +302,7 @@ TEST_F(KeyValueStore, BitmapsAreTheBytesOfTheirFiles) {
   KesBitmap::screenScale = nullptr;
   EXPECT_EQ(thrownBy([&] { bitmap.Initialize(assets, "empty.png"); }), "Error loading image.");
   EXPECT_THAT(thrownBy([&] { bitmap.Initialize(assets, "none.png"); }),
-              testing::StartsWith("Error reading file: "));
+              StartsWith("Error reading file: "));
 
   kes::KesOutputStream out;
   out.InitializeToBytesArray(10);

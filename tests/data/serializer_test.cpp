@@ -1,11 +1,10 @@
 #include "runtime/data/serialized/serializer.h"
 
+#include "data_fixture.h"
 #include "runtime/core/language/string_builder.h"
 #include "runtime/data/bytes/byte_converter.h"
 #include "runtime/data/bytes/compressed_streams.h"
-#include "store_support.h"
 
-using namespace store_test;
 using kes::KesSerializator;
 
 namespace {
@@ -75,7 +74,7 @@ struct Framed : kes::Object {
   }
 };
 
-class Serializer : public StoreTest {
+class Serializer : public RecordedTest {
  protected:
   Serializer() { kes::ClassRegistry::instance().addAll<Card, Pair, Plain, Framed>(); }
 
@@ -350,8 +349,8 @@ TEST_F(Serializer, AsyncCallsReportOnTheMainThread) {
   EXPECT_EQ(kes::KesCommon::shared().LastException().Message(), "Error decompressing data");
   serializer->ConvertObjectToBytesAsync(recorder->bi(), makeShared<Plain>(), "X");
   ASSERT_TRUE(waitForEvents(4));
-  EXPECT_THAT(recorder->events, testing::ElementsAre("objecttobytes(1)", "bytestoobject(1)",
-                                                     "bytestoobject(0)", "objecttobytes(0)"));
+  EXPECT_THAT(recorder->events, ElementsAre("objecttobytes(1)", "bytestoobject(1)",
+                                            "bytestoobject(0)", "objecttobytes(0)"));
   EXPECT_TRUE(recorder->results[2].isNil()) << "the null object reaches a sub as nil";
   for (const auto& sender : recorder->senders) EXPECT_EQ(sender.object(), serializer.get());
 }

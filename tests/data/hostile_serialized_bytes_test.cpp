@@ -2,32 +2,16 @@
 // memory and time that the bytes justify.
 #include <pthread.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
+#include "data_fixture.h"
 #include "runtime/data/bytes/compressed_streams.h"
 #include "runtime/data/serialized/serializer.h"
 #include "runtime/data/serialized/value_reader.h"
-#include "store_support.h"
 
-namespace {
-std::atomic<std::size_t> largestRequest{0};
-std::atomic<std::size_t> requested{0};
-}  // namespace
+#include "tests/support/live_bytes.h"
 
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  requested += size;
-  for (auto seen = largestRequest.load(); size > seen;)
-    if (largestRequest.compare_exchange_weak(seen, size)) break;
-  if (void* p = std::malloc(size ? size : 1)) return p;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
-[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-
-using namespace store_test;
 using kes::KesSerializator;
+using testing_support::largestRequest;
+using testing_support::requestedBytes;
 
 namespace {
 
@@ -41,7 +25,7 @@ struct Node : kes::Object {
   }
 };
 
-class HostileBytes : public StoreTest {
+class HostileBytes : public DataTest {
  protected:
   HostileBytes() { kes::ClassRegistry::instance().add<Node>(); }
 
@@ -129,9 +113,9 @@ TEST_F(HostileBytes, CountsThatTheBytesDoNotHoldTakeNoMemory) {
   // Each level claims all that is left; together they may not reserve its square.
   const Bytes unit = fromHex("15 ffff0f00");
   const Bytes nested = repeated(unit, 20000, {});
-  requested = 0;
+  requestedBytes = 0;
   survives(nested);
-  EXPECT_LT(requested, nested.size() * 200);
+  EXPECT_LT(requestedBytes, nested.size() * 200);
 }
 
 TEST_F(HostileBytes, ABombIsDefusedEarly) {

@@ -4,16 +4,14 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "store_support.h"
+#include "data_fixture.h"
 
-using namespace store_test;
 using kes::ByteOrder;
 using kes::KesAsyncStreams;
-using testing::ElementsAre;
 
 namespace {
 
-class AsyncStreams : public StoreTest {
+class AsyncStreams : public RecordedTest {
  protected:
   AsyncStreams() {
     int ends[2];

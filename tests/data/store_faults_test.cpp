@@ -1,75 +1,23 @@
 // A store whose process is killed, whose disk is full, or whose folder may not be
 // written: what was reported stored is there, and the rest is one line in the log.
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
-#include <sstream>
 
+#include "data_fixture.h"
 #include "runtime/data/store/key_value_store.h"
-#include "store_support.h"
+#include "tests/support/program.h"
 
-extern char** environ;
-
-using namespace store_test;
 namespace fs = std::filesystem;
 
 namespace {
 
 // A run of the store_writer program.
-class Writer {
- public:
-  Writer(std::string mode, std::string folder) {
-    int ends[2];
-    if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
-    std::string program = STORE_WRITER;
-    char* arguments[] = {program.data(), mode.data(), folder.data(), nullptr};
-    if (::posix_spawn(&pid_, STORE_WRITER, &actions, nullptr, arguments, environ) != 0)
-      throw std::runtime_error("cannot start " + program);
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(ends[1]);
-    output_ = ::fdopen(ends[0], "r");
-  }
-  ~Writer() {
-    if (pid_ > 0) kill();
-    std::fclose(output_);
-  }
-
-  // The next line; nothing at the end.
-  std::optional<std::string> line() {
-    char text[1024];
-    if (!std::fgets(text, sizeof text, output_)) return std::nullopt;
-    std::string line = text;
-    if (line.ends_with('\n')) line.pop_back();
-    return line;
-  }
-  std::vector<std::string> allLines() {
-    std::vector<std::string> lines;
-    while (auto one = line()) lines.push_back(*one);
-    return lines;
-  }
-  void kill() {
-    ::kill(pid_, SIGKILL);
-    wait();
-  }
-  int wait() {
-    int status = 0;
-    ::waitpid(std::exchange(pid_, 0), &status, 0);
-    return status;
-  }
-
- private:
-  pid_t pid_ = 0;
-  FILE* output_ = nullptr;
+struct Writer : Program {
+  Writer(const char* mode, const std::string& folder)
+      : Program({STORE_WRITER, mode, folder}, {1}) {}
 };
 
 int kills() {
@@ -77,7 +25,7 @@ int kills() {
   return asked ? std::atoi(asked) : 12;
 }
 
-class StoreFaults : public StoreTest {
+class StoreFaults : public RecordedTest {
  protected:
   StoreFaults() {
     fs::create_directories(folder);
@@ -112,7 +60,7 @@ TEST_F(StoreFaults, WhatWasReportedStoredSurvivesAKill) {
     }
     const timespec moment{0, static_cast<long>(random() % 4'000'000)};
     ::nanosleep(&moment, nullptr);
-    writer.kill();
+    writer.finish(SIGKILL);
     // What it still had time to say before it died was said of something stored.
     while (const auto line = writer.line()) std::sscanf(line->c_str(), "stored %d", &reported);
 
@@ -130,10 +78,9 @@ TEST_F(StoreFaults, WhatWasReportedStoredSurvivesAKill) {
 TEST_F(StoreFaults, AProgramMayEndWhileWorkIsUnderWay) {
   for (int run = 0; run < 10; ++run) {
     Writer writer("leaves", folder);
-    EXPECT_THAT(writer.allLines(),
-                testing::ElementsAre("leaving", testing::HasSubstr("instance released")))
+    EXPECT_THAT(writer.allLines(), ElementsAre("leaving", HasSubstr("instance released")))
         << "run " << run;
-    EXPECT_EQ(writer.wait(), 0) << "run " << run;
+    EXPECT_EQ(writer.finish(), 0) << "run " << run;
   }
 }
 
@@ -141,12 +88,11 @@ TEST_F(StoreFaults, AFullDiskCostsOnlyTheNewValue) {
   opened()->_putsimple("k", "former");
   opened()->_putobject("o", "former object");
   Writer writer("full", folder);
-  EXPECT_THAT(
-      writer.allLines(),
-      testing::ElementsAre("Error saving object: TransactionSuccessful error: disk I/O error",
-                           "k is former", testing::HasSubstr("key_value_temp.dat: File too large"),
-                           "o is former object", testing::HasSubstr("instance released")));
-  EXPECT_EQ(writer.wait(), 0);
+  EXPECT_THAT(writer.allLines(),
+              ElementsAre("Error saving object: TransactionSuccessful error: disk I/O error",
+                          "k is former", HasSubstr("key_value_temp.dat: File too large"),
+                          "o is former object", HasSubstr("instance released")));
+  EXPECT_EQ(writer.finish(), 0);
   EXPECT_EQ(integrity(), "ok\n");
   const auto store = opened();
   EXPECT_EQ(store->_getsimple("k"), "former");
@@ -159,9 +105,9 @@ TEST_F(StoreFaults, AFolderThatMayNotBeWritten) {
   opened()->_putsimple("k", "former");
   const auto file = fs::path(folder) / "kvs.db";
 
-  const auto refused = testing::ElementsAre(
-      "Error saving object: ExecNonQuery error: attempt to write a readonly database",
-      "k is former", testing::HasSubstr("instance released"));
+  const auto refused =
+      ElementsAre("Error saving object: ExecNonQuery error: attempt to write a readonly database",
+                  "k is former", HasSubstr("instance released"));
   // The file may be written, but no journal made beside it.
   fs::permissions(folder, fs::perms(0555));
   fs::permissions(file, fs::perms(0666));
