@@ -10,15 +10,13 @@ namespace kes {
 namespace {
 
 // Keeps the list of a layout in a variable.
-class Holder final : public KesClass {
+class Holder final : public EventNotes {
  public:
   static void describe(ClassBuilder<Holder>& c) {
     c.name("test_holder");
     c.field<&Holder::_clv>("clv");
-    c.sub<&Holder::itemClick>("clv_itemclick");
+    c.sub<&Holder::note<"click", int, Value>>("clv_itemclick");
   }
-  void _initialize() { initializeClassModule(); }
-  void itemClick(int, Value) {}
 
   Ref<kes_customlistview> _clv;
 };
@@ -31,7 +29,7 @@ TEST_F(ListTest, AClickIsToldDuringTheFlashNotAfterIt) {
   phone.pump.drain();
   takeTrace();
   phone.tap(view(1));
-  EXPECT_THAT(takeTrace(), ElementsAre("click 1 1"));
+  EXPECT_THAT(takeTrace(), ElementsAre("click 1,1"));
   EXPECT_EQ(seenColor(view(1)), argb(KesColors::Green));
   phone.pump.advance(50);
   EXPECT_EQ(seenColor(view(1)), argb(KesColors::Red));
@@ -66,7 +64,7 @@ TEST_F(ListTest, AHandlerMayEmptyTheListUnderItsOwnClick) {
   phone.pump.drain();
   takeTrace();
   phone.tap(*pressed);
-  EXPECT_THAT(takeTrace(), ElementsAre("click 1 1"));
+  EXPECT_THAT(takeTrace(), ElementsAre("click 1,1"));
   EXPECT_EQ(list->_getsize(), 0);
   EXPECT_EQ(pressed->parent(), nullptr);
   phone.pump.advance(1000);
@@ -103,7 +101,7 @@ custom clv
     const auto lines = phone.test.lines();
     return std::ranges::count(lines, "Class (kes_customlistview) instance released.");
   };
-  auto holder = owner<Holder>();
+  auto holder = make<Holder>(0);
   list = nullptr;
   const auto before = released();
   const auto load = [&] {
@@ -139,7 +137,7 @@ custom clv
 }
 
 TEST_F(ListTest, AnOwnerWithoutAHandlerSeesTheFlashAlone) {
-  list = newList(owner<Deaf>(), "Vertical");
+  list = newList(make<Deaf>(0), "Vertical");
   addAll({40});
   phone.pump.drain();
   phone.tap(view(0));
@@ -154,7 +152,7 @@ TEST_F(ListTest, TheVisibleRangeIsToldLaterAndOnlyWhenItChanges) {
   EXPECT_THAT(takeTrace(), IsEmpty()) << "a range is told by a later task";
   phone.pump.drain();
   ASSERT_FALSE(listener->trace.empty());
-  EXPECT_EQ(takeTrace().back(), "range 0..4");
+  EXPECT_EQ(takeTrace().back(), "range 0,4");
   EXPECT_EQ(list->_getfirstvisibleindex(), 0);
   EXPECT_EQ(list->_getlastvisibleindex(), 4);
   scrollTo(3);
@@ -164,7 +162,7 @@ TEST_F(ListTest, TheVisibleRangeIsToldLaterAndOnlyWhenItChanges) {
   scrollTo(45.5);
   EXPECT_THAT(takeTrace(), ElementsAre("scroll 45")) << "in place, the range still to come";
   phone.pump.drain();
-  EXPECT_THAT(takeTrace(), ElementsAre("range 1..5"));
+  EXPECT_THAT(takeTrace(), ElementsAre("range 1,5"));
 }
 
 TEST_F(ListTest, TheRangeOutlivesTheItems) {
@@ -176,11 +174,11 @@ TEST_F(ListTest, TheRangeOutlivesTheItems) {
   takeTrace();
   addAll({40, 40});
   phone.pump.drain();
-  EXPECT_THAT(takeTrace(), ElementsAre("range 0..0", "range 0..1"));
+  EXPECT_THAT(takeTrace(), ElementsAre("range 0,0", "range 0,1"));
 }
 
 TEST_F(ListTest, WithoutAListenerNoRangeIsKept) {
-  list = newList(owner<Deaf>(), "Vertical");
+  list = newList(make<Deaf>(0), "Vertical");
   addAll({40, 40, 40, 40, 40, 40});
   scrollTo(50);
   EXPECT_EQ(list->_firstvisibleindex, -1);
@@ -208,7 +206,7 @@ TEST_F(ListTest, TheEndIsToldFivePointsEarlyAndTenTimesASecondAtMost) {
 }
 
 TEST_F(ListTest, AnOwnerThatDoesNotCareForTheEndIsAskedOnceADay) {
-  list = newList(owner<Deaf>(), "Vertical");
+  list = newList(make<Deaf>(0), "Vertical");
   for (int i = 0; i < 10; ++i) add(40);
   scrollTo(222);
   const auto asked = DateTime().Now();

@@ -1,83 +1,52 @@
 // A list on a page, 300 x 200 points, with an owner that notes down its events.
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include "components/customlistview.h"
 #include "components/register_components.h"
-#include "runtime/data/register_data.h"
-#include "runtime/views/app/services.h"
 #include "runtime/views/base/font.h"
-#include "runtime/views/pages/page.h"
-#include "runtime/views/register_views.h"
-#include "tests/support/headless_phone.h"
+#include "tests/support/failures.h"
+#include "tests/support/runtime_phone.h"
 
 namespace kes {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::IsTrue;
-using Trace = std::vector<std::string>;
+using testing_support::thrownBy;
 
 constexpr double kListWidth = 300, kListHeight = 200;
 constexpr std::int32_t kDivider = 2;
 
 // Listens to everything that a list under the prefix "Lst" tells.
-class Listener final : public KesClass {
+class Listener final : public EventNotes {
  public:
   static void describe(ClassBuilder<Listener>& c) {
     c.name("test_listener");
     c.sub<&Listener::itemClick>("lst_itemclick");
-    c.sub<&Listener::visibleRangeChanged>("lst_visiblerangechanged");
-    c.sub<&Listener::scrollChanged>("lst_scrollchanged");
-    c.sub<&Listener::reachEnd>("lst_reachend");
+    c.sub<&Listener::note<"range", int, int>>("lst_visiblerangechanged");
+    c.sub<&Listener::note<"scroll", int>>("lst_scrollchanged");
+    c.sub<&Listener::note<"end">>("lst_reachend");
   }
-  void _initialize() { initializeClassModule(); }
-
-  Trace trace;
-  std::function<void()> onItemClick;
-
- private:
   void itemClick(int index, Value value) {
-    trace.push_back("click " + std::to_string(index) + " " + value.description().str());
+    note<"click">(index, value);
     if (onItemClick) onItemClick();
   }
-  void visibleRangeChanged(int first, int last) {
-    trace.push_back("range " + std::to_string(first) + ".." + std::to_string(last));
-  }
-  void scrollChanged(int offset) { trace.push_back("scroll " + std::to_string(offset)); }
-  void reachEnd() { trace.push_back("end"); }
+  std::function<void()> onItemClick;
 };
 
 // Has none of these subs.
-class Deaf final : public KesClass {
+class Deaf final : public EventNotes {
  public:
   static void describe(ClassBuilder<Deaf>& c) { c.name("test_deaf"); }
-  void _initialize() { initializeClassModule(); }
 };
 
 class ListTest : public testing::Test {
  protected:
   ListTest() {
-    registerData();
-    registerViews();
-    lendServices();
     registerComponents();
     ClassRegistry::instance().addAll<Listener, Deaf>();
-    listener = owner<Listener>();
-    window->makeKey();
-    window->show();
-    page.Initialize(listener->bi(), "page");
-    window->setRootViewController(page.native());
-    phone.pump.drain();
+    listener = make<Listener>(0);
+    page = phone.showPage(listener->bi(), "page");
     list = newList(listener, "Vertical");
-  }
-
-  template <class T>
-  static Ref<T> owner() {
-    auto made = make<T>();
-    made->_initialize();
-    return made;
   }
 
   Ref<kes_customlistview> newList(const Ref<Object>& owner, const char* orientation) {
@@ -137,8 +106,7 @@ class ListTest : public testing::Test {
 
   Trace takeTrace() { return std::exchange(listener->trace, {}); }
 
-  testing_support::HeadlessPhone phone;
-  ui::Ref<ui::Window> window = ui::makeShared<ui::Window>(phone.app.screenBounds());
+  RuntimePhone phone;
   Ref<Listener> listener;
   KesPage page;
   Ref<kes_customlistview> list;

@@ -4,11 +4,7 @@
 #include "components/register_components.h"
 #include "components/searchview.h"
 #include "platform/ui/reading/accessibility.h"
-#include "runtime/data/register_data.h"
-#include "runtime/views/app/services.h"
-#include "runtime/views/pages/page.h"
-#include "runtime/views/register_views.h"
-#include "tests/support/headless_phone.h"
+#include "tests/support/runtime_phone.h"
 
 namespace kes {
 namespace {
@@ -16,36 +12,22 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Trace = std::vector<std::string>;
 
-class SearchOwner final : public KesClass {
+class SearchOwner final : public EventNotes {
  public:
   static void describe(ClassBuilder<SearchOwner>& c) {
     c.name("test_search_owner");
-    c.sub<&SearchOwner::itemClick>("sv_itemclick");
+    c.sub<&SearchOwner::note<"click", Value>>("sv_itemclick");
   }
-  void _initialize() { initializeClassModule(); }
-  Trace trace;
-
- private:
-  void itemClick(Value value) { trace.push_back(value.description().str()); }
 };
 
 class SearchView : public testing::Test {
  protected:
   SearchView() {
-    registerData();
-    registerViews();
-    lendServices();
     registerComponents();
     ClassRegistry::instance().add<SearchOwner>();
-    owner = make<SearchOwner>();
-    owner->_initialize();
-    window->makeKey();
-    window->show();
-    page.Initialize(owner->bi(), "page");
-    window->setRootViewController(page.native());
-    phone.pump.drain();
+    owner = make<SearchOwner>(0);
+    page = phone.showPage(owner->bi(), "page");
     KesPanelWrapper base;
     base.Initialize(nullptr, "");
     page.RootPanel().AddView(base, 10, 8, 300, 500);
@@ -93,8 +75,7 @@ class SearchView : public testing::Test {
   }
   ui::Rect frameOf(const KesViewWrapper& view) const { return view.view().frame(); }
 
-  testing_support::HeadlessPhone phone;
-  ui::Ref<ui::Window> window = ui::makeShared<ui::Window>(phone.app.screenBounds());
+  RuntimePhone phone;
   Ref<SearchOwner> owner;
   KesPage page;
   Ref<kes_searchview> search;
@@ -134,7 +115,7 @@ TEST_F(SearchView, TypingNarrowsTheListAndMarksTheFirstMatch) {
 TEST_F(SearchView, AChoiceFillsTheFieldHidesTheListAndTellsTheOwner) {
   search->_setitems(itemsOf({"Via Roma", "Viale Romagna", "Via Po"}));
   type("roma");
-  const auto rowsOnPage = ui::accessibilityTree(*window);
+  const auto rowsOnPage = ui::accessibilityTree(*phone.window);
   EXPECT_THAT(rowsOnPage, testing::Contains(testing::Truly([](const ui::AccessibleElement& e) {
                 return e.role == ui::Role::ListItem && e.name == "Viale Romagna";
               })));
@@ -143,7 +124,7 @@ TEST_F(SearchView, AChoiceFillsTheFieldHidesTheListAndTellsTheOwner) {
   phone.app.key(ui::Key::Down);
   phone.app.key(ui::Key::Enter);
   phone.pump.drain();
-  EXPECT_THAT(owner->trace, ElementsAre("1"));
+  EXPECT_THAT(owner->trace, ElementsAre("click 1"));
   EXPECT_TRUE(search->_et.Text() == "Viale Romagna");
   EXPECT_FALSE(search->_lv.Visible());
   EXPECT_FALSE(search->_et.IsFocused());
@@ -164,9 +145,9 @@ TEST_F(SearchView, ManyItemsCostTheRowsThatAreSeenAndAreAllThere) {
   EXPECT_LT(table->content().children().size(), 20u) << "what is out of sight waits";
   table->setOffset({0, 2500 * table->rowHeight()});
   EXPECT_LT(table->content().children().size(), 40u);
-  EXPECT_GE(ui::accessibilityTree(*window).size(), 5000u) << "a screen reader gets them all";
+  EXPECT_GE(ui::accessibilityTree(*phone.window).size(), 5000u) << "a screen reader gets them all";
   search->_lv_selectedchanged(0, 4999);
-  EXPECT_THAT(owner->trace, ElementsAre("4999"));
+  EXPECT_THAT(owner->trace, ElementsAre("click 4999"));
 }
 
 TEST_F(SearchView, StandsInThePlaceOfItsBaseAndAboveTheKeyboard) {

@@ -8,14 +8,12 @@
 namespace kes {
 namespace {
 
-class DialogOwner final : public KesClass {
+class DialogOwner final : public EventNotes {
  public:
   static void describe(ClassBuilder<DialogOwner>& c) {
     c.name("DialogOwner");
-    c.sub<&DialogOwner::answer>("msg_click");
+    c.sub<&DialogOwner::note<"click", Text>>("msg_click");
   }
-  void _initialize(int) { initializeClassModule(); }
-  void answer(Text button) { trace.push_back("click " + button.str()); }
 
   Resumable<> ask(iCustomDialog dialog, bool cancelable) {
     const Value alert =
@@ -38,7 +36,6 @@ class DialogOwner final : public KesClass {
   }
 
   iHUD hud;
-  Trace trace;
 };
 
 class DialogsTest : public ViewsTest {
@@ -46,7 +43,7 @@ class DialogsTest : public ViewsTest {
   DialogsTest() {
     ClassRegistry::instance().add<DialogOwner>();
     owner = make<DialogOwner>(0);
-    page = showPage(phone, owner->bi(), "page");
+    page = phone.showPage(owner->bi(), "page");
     panel.Initialize(owner->bi(), "");
     panel.SetLayoutAnimated(0, 1, 0, 0, 270, 100);
   }

@@ -145,11 +145,11 @@ slider s
   frame: left 0 width 10, top 0 height 10
 )",
                                               "t"));
-    page = showPage(phone, nullptr, "page");
+    page = phone.showPage(nullptr, "page");
   }
   // True when it loaded; fails the test for anything but the runtime's own exception.
   bool loads(const Bytes& file) {
-    phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil", file);
+    writeLayoutBytes("t", file);
     page.RootPanel().RemoveAllViews();
     try {
       page.RootPanel().LoadLayout("t", nullptr);
@@ -171,7 +171,7 @@ TEST_F(DamagedLayout, NoPrefixLoadsAndNoneCrashes) {
     EXPECT_FALSE(loads(bytes.substr(0, n))) << n << " bytes";
   EXPECT_TRUE(loads(bytes + "rest"));
   EXPECT_EQ(thrownBy([&] {
-              phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil", "");
+              writeLayoutBytes("t", "");
               page.RootPanel().LoadLayout("t", nullptr);
             }),
             "t.kil|Unknown type: -1");

@@ -147,10 +147,9 @@ TEST(LayoutTools, TheReaderRefusesEveryDamageThatChangesTheShape) {
 
 // --- The app's own.
 
-class Anyone final : public KesClass {
+class Anyone final : public EventNotes {
  public:
   static void describe(ClassBuilder<Anyone>& c) { c.name("Anyone"); }
-  void _initialize(int) { initializeClassModule(); }
 };
 
 // Scales, as the designer scripts of all layouts do; the thirteenth has none.
@@ -217,7 +216,7 @@ TEST(AppLayouts, AllLoadWithTheirViewsOnPhonesOfEverySize) {
       {"lay_item", {0, 80}}, {"layatti", {-50, 100}}, {"laylbl", {-50, 200}}};
   for (const ui::Size screen :
        {ui::Size{320, 480}, {320, 568}, {375, 667}, {414, 896}, {768, 1024}}) {
-    Phone phone(screen);
+    RuntimePhone phone(screen);
     auto owner = make<Anyone>(0);
     for (const auto& [name, expected] : views) {
       const std::string where = name + " on " + std::to_string(int(screen.width));

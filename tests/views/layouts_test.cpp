@@ -48,12 +48,12 @@ class NativeBadge final : public Object {
   Trace trace;
 };
 
-class LayoutOwner final : public KesClass {
+class LayoutOwner final : public EventNotes {
  public:
   static void describe(ClassBuilder<LayoutOwner>& c) {
     c.name("LayoutOwner");
-    c.sub<&LayoutOwner::click>("press_click");
-    c.sub<&LayoutOwner::resize>("home_resize");
+    c.sub<&LayoutOwner::note<"click">>("press_click");
+    c.sub<&LayoutOwner::note<"resize", Value, Value>>("home_resize");
     c.field<&LayoutOwner::label>("title");
     c.field<&LayoutOwner::any>("any");
     c.field<&LayoutOwner::kex>("kex");
@@ -62,9 +62,6 @@ class LayoutOwner final : public KesClass {
     c.field<&LayoutOwner::native>("native");
     c.field<&LayoutOwner::panel>("panel");
   }
-  void _initialize(int) { initializeClassModule(); }
-  void click() { ++clicks; }
-  void resize(double, double) { ++resizes; }
   KesLabelWrapper label;
   KesViewWrapper any;
   KexViewWrapper kex;
@@ -72,7 +69,6 @@ class LayoutOwner final : public KesClass {
   Ref<Badge> badge;
   Ref<NativeBadge> native;
   KesPanelWrapper panel;
-  int clicks = 0, resizes = 0;
 };
 
 // The script of "scaled" and "follows", as the layouts of an app have it.
@@ -200,7 +196,7 @@ TEST_F(LayoutsTest, AnchorsHoldAViewAtItsEdgesAndScaleLeavesTheParentAlone) {
 }
 
 TEST(Layouts, HeightsGrowWithTheTextAndWidthsByLess) {
-  Phone phone({320, 568}, 2);
+  RuntimePhone phone({320, 568}, 2);
   auto view = ui::makeShared<ui::View>();
   Dictionary map;
   for (const auto& [key, v] : {std::pair{"left", 10}, {"top", 10}, {"width", 20}, {"height", 30}})
@@ -308,7 +304,7 @@ panel kex
   EXPECT_EQ(owner->kex.NumberOfViews(), 1);
   owner->label.view().tap({});
   phone.pump.drain();
-  EXPECT_EQ(owner->clicks, 1);
+  EXPECT_THAT(owner->trace, ElementsAre("click"));
 
   EXPECT_EQ(thrownBy([&] {
               load("wrong",
@@ -332,8 +328,7 @@ label kept
   auto& gone = *std::get<std::unique_ptr<layouts::Map>>(kids.entries[0].value);
   for (const char* type : {"KesGone", "LayoutOwner", "", "NSBundle"}) {
     gone.entries[0].value = std::string(type);
-    phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil",
-                     layouts::toBytes(layout));
+    writeLayout("t", layout);
     panel.RemoveAllViews();
     panel.LoadLayout("t", owner->bi());
     EXPECT_EQ(panel.NumberOfViews(), 1) << type;
@@ -357,7 +352,7 @@ custom any
   frame: left 0 width 1, top 0 height 1
   customType: "NativeBadge"
 )";
-  KesPage page = showPage(phone, owner->bi(), "home");
+  KesPage page = phone.showPage(owner->bi(), "home");
   panel = page.RootPanel();
   load("scaled", source);
   ASSERT_TRUE(owner->badge);
@@ -383,8 +378,7 @@ custom any
   auto& kids = *std::get<std::unique_ptr<layouts::Map>>(layout.root.entries.back().value);
   std::erase_if(std::get<std::unique_ptr<layouts::Map>>(kids.entries[0].value)->entries,
                 [](const auto& e) { return e.key == "customType"; });
-  phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil",
-                   layouts::toBytes(layout));
+  writeLayout("t", layout);
   EXPECT_EQ(thrownBy([&] { panel.LoadLayout("t", owner->bi()); }),
             "CustomView CustomType property was not set.");
   std::string unknown(source);
@@ -406,13 +400,13 @@ panel panel
 label kex
   frame: left 0 right 0, bottom 0 height 40
 )";
-  KesPage page = showPage(phone, owner->bi(), "home");
+  KesPage page = phone.showPage(owner->bi(), "home");
   panel = page.RootPanel();
   load("follows", source);
   const double tall = owner->panel.Height();
   EXPECT_EQ(owner->panel.Width(), 320);
   phone.turn({568, 320});
-  EXPECT_EQ(owner->resizes, 2) << "once at first, once when turned";
+  EXPECT_EQ(owner->trace.size(), 2u) << "once at first, once when turned";
   EXPECT_EQ(owner->panel.Height(), 300) << "the other variant, below the status bar";
   EXPECT_NE(owner->panel.Width(), 568);
   EXPECT_EQ(owner->kex.Width(), 568);
@@ -439,7 +433,7 @@ label kex
 
 TEST_F(LayoutsTest, AnAnimatedRelayoutTakesItsTimeFromTheFile) {
   panel.setWidth(300);
-  KesPage page = showPage(phone, owner->bi(), "home");
+  KesPage page = phone.showPage(owner->bi(), "home");
   page.RootPanel().AddView(panel, 0, 0, 300, 400);
   phone.pump.drain();
   load("slow", R"(

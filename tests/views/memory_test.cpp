@@ -9,21 +9,19 @@ namespace {
 
 using testing_support::liveBytes;
 
-class RowOwner final : public KesClass {
+class RowOwner final : public EventNotes {
  public:
   static void describe(ClassBuilder<RowOwner>& c) {
     c.name("RowOwner");
-    c.sub<&RowOwner::click>("panel_click");
+    c.sub<&RowOwner::note<"click">>("panel_click");
   }
-  void _initialize(int) { initializeClassModule(); }
-  void click() {}
 };
 
 TEST(ListRows, TakeUnderTwoKibibytesBesideTheirTextAndGiveItBack) {
-  Phone phone;
+  RuntimePhone phone;
   ClassRegistry::instance().add<RowOwner>();
   auto owner = make<RowOwner>(0);
-  auto page = showPage(phone, owner->bi(), "page");
+  auto page = phone.showPage(owner->bi(), "page");
   const auto addRow = [&](double top) {
     auto outer = KesXUI::CreatePanel(owner->bi(), "Panel");
     auto inner = KesXUI::CreatePanel(owner->bi(), "");

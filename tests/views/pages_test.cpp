@@ -10,28 +10,18 @@ namespace {
 std::string points(double v) { return std::to_string(static_cast<int>(v)); }
 
 // An owner of two pages, "home" with all events and "plain" with none.
-class PageOwner final : public KesClass {
+class PageOwner final : public EventNotes {
  public:
   static void describe(ClassBuilder<PageOwner>& c) {
     c.name("PageOwner");
-    c.sub<&PageOwner::appear>("home_appear");
-    c.sub<&PageOwner::disappear>("home_disappear");
-    c.sub<&PageOwner::resize>("home_resize");
-    c.sub<&PageOwner::keyboard>("home_keyboardstatechanged");
-    c.sub<&PageOwner::barButton>("home_barbuttonclick");
-    c.sub<&PageOwner::secondAppear>("second_appear");
-    c.sub<&PageOwner::secondDisappear>("second_disappear");
+    c.sub<&PageOwner::note<"home appears">>("home_appear");
+    c.sub<&PageOwner::note<"home goes">>("home_disappear");
+    c.sub<&PageOwner::note<"home", int, int>>("home_resize");
+    c.sub<&PageOwner::note<"keyboard", int>>("home_keyboardstatechanged");
+    c.sub<&PageOwner::note<"button", Value>>("home_barbuttonclick");
+    c.sub<&PageOwner::note<"second appears">>("second_appear");
+    c.sub<&PageOwner::note<"second goes">>("second_disappear");
   }
-  void _initialize(int) { initializeClassModule(); }
-  void appear() { trace.push_back("home appears"); }
-  void disappear() { trace.push_back("home goes"); }
-  void resize(double w, double h) { trace.push_back("home " + points(w) + "x" + points(h)); }
-  void keyboard(double h) { trace.push_back("keyboard " + points(h)); }
-  void barButton(Value tag) { trace.push_back("button " + tag.description().str()); }
-  void secondAppear() { trace.push_back("second appears"); }
-  void secondDisappear() { trace.push_back("second goes"); }
-
-  Trace trace;
 };
 
 class PagesTest : public ViewsTest {
@@ -64,7 +54,7 @@ TEST_F(PagesTest, TellsOfAppearingAndGoingEachTimeAndOfTheSizeOnce) {
   nav.ShowPage2(home, false);
   // The event of appearing is queued, that of a new size comes after the layout pass.
   EXPECT_THAT(owner->trace, IsEmpty());
-  EXPECT_THAT(happened(), ElementsAre("home appears", "home 320x504"));
+  EXPECT_THAT(happened(), ElementsAre("home appears", "home 320,504"));
   EXPECT_TRUE(home.Visible());
 
   nav.ShowPage2(second, false);
@@ -124,12 +114,12 @@ TEST_F(PagesTest, OnlyAPageWithoutABarLeavesRoomForTheStatusBar) {
 // root panel's size.
 TEST_F(PagesTest, APageHasItsSizeFromItsMakingAndWhatTheBarsLeaveOnceShown) {
   const auto sizeOf = [](const KesPage& page) {
-    return points(page.RootPanel().Width()) + "x" + points(page.RootPanel().Height());
+    return points(page.RootPanel().Width()) + "," + points(page.RootPanel().Height());
   };
   nav.ShowPage2(home, false);
   happened();
   for (const auto& [screen, made, shown] :
-       {std::tuple{ui::Size{320, 568}, "320x548", "320x504"}, {{568, 320}, "568x300", "568x256"}}) {
+       {std::tuple{ui::Size{320, 568}, "320,548", "320,504"}, {{568, 320}, "568,300", "568,256"}}) {
     phone.turn(screen);
     happened();
     KesPage fresh, slid;

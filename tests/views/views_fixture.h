@@ -1,17 +1,10 @@
-// A headless phone with the runtime's views, and an owner that notes down its events.
+// What the tests of the runtime's views share: layouts compiled in place, and stand-ins.
 #pragma once
 
-#include <gmock/gmock.h>
-
-#include "runtime/core/language/module.h"
-#include "runtime/data/register_data.h"
 #include "runtime/views/app/app_delegate.h"
-#include "runtime/views/app/services.h"
-#include "runtime/views/layout/layout_builder.h"
-#include "runtime/views/register_views.h"
 #include "runtime/views/wrappers/label_wrapper.h"
 #include "tests/support/failures.h"
-#include "tests/support/headless_phone.h"
+#include "tests/support/runtime_phone.h"
 #include "tools/layout_bytes.h"
 #include "tools/layout_compiler.h"
 
@@ -22,28 +15,21 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::thrownBy;
 
-using Trace = std::vector<std::string>;
-
 // Layouts are compiled in place, under the name given.
-inline void writeLayout(const std::string& name, std::string_view source) {
+inline void writeLayoutBytes(const std::string& name, std::string_view bytes) {
   testing_support::TestPlatform::write(
-      std::filesystem::path(platform::current().folders().assets) / (name + ".kil"),
-      layouts::toBytes(layouts::compile(source, name)));
+      std::filesystem::path(platform::current().folders().assets) / (name + ".kil"), bytes);
 }
-
-struct Phone : testing_support::WindowPhone {
-  explicit Phone(ui::Size size = {320, 568}, double textScale = 1)
-      : WindowPhone({.size = size, .textScale = textScale}) {
-    registerData();
-    registerViews();
-    lendServices();
-    KesLayoutBuilder::state() = {};
-  }
-};
+inline void writeLayout(const std::string& name, const layouts::Layout& layout) {
+  writeLayoutBytes(name, layouts::toBytes(layout));
+}
+inline void writeLayout(const std::string& name, std::string_view source) {
+  writeLayout(name, layouts::compile(source, name));
+}
 
 class ViewsTest : public testing::Test {
  public:
-  Phone phone;
+  RuntimePhone phone;
 };
 
 // Stands in for a custom view of that name, and shows nothing. The name has to outlive the
@@ -57,14 +43,5 @@ class Bystander final : public Object {
   }
   void create(KesPanelWrapper, KesLabelWrapper, KesMap) {}
 };
-
-// A page without bars, fitted to the window.
-inline KesPage showPage(Phone& phone, const Ref<Kes>& bi, const char* prefix) {
-  KesPage page;
-  page.Initialize(bi, prefix);
-  phone.window->setRootViewController(page.native());
-  phone.pump.drain();
-  return page;
-}
 
 }  // namespace kes

@@ -15,62 +15,28 @@
 namespace kes {
 namespace {
 
-std::string form(double v) { return Kes::ObjectToString(v).str(); }
-
 // Hears everything under the prefix "a", nothing under any other.
-class Listener final : public KesClass {
+class Listener final : public EventNotes {
  public:
   static void describe(ClassBuilder<Listener>& c) {
     c.name("Listener");
-    c.sub<&Listener::click>("a_click");
-    c.sub<&Listener::longClick>("a_longclick");
-    c.sub<&Listener::touch>("a_touch");
-    c.sub<&Listener::resize>("a_resize");
-    c.sub<&Listener::scroll>("a_scrollchanged");
-    c.sub<&Listener::textChanged>("a_textchanged");
-    c.sub<&Listener::enter>("a_enterpressed");
-    c.sub<&Listener::begin>("a_beginedit");
-    c.sub<&Listener::end>("a_endedit");
-    c.sub<&Listener::value>("a_valuechanged");
-    c.sub<&Listener::date>("a_valuechanged_date");
-    c.sub<&Listener::index>("a_indexchanged");
-    c.sub<&Listener::item>("a_itemselected");
-    c.sub<&Listener::selected>("a_selectedchanged");
-    c.sub<&Listener::finished>("a_pagefinished");
-    c.sub<&Listener::overrideUrl>("a_overrideurl");
-    c.sub<&Listener::link>("a_linkclick");
+    c.sub<&Listener::note<"click">>("a_click");
+    c.sub<&Listener::note<"long">>("a_longclick");
+    c.sub<&Listener::note<"touch", int, double, double>>("a_touch");
+    c.sub<&Listener::note<"size", double, double>>("a_resize");
+    c.sub<&Listener::note<"scroll", double, double>>("a_scrollchanged");
+    c.sub<&Listener::note<"text", Text, Text>>("a_textchanged");
+    c.sub<&Listener::note<"enter">>("a_enterpressed");
+    c.sub<&Listener::note<"begin">>("a_beginedit");
+    c.sub<&Listener::note<"end">>("a_endedit");
+    c.sub<&Listener::note<"value", Value>>("a_valuechanged");
+    c.sub<&Listener::note<"index", int>>("a_indexchanged");
+    c.sub<&Listener::note<"item", int, int>>("a_itemselected");
+    c.sub<&Listener::note<"row", int, int>>("a_selectedchanged");
+    c.sub<&Listener::note<"finished", bool, Text>>("a_pagefinished");
+    c.sub<&Listener::ask<"url", Text>>("a_overrideurl");
+    c.sub<&Listener::note<"link", Text>>("a_linkclick");
   }
-  void _initialize(int) { initializeClassModule(); }
-  void note(std::string what) { trace.push_back(std::move(what)); }
-  void click() { note("click"); }
-  void longClick() { note("long"); }
-  void touch(int action, double x, double y) {
-    note("touch " + std::to_string(action) + " " + form(x) + "," + form(y));
-  }
-  void resize(double w, double h) { note("size " + form(w) + "x" + form(h)); }
-  void scroll(double x, double y) { note("scroll " + form(x) + "," + form(y)); }
-  void textChanged(Text former, Text now) { note("text " + former.str() + ">" + now.str()); }
-  void enter() { note("enter"); }
-  void begin() { note("begin"); }
-  void end() { note("end"); }
-  void value(Value v) { note("value " + v.description().str()); }
-  void date() { note("date"); }
-  void index(int i) { note("index " + std::to_string(i)); }
-  void item(int column, int row) {
-    note("item " + std::to_string(column) + "/" + std::to_string(row));
-  }
-  void selected(int section, int row) {
-    note("row " + std::to_string(section) + "/" + std::to_string(row));
-  }
-  void finished(bool ok, Text url) { note("finished " + std::to_string(ok) + " " + url.str()); }
-  Value overrideUrl(Text url) {
-    note("url " + url.str());
-    return answer;
-  }
-  void link(Text url) { note("link " + url.str()); }
-
-  Trace trace;
-  Value answer;
 };
 
 class WrappersTest : public ViewsTest {
@@ -78,7 +44,7 @@ class WrappersTest : public ViewsTest {
   WrappersTest() {
     ClassRegistry::instance().add<Listener>();
     owner = make<Listener>(0);
-    page = showPage(phone, owner->bi(), "page");
+    page = phone.showPage(owner->bi(), "page");
   }
   template <class W>
   W placed(const char* prefix = "a", double height = 100) {
@@ -177,7 +143,7 @@ TEST_F(WrappersTest, APanelTellsOfTouchesAndOfItsLastSize) {
   phone.app.pointer(ui::PointerPhase::Began, 1, 15, 40);
   phone.app.pointer(ui::PointerPhase::Moved, 1, 25, 41);
   phone.app.pointer(ui::PointerPhase::Cancelled, 1, 25, 41);
-  EXPECT_THAT(owner->trace, ElementsAre("touch 0 5,10", "touch 2 15,11", "touch 1 15,11"));
+  EXPECT_THAT(owner->trace, ElementsAre("touch 0,5,10", "touch 2,15,11", "touch 1,15,11"));
   owner->trace.clear();
 
   panel.setWidth(50);
@@ -185,7 +151,7 @@ TEST_F(WrappersTest, APanelTellsOfTouchesAndOfItsLastSize) {
   panel.setWidth(60);
   phone.app.layoutIfNeeded();
   EXPECT_THAT(owner->trace, IsEmpty()) << "never inside a layout pass";
-  EXPECT_THAT(happened(), ElementsAre("size 60x100"));
+  EXPECT_THAT(happened(), ElementsAre("size 60,100"));
   EXPECT_EQ(KesCommon::shared().getSize(), (std::pair{60.0, 100.0}));
   panel.setLeft(100);
   EXPECT_THAT(happened(), IsEmpty()) << "only the size counts";
@@ -224,7 +190,7 @@ TEST_F(WrappersTest, ControlsTellWhatTheUserDoesAndNotWhatTheProgramSets) {
   phone.app.input().text("!");
   field.native()->userPressedEnter();
   field.ResignFocus();
-  EXPECT_THAT(happened(), ElementsAre("begin", "click", "text uno>uno!", "enter", "end"));
+  EXPECT_THAT(happened(), ElementsAre("begin", "click", "text uno,uno!", "enter", "end"));
 
   auto slider = placed<KesSliderWrapper>();
   slider.setMaxValue(10);
@@ -253,7 +219,7 @@ TEST_F(WrappersTest, ControlsTellWhatTheUserDoesAndNotWhatTheProgramSets) {
   picker.SetItems(0, KesList::of({"a", "b", "c"}));
   picker.SelectRow(0, 1, false);
   picker.native()->userSelect(0, 2);
-  EXPECT_THAT(happened(), ElementsAre("item 0/2"));
+  EXPECT_THAT(happened(), ElementsAre("item 0,2"));
   EXPECT_TRUE(picker.GetSelectedItem(0) == Value("c"));
 
   auto scroll = placed<KesScrollView>();
@@ -302,7 +268,7 @@ TEST_F(WrappersTest, ATableShowsItsRowsAfterReloadAndGivesThemBack) {
   table.ReloadAll();
   EXPECT_EQ(table.native()->rowText(1).text(), "Via del Po");
   table.native()->onSelect(0);
-  EXPECT_THAT(happened(), ElementsAre("row 0/0"));
+  EXPECT_THAT(happened(), ElementsAre("row 0,0"));
   EXPECT_TRUE(table.GetItem(0, 0).Tag() == Value(7));
   EXPECT_TRUE(table.GetItem(0, 1).PlainText() == "Via del Po");
   EXPECT_THAT(thrownBy([&] { table.GetItem(0, 2); }), HasSubstr("2 rows"));
@@ -333,8 +299,7 @@ TEST_F(WrappersTest, FontsComeFromTheDesignersMap) {
         "  text: \"x\"\n  font: " +
             std::string(c.source),
         "t");
-    phone.test.write(std::filesystem::path(phone.test.folders().assets) / "t.kil",
-                     layouts::toBytes(file));
+    writeLayout("t", file);
     page.RootPanel().RemoveAllViews();
     page.RootPanel().LoadLayout("t", owner->bi());
     auto label = KesLabelWrapper::fromBoxed(page.RootPanel().GetView(0));
