@@ -9,6 +9,7 @@
 #include "runtime/data/files/file.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/richtext/cs_builder.h"
+#include "runtime/views/wrappers/image_view_wrapper.h"
 
 namespace varlo {
 

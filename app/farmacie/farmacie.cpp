@@ -6,6 +6,7 @@
 #include "app/kit/records.h"
 #include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/richtext/cs_builder.h"
 

@@ -7,6 +7,7 @@
 #include "app/kit/records.h"
 #include "app/shell/main.h"
 #include "runtime/data/files/file.h"
+#include "runtime/views/wrappers/image_view_wrapper.h"
 
 namespace varlo {
 

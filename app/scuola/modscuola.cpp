@@ -7,6 +7,7 @@
 #include "app/kit/records.h"
 #include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
 
 namespace varlo {
 

@@ -6,10 +6,12 @@
 #include "app/shell/menu.h"
 #include "app/shell/modules.h"
 #include "runtime/data/dates/date_time.h"
+#include "runtime/data/dates/dateutils.h"
 #include "runtime/data/serialized/serializer.h"
 #include "runtime/views/base/font.h"
 #include "runtime/views/dialogs/message_box.h"
 #include "runtime/views/richtext/cs_builder.h"
+#include "runtime/views/wrappers/image_view_wrapper.h"
 
 namespace varlo {
 

@@ -7,20 +7,20 @@
 
 #include "app/kit/feature.h"
 #include "app/messaging/messaging.h"
-#include "components/customlistview.h"
-#include "runtime/data/dates/dateutils.h"
 #include "runtime/views/app/application_wrapper.h"
 #include "runtime/views/app/notification.h"
 #include "runtime/views/dialogs/custom_dialog.h"
-#include "runtime/views/pages/bar_button_item.h"
 #include "runtime/views/pages/navigation_controller.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/pages/side_menu.h"
-#include "runtime/views/wrappers/image_view_wrapper.h"
-#include "runtime/views/wrappers/kex_view_wrapper.h"
 #include "runtime/views/wrappers/label_wrapper.h"
 #include "runtime/views/wrappers/text_field_wrapper.h"
 #include "runtime/views/wrappers/web_view_wrapper.h"
+
+namespace kes {
+class KesImageViewWrapper;
+class kes_dateutils;
+}  // namespace kes
 
 namespace varlo {
 

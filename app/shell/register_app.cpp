@@ -1,4 +1,5 @@
 #include "app/shell/register_app.h"
+#include "runtime/data/dates/dateutils.h"
 
 #include "app/infocitta/cinfocitta.h"
 #include "app/kit/sorttype.h"

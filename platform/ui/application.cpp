@@ -4,6 +4,7 @@
 
 #include "platform/base/log.h"
 #include "platform/base/platform.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/values/link.h"
 
 namespace ui {

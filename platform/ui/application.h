@@ -12,7 +12,6 @@
 
 #include "platform/ui/focus.h"
 #include "platform/ui/input.h"
-#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/overlays/hud.h"
 #include "platform/ui/screen.h"
 #include "platform/ui/text_engine.h"
@@ -21,6 +20,8 @@
 #include "platform/ui/window.h"
 
 namespace ui {
+
+class Dialog;
 
 // Told of the life of the application, on the main thread.
 class ApplicationDelegate {

@@ -5,6 +5,7 @@
 
 #include "platform/base/platform.h"
 #include "platform/ui/application.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"
 #include "platform/ui/values/style.h"

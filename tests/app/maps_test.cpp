@@ -4,6 +4,7 @@
 
 #include "app/kit/fields.h"
 #include "app/mappe/open_data.h"
+#include "platform/ui/overlays/dialog.h"
 #include "town_phone.h"
 
 namespace varlo {

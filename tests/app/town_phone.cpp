@@ -1,4 +1,5 @@
 #include "town_phone.h"
+#include "platform/ui/overlays/dialog.h"
 #include "runtime/views/app/services.h"
 #include "tests/support/failures.h"
 

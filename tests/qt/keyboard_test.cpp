@@ -6,6 +6,7 @@
 #include "platform/ui/controls/button.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/text_input.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/values/style.h"
 
 class Keys : public Desk {

@@ -6,6 +6,7 @@
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/text_input.h"
 #include "platform/ui/controls/web_view.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/pages/navigation_controller.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"

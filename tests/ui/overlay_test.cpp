@@ -1,6 +1,8 @@
 #include "phone.h"
 #include "platform/base/log.h"
+#include "platform/ui/controls/button.h"
 #include "platform/ui/controls/text_input.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/reading/finder.h"
 #include "platform/ui/values/style.h"

@@ -1,5 +1,6 @@
 #include "phone.h"
 #include "platform/ui/controls/controls.h"
+#include "platform/ui/pages/bar_view.h"
 #include "platform/ui/pages/drawer_controller.h"
 #include "platform/ui/pages/navigation_controller.h"
 #include "platform/ui/reading/accessibility.h"

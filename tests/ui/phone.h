@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/ui/controls/button.h"
 #include "platform/ui/controls/label.h"
 #include "tests/support/headless_phone.h"
 

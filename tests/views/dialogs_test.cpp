@@ -1,3 +1,4 @@
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/reading/finder.h"
 #include "runtime/data/files/bitmap.h"
 #include "runtime/views/dialogs/custom_dialog.h"

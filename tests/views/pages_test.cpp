@@ -1,3 +1,4 @@
+#include "platform/ui/pages/bar_view.h"
 #include "runtime/views/base/device.h"
 #include "runtime/views/pages/bar_button_item.h"
 #include "runtime/views/pages/side_menu.h"

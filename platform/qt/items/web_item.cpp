@@ -15,6 +15,7 @@
 #include "platform/qt/drawing/fonts.h"
 #include "platform/qt/items/qml_parts.h"
 #include "platform/ui/application.h"
+#include "platform/ui/overlays/dialog.h"
 
 namespace qt {
 

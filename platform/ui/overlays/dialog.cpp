@@ -4,7 +4,11 @@
 #include <cmath>
 
 #include "platform/ui/application.h"
+#include "platform/ui/controls/button.h"
 #include "platform/ui/controls/image_view.h"
+#include "platform/ui/controls/indicators.h"
+#include "platform/ui/controls/label.h"
+#include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/tree/layout_view.h"
 #include "platform/ui/values/branding.h"
@@ -29,6 +33,10 @@ Ref<Label> cardLabel(const std::string& text, const Font& font, Color color) {
 }
 
 }  // namespace
+
+Dialog::Dialog() = default;
+
+Dialog::~Dialog() = default;
 
 void Dialog::present() {
   auto* app = Application::current();

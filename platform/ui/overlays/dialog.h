@@ -12,11 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/controls/button.h"
-#include "platform/ui/controls/label.h"
-#include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/tree/view.h"
+#include "platform/ui/values/image.h"
 
 namespace ui {
+
+class Button;
+class Label;
+class ScrollView;
 
 class Dialog : public platform::Shared {
  public:
@@ -25,6 +28,8 @@ class Dialog : public platform::Shared {
     int result = 0;
   };
 
+  Dialog();
+  ~Dialog() override;
   std::string_view className() const override { return "Dialog"; }
 
   // Set before present().

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "platform/ui/application.h"
+#include "platform/ui/controls/indicators.h"
+#include "platform/ui/controls/label.h"
 #include "platform/ui/reading/accessibility.h"
 #include "platform/ui/values/branding.h"
 #include "platform/ui/values/style.h"
@@ -63,6 +65,10 @@ void leave(Application& app, const Ref<View>& layer) {
 }
 
 }  // namespace
+
+Hud::Hud(Application& application) : app_(application) {}
+
+Hud::~Hud() = default;
 
 bool Hud::isLayer(const View& view) { return dynamic_cast<const HudLayer*>(&view) != nullptr; }
 

@@ -8,16 +8,17 @@
 
 #include <string>
 
-#include "platform/ui/controls/indicators.h"
-#include "platform/ui/controls/label.h"
+#include "platform/ui/tree/view.h"
 
 namespace ui {
 
 class Application;
+class Label;
 
 class Hud {
  public:
-  explicit Hud(Application& application) : app_(application) {}
+  explicit Hud(Application& application);
+  ~Hud();
 
   void showProgress(std::string label);  // while one is shown, only its label changes
   void hideProgress();                   // with none shown, nothing

@@ -5,7 +5,9 @@
 
 #include "platform/base/platform.h"
 #include "platform/ui/application.h"
+#include "platform/ui/pages/bar_view.h"
 #include "platform/ui/reading/accessibility.h"
+#include "platform/ui/tree/layer_view.h"
 #include "platform/ui/tree/layout_view.h"
 #include "platform/ui/values/style.h"
 
@@ -305,6 +307,8 @@ void NavigationController::layOut() {
 }
 
 // A second step while the first is still to be seen was meant as one.
+View* NavigationController::cover() { return cover_.get(); }
+
 bool NavigationController::goBack() {
   if (sliding()) return true;
   auto* top = topViewController();

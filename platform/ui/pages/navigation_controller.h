@@ -7,11 +7,12 @@
 // moment after, do nothing: they were meant for what was there before. Main thread.
 #pragma once
 
-#include "platform/ui/pages/bar_view.h"
 #include "platform/ui/pages/view_controller.h"
-#include "platform/ui/tree/layer_view.h"
 
 namespace ui {
+
+class BarView;
+class LayerView;
 
 class NavigationController : public ViewController {
  public:
@@ -44,7 +45,7 @@ class NavigationController : public ViewController {
 
   bool goBack() override;
   bool hasPageBehind() const override { return pages_.size() > 1; }
-  View* cover() override { return cover_.get(); }
+  View* cover() override;
   View* landmark() override;
   Ref<ViewController> beginPan(Point at, Point moved) override;
   void pan(Point moved) override;

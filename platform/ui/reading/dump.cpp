@@ -6,6 +6,7 @@
 
 #include "platform/ui/application.h"
 #include "platform/ui/controls/map_view.h"
+#include "platform/ui/overlays/dialog.h"
 #include "platform/ui/tree/layer_view.h"
 
 namespace ui {

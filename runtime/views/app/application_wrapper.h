@@ -7,7 +7,6 @@
 
 #include <functional>
 
-#include "platform/ui/pages/view_controller.h"
 #include "runtime/core/map.h"
 #include "runtime/core/wrapper.h"
 

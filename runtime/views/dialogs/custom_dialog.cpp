@@ -1,6 +1,7 @@
 #include "runtime/views/dialogs/custom_dialog.h"
 
 #include "platform/ui/application.h"
+#include "platform/ui/overlays/dialog.h"
 #include "runtime/data/files/bitmap.h"
 #include "runtime/views/base/image_source.h"
 #include "runtime/views/base/properties.h"
@@ -46,6 +47,10 @@ void present(AlertView& alert) {
 }
 
 }  // namespace
+
+AlertView::AlertView() = default;
+
+AlertView::~AlertView() = default;
 
 void AlertView::describe(ClassBuilder<AlertView>& c) {
   c.name("SCLAlertView");

@@ -9,10 +9,13 @@
 // ShowAsync throws "Object was not initialized (%@)" before Initialize.
 #pragma once
 
-#include "platform/ui/overlays/dialog.h"
 #include "runtime/core/class_table.h"
 #include "runtime/core/kes.h"
 #include "runtime/views/wrappers/panel_wrapper.h"
+
+namespace ui {
+class Dialog;
+}
 
 namespace kes {
 
@@ -21,6 +24,8 @@ class KesBitmap;
 // One dialog: held by whoever made it and, while it is on the screen, by the screen.
 class AlertView final : public Object {
  public:
+  AlertView();
+  ~AlertView() override;
   std::string_view className() const override { return "SCLAlertView"; }
   static void describe(ClassBuilder<AlertView>& c);
 

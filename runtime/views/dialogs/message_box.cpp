@@ -1,6 +1,7 @@
 #include "runtime/views/dialogs/message_box.h"
 
 #include "platform/ui/application.h"
+#include "platform/ui/overlays/dialog.h"
 #include "runtime/views/base/text_form.h"
 
 namespace kes {
