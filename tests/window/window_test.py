@@ -2,7 +2,7 @@
 
 window_test.py VARLO-SIM [FOLDER]: starts an X server of its own and the program in it,
 uses mouse, wheel and keyboard, closes the window. Leaves pictures in FOLDER if given.
-Exit status 77, which means skipped, where Xvfb is not installed.
+Exit status 77, which means skipped, where Xvfb is not installed. Needs python3-xlib.
 """
 import os
 import shutil
@@ -54,7 +54,8 @@ class Desk:
 
 def play(desk, keep, leave):
     client, window = desk.client, desk.window
-    assert client.geometry(window)[2:] == (WIDTH, HEIGHT), client.geometry(window)
+    size = window.get_geometry()
+    assert (size.width, size.height) == (WIDTH, HEIGHT), size
     until("the bar in the town's colour", lambda: desk.look().at(160, 10) == TOWN)
     until("the home page", lambda: desk.look().at(160, 70) != WHITE)
     home = desk.resting()
