@@ -115,102 +115,96 @@ void Player::swipe(const Command& c) {
   phone_.side().drag(from, to);
 }
 
-void Player::fault(const Command& c) {
-  const std::string why = phone_.setFaults(c.text);
-  if (!why.empty()) fail(c.line, why);
+void Player::named(const Command& c) {
+  phone_.application().layoutIfNeeded();
+  std::string all;
+  for (const auto& element : ui::accessibilityTree(phone_.window())) {
+    const std::string role(ui::roleName(element.role));
+    if (role == c.text && element.name == c.second) return;
+    all += "\n  " + role + " " + ui::quoted(element.name);
+  }
+  fail(c.line, "no " + c.text + " named \"" + c.second + "\" among:" + all);
+}
+
+void Player::focused(const Command& c) {
+  const auto* view = phone_.application().focus().view();
+  const std::string name = view ? view->accessibleName() : "";
+  if (name.find(c.text) == std::string::npos)
+    fail(c.line, "the focus is on \"" + name + "\", not on \"" + c.text + "\"");
+}
+
+void Player::notified(const Command& c) {
+  const auto& shown = phone_.application().notifications();
+  if (std::any_of(shown.begin(), shown.end(), [&](const auto& n) { return n.body == c.text; }))
+    return;
+  fail(c.line, shown.empty() ? "no notification was shown"
+                             : "the last notification was \"" + shown.back().body + "\"");
+}
+
+void Player::dump(const Command& c) {
+  phone_.application().layoutIfNeeded();
+  const std::string text = ui::dump(phone_.window());
+  if (c.text.empty()) {
+    out_ << text;
+    return;
+  }
+  std::ofstream file(c.text, std::ios::binary);
+  if (!(file << text)) fail(c.line, "cannot write " + c.text);
+}
+
+// Fails at the script's line with the complaint, if there is one.
+void Player::check(const Command& c, const std::string& complaint) const {
+  if (!complaint.empty()) fail(c.line, complaint);
 }
 
 void Player::perform(const Command& c) {
   using Verb = Command::Verb;
+  auto& side = phone_.side();
+  auto& application = phone_.application();
   switch (c.verb) {
     case Verb::Tap:
-      tap(c.text, c.number, c.line);
-      break;
+      return tap(c.text, c.number, c.line);
     case Verb::Type:
-      phone_.side().type(c.text);
-      break;
+      return side.type(c.text);
     case Verb::Swipe:
-      swipe(c);
-      break;
+      return swipe(c);
     case Verb::Key:
-      phone_.side().press(keyNamed(c.text));
-      break;
+      return side.press(keyNamed(c.text));
     case Verb::Back:
-      phone_.side().press(ui::Key::Back);
-      break;
+      return side.press(ui::Key::Back);
     case Verb::Menu:
-      tap("Menu", 1, c.line);
-      break;
+      return tap("Menu", 1, c.line);
     case Verb::WaitIdle:
-      waitIdle(c.line);
-      break;
+      return waitIdle(c.line);
     case Verb::WaitTime:
-      phone_.side().pass(c.number);
-      break;
+      return side.pass(c.number);
     case Verb::Expect:
     case Verb::Absent:
-      expect(c);
-      break;
-    case Verb::Named: {
-      phone_.application().layoutIfNeeded();
-      const auto tree = ui::accessibilityTree(phone_.window());
-      const bool there = std::any_of(tree.begin(), tree.end(), [&](const auto& e) {
-        return ui::roleName(e.role) == c.text && e.name == c.second;
-      });
-      if (there) break;
-      std::string all;
-      for (const auto& e : tree)
-        all += "\n  " + std::string(ui::roleName(e.role)) + " " + ui::quoted(e.name);
-      fail(c.line, "no " + c.text + " named \"" + c.second + "\" among:" + all);
-    }
-    case Verb::Focused: {
-      const auto* view = phone_.application().focus().view();
-      const std::string name = view ? view->accessibleName() : "";
-      if (name.find(c.text) == std::string::npos)
-        fail(c.line, "the focus is on \"" + name + "\", not on \"" + c.text + "\"");
-      break;
-    }
-    case Verb::Opened: {
-      const auto& url = phone_.application().lastOpenedUrl();
-      if (!url.starts_with(c.text)) fail(c.line, "last opened was \"" + url + "\"");
-      break;
-    }
+      return expect(c);
+    case Verb::Named:
+      return named(c);
+    case Verb::Focused:
+      return focused(c);
+    case Verb::Opened:
+      return check(c, application.lastOpenedUrl().starts_with(c.text)
+                          ? ""
+                          : "last opened was \"" + application.lastOpenedUrl() + "\"");
     case Verb::Logged:
-      if (!phone_.logged(c.text)) fail(c.line, "no line of the log has \"" + c.text + "\"");
-      break;
+      return check(c, phone_.logged(c.text) ? "" : "no line of the log has \"" + c.text + "\"");
     case Verb::Fault:
-      fault(c);
-      break;
+      return check(c, phone_.setFaults(c.text));
     case Verb::Push:
-      if (const auto why = phone_.push(c.text); !why.empty()) fail(c.line, why);
-      break;
-    case Verb::Notified: {
-      const auto& shown = phone_.application().notifications();
-      if (std::any_of(shown.begin(), shown.end(), [&](const auto& n) { return n.body == c.text; }))
-        break;
-      fail(c.line, shown.empty() ? "no notification was shown"
-                                 : "the last notification was \"" + shown.back().body + "\"");
-    }
+      return check(c, phone_.push(c.text));
+    case Verb::Notified:
+      return notified(c);
     case Verb::Background:
-      phone_.application().enterBackground();
-      break;
+      return application.enterBackground();
     case Verb::Foreground:
-      phone_.application().activate();
-      break;
+      return application.activate();
     case Verb::Shot:
-      if (!phone_.side().shot(c.text)) fail(c.line, "no picture was made of it: " + c.text);
-      break;
-    case Verb::Dump: {
-      phone_.application().layoutIfNeeded();
-      const std::string text = ui::dump(phone_.window());
-      if (c.text.empty()) {
-        out_ << text;
-        break;
-      }
-      std::ofstream file(c.text, std::ios::binary);
-      if (!(file << text)) fail(c.line, "cannot write " + c.text);
-      break;
-    }
+      return check(c, side.shot(c.text) ? "" : "no picture was made of it: " + c.text);
+    case Verb::Dump:
+      return dump(c);
   }
 }
 

@@ -24,7 +24,11 @@ class Player {
  private:
   void expect(const Command& c);
   void swipe(const Command& c);
-  void fault(const Command& c);
+  void named(const Command& c);
+  void focused(const Command& c);
+  void notified(const Command& c);
+  void dump(const Command& c);
+  void check(const Command& c, const std::string& complaint) const;
   [[noreturn]] void fail(int line, const std::string& what) const;
 
   Phone& phone_;

@@ -68,7 +68,7 @@ class Line {
     if (n < low || n > high) fail("the number is out of range: " + w);
     return n;
   }
-  std::string oneOf(std::initializer_list<const char*> words) {
+  std::string oneOf(const std::vector<const char*>& words) {
     const auto w = word();
     for (const char* each : words)
       if (w == each) return w;
@@ -83,79 +83,118 @@ class Line {
   std::size_t at_ = 0;
 };
 
-Command parseCommand(Line& line, int number) {
-  Command c{Verb::Back, number, {}, {}, 1};
-  const std::string verb = line.word();
-  if (verb == "tap") {
-    c.verb = Verb::Tap;
-    c.text = line.quoteFollows() ? line.quoted() : line.word();
-    if (c.text.empty()) line.fail("what is to be tapped?");
-    if (!line.atEnd()) c.number = line.number(1, 100000);
-  } else if (verb == "type") {
-    c.verb = Verb::Type;
-    c.text = line.quoted();
-  } else if (verb == "swipe") {
-    c.verb = Verb::Swipe;
-    c.text = line.oneOf({"left", "right", "up", "down"});
-  } else if (verb == "key") {
-    c.verb = Verb::Key;
-    c.text = line.oneOf({"tab", "backtab", "enter", "space", "escape", "up", "down", "left",
-                         "right", "pageup", "pagedown", "home", "end", "f10"});
-  } else if (verb == "back") {
-    c.verb = Verb::Back;
-  } else if (verb == "menu") {
-    c.verb = Verb::Menu;
-  } else if (verb == "wait") {
-    const auto what = line.rest();
-    if (what == "idle") {
-      c.verb = Verb::WaitIdle;
-    } else {
-      Line time(what, number);
-      c.verb = Verb::WaitTime;
-      c.number = time.number(0, 3600000);
-      if (!time.atEnd()) time.fail("nothing more is wanted after the time");
-    }
-  } else if (verb == "expect") {
-    c.verb = Verb::Expect;
-    c.text = line.quoted();
-    if (!line.atEnd()) c.number = line.number(1, 100000);
-  } else if (verb == "absent") {
-    c.verb = Verb::Absent;
-    c.text = line.quoted();
-  } else if (verb == "named") {
-    c.verb = Verb::Named;
-    c.text = line.quoted();
-    c.second = line.quoted();
-  } else if (verb == "focused") {
-    c.verb = Verb::Focused;
-    c.text = line.quoted();
-  } else if (verb == "opened") {
-    c.verb = Verb::Opened;
-    c.text = line.quoted();
-  } else if (verb == "logged") {
-    c.verb = Verb::Logged;
-    c.text = line.quoted();
-  } else if (verb == "notified") {
-    c.verb = Verb::Notified;
-    c.text = line.quoted();
-  } else if (verb == "fault" || verb == "push") {
-    c.verb = verb == "push" ? Verb::Push : Verb::Fault;
-    c.text = line.rest();
-    if (c.text.empty()) line.fail("a JSON object is wanted here");
-  } else if (verb == "background") {
-    c.verb = Verb::Background;
-  } else if (verb == "foreground") {
-    c.verb = Verb::Foreground;
-  } else if (verb == "shot") {
-    c.verb = Verb::Shot;
-    c.text = line.rest();
-    if (c.text.empty()) line.fail("a file name is wanted here");
-  } else if (verb == "dump") {
-    c.verb = Verb::Dump;
-    c.text = line.rest();
-  } else {
-    line.fail("unknown command \"" + verb + "\"");
+// What stands behind a verb.
+enum class Wants {
+  Nothing,
+  Quoted,
+  QuotedTwice,
+  QuotedAndCount,
+  Target,
+  OneOf,
+  Object,
+  File,
+  MaybeFile,
+  Wait
+};
+
+struct Grammar {
+  Verb verb;
+  Wants wants = Wants::Nothing;
+  std::vector<const char*> words = {};  // one of which it wants
+};
+
+const Grammar* grammarOf(const std::string& verb) {
+  static const std::map<std::string, Grammar> verbs = {
+      {"tap", {Verb::Tap, Wants::Target}},
+      {"type", {Verb::Type, Wants::Quoted}},
+      {"swipe", {Verb::Swipe, Wants::OneOf, {"left", "right", "up", "down"}}},
+      {"key",
+       {Verb::Key,
+        Wants::OneOf,
+        {"tab", "backtab", "enter", "space", "escape", "up", "down", "left", "right", "pageup",
+         "pagedown", "home", "end", "f10"}}},
+      {"back", {Verb::Back}},
+      {"menu", {Verb::Menu}},
+      {"wait", {Verb::WaitTime, Wants::Wait}},
+      {"expect", {Verb::Expect, Wants::QuotedAndCount}},
+      {"absent", {Verb::Absent, Wants::Quoted}},
+      {"named", {Verb::Named, Wants::QuotedTwice}},
+      {"focused", {Verb::Focused, Wants::Quoted}},
+      {"opened", {Verb::Opened, Wants::Quoted}},
+      {"logged", {Verb::Logged, Wants::Quoted}},
+      {"notified", {Verb::Notified, Wants::Quoted}},
+      {"fault", {Verb::Fault, Wants::Object}},
+      {"push", {Verb::Push, Wants::Object}},
+      {"background", {Verb::Background}},
+      {"foreground", {Verb::Foreground}},
+      {"shot", {Verb::Shot, Wants::File}},
+      {"dump", {Verb::Dump, Wants::MaybeFile}},
+  };
+  const auto found = verbs.find(verb);
+  return found == verbs.end() ? nullptr : &found->second;
+}
+
+void parseWait(Line& line, Command& c) {
+  const auto what = line.rest();
+  if (what == "idle") {
+    c.verb = Verb::WaitIdle;
+    return;
   }
+  Line time(what, c.line);
+  c.number = time.number(0, 3600000);
+  if (!time.atEnd()) time.fail("nothing more is wanted after the time");
+}
+
+void parseArguments(Line& line, const Grammar& grammar, Command& c) {
+  const auto wanted = [&](std::string text, const char* complaint) {
+    if (text.empty()) line.fail(complaint);
+    return text;
+  };
+  const auto count = [&] {
+    if (!line.atEnd()) c.number = line.number(1, 100000);
+  };
+  switch (grammar.wants) {
+    case Wants::Nothing:
+      break;
+    case Wants::Quoted:
+      c.text = line.quoted();
+      break;
+    case Wants::QuotedTwice:
+      c.text = line.quoted();
+      c.second = line.quoted();
+      break;
+    case Wants::QuotedAndCount:
+      c.text = line.quoted();
+      count();
+      break;
+    case Wants::Target:
+      c.text = wanted(line.quoteFollows() ? line.quoted() : line.word(), "what is to be tapped?");
+      count();
+      break;
+    case Wants::OneOf:
+      c.text = line.oneOf(grammar.words);
+      break;
+    case Wants::Object:
+      c.text = wanted(line.rest(), "a JSON object is wanted here");
+      break;
+    case Wants::File:
+      c.text = wanted(line.rest(), "a file name is wanted here");
+      break;
+    case Wants::MaybeFile:
+      c.text = line.rest();
+      break;
+    case Wants::Wait:
+      parseWait(line, c);
+      break;
+  }
+}
+
+Command parseCommand(Line& line, int number) {
+  const std::string verb = line.word();
+  const Grammar* grammar = grammarOf(verb);
+  if (!grammar) line.fail("unknown command \"" + verb + "\"");
+  Command c{grammar->verb, number, {}, {}, 1};
+  parseArguments(line, *grammar, c);
   if (!line.atEnd()) line.fail("nothing more is wanted after \"" + verb + "\"");
   return c;
 }
