@@ -24,20 +24,24 @@ struct HeadlessPhone {
   void tap(const ui::View& view) { tap(view.frameInWindow().center()); }
   // With all that it sets off; the clock stands still.
   void tap(ui::Point p) {
-    app.pointer(ui::PointerPhase::Began, 1, p.x, p.y);
-    app.pointer(ui::PointerPhase::Ended, 1, p.x, p.y);
+    down(p);
+    up(p);
     pump.drain();
   }
-  // A finger that moves in ten steps of 16 ms.
-  void swipe(ui::Point from, ui::Point to) {
-    app.pointer(ui::PointerPhase::Began, 1, from.x, from.y);
+  // A finger that moves in ten steps of so many milliseconds, and rests before it leaves.
+  void swipe(ui::Point from, ui::Point to, std::int64_t step = 16, std::int64_t rest = 0) {
+    down(from);
     for (int i = 1; i <= 10; ++i) {
-      pump.advance(16);
-      app.pointer(ui::PointerPhase::Moved, 1, from.x + (to.x - from.x) * i / 10,
-                  from.y + (to.y - from.y) * i / 10);
+      pump.advance(step);
+      move({from.x + (to.x - from.x) * i / 10, from.y + (to.y - from.y) * i / 10});
     }
-    app.pointer(ui::PointerPhase::Ended, 1, to.x, to.y);
+    pump.advance(rest);
+    up(to);
   }
+  // One finger, step by step; nothing that it sets off in later turns is run.
+  void down(ui::Point p) { app.pointer(ui::PointerPhase::Began, 1, p.x, p.y); }
+  void move(ui::Point p) { app.pointer(ui::PointerPhase::Moved, 1, p.x, p.y); }
+  void up(ui::Point p) { app.pointer(ui::PointerPhase::Ended, 1, p.x, p.y); }
   void turn(ui::Size size) {
     screen.setSize(size);
     app.screenChanged();

@@ -131,7 +131,7 @@ TEST_F(DumpTest, FinderFindsAsAPersonWould) {
     auto view = find(*phone.window, c.text, c.nth);
     if (view) {
       scrollIntoView(*view);
-      phone.tapAt(tapPoint(*view));
+      phone.tap(tapPoint(*view));
     } else {
       tapped.push_back("not found");
     }

@@ -30,13 +30,13 @@ TEST_F(InputTest, ATapGoesToTheNearestViewThatWantsIt) {
   auto inner = place(*row, {0, 0, 320, 50});
   placeText(*inner, {0, 0, 100, 50}, "testo");
   auto button = tappable<Button>(*inner, {270, 0, 50, 50}, "button");
-  phone.tapAt({10, 10});
-  phone.tapAt({280, 10});
+  phone.tap({10, 10});
+  phone.tap({280, 10});
   button->setEnabled(false);
-  phone.app.pointer(PointerPhase::Began, 1, 280, 10);
+  phone.down({280, 10});
   EXPECT_FALSE(button->pressed());
-  phone.app.pointer(PointerPhase::Ended, 1, 280, 10);
-  phone.tapAt({10, 300});
+  phone.up({280, 10});
+  phone.tap({10, 300});
   EXPECT_THAT(log, ElementsAre("tap row", "tap button"))
       << "a disabled button keeps its tap from the row";
 }
@@ -45,11 +45,11 @@ TEST_F(InputTest, MovingTooFarOrHoldingIsNoTap) {
   auto view = tappable(page, {0, 0, 320, 100}, "view");
   view->setOnLongPress([&](View&) { log.push_back("long"); });
   const auto press = [&](double moved, std::int64_t held) {
-    phone.app.pointer(PointerPhase::Began, 1, 50, 50);
+    phone.down({50, 50});
     EXPECT_TRUE(view->pressed());
-    phone.app.pointer(PointerPhase::Moved, 1, 50 + moved, 50);
+    phone.move({50 + moved, 50});
     phone.pump.advance(held);
-    phone.app.pointer(PointerPhase::Ended, 1, 50 + moved, 50);
+    phone.up({50 + moved, 50});
     EXPECT_FALSE(view->pressed());
     log.push_back("|");
   };
@@ -75,10 +75,10 @@ TEST_F(InputTest, AButtonKeepsItsPressWhileTheFingerIsNear) {
   };
   for (const auto& c : cases) {
     log.clear();
-    phone.app.pointer(PointerPhase::Began, 1, 150, 122);
-    for (const Point p : c.way) phone.app.pointer(PointerPhase::Moved, 1, p.x, p.y);
+    phone.down({150, 122});
+    for (const Point p : c.way) phone.move(p);
     EXPECT_EQ(button->pressed(), c.pressedAtEnd) << c.says;
-    phone.app.pointer(PointerPhase::Ended, 1, c.way.back().x, c.way.back().y);
+    phone.up(c.way.back());
     EXPECT_EQ(log.size(), c.pressedAtEnd ? 1U : 0U) << c.says;
     EXPECT_FALSE(button->pressed()) << c.says;
   }
@@ -87,10 +87,10 @@ TEST_F(InputTest, AButtonKeepsItsPressWhileTheFingerIsNear) {
   auto list = place<ScrollView>(page, {0, 200, 320, 200});
   list->setContentSize({320, 1000});
   auto inside = tappable<Button>(list->content(), {0, 0, 320, 190}, "inside");
-  phone.app.pointer(PointerPhase::Began, 1, 150, 350);
-  phone.app.pointer(PointerPhase::Moved, 1, 150, 330);
+  phone.down({150, 350});
+  phone.move({150, 330});
   EXPECT_FALSE(inside->pressed());
-  phone.app.pointer(PointerPhase::Ended, 1, 150, 330);
+  phone.up({150, 330});
   EXPECT_TRUE(log.empty());
   EXPECT_EQ(list->offset().y, 20);
 }
@@ -100,13 +100,13 @@ TEST_F(InputTest, OnlyOneFingerAtATimeAndCancelEndsIt) {
   view->setOnTouch([&](TouchAction a, double x, double) {
     log.push_back(std::to_string(static_cast<int>(a)) + "@" + std::to_string(static_cast<int>(x)));
   });
-  phone.app.pointer(PointerPhase::Began, 1, 5, 5);
+  phone.down({5, 5});
   EXPECT_FALSE(phone.app.pointer(PointerPhase::Began, 2, 50, 5));
   phone.app.pointer(PointerPhase::Moved, 2, 60, 5);
-  phone.app.pointer(PointerPhase::Moved, 1, 8, 5);
+  phone.move({8, 5});
   phone.app.cancelPointer();
   EXPECT_FALSE(view->pressed());
-  phone.app.pointer(PointerPhase::Ended, 1, 8, 5);
+  phone.up({8, 5});
   EXPECT_THAT(log, ElementsAre("0@5", "2@8", "1@8"));
 }
 
@@ -118,21 +118,21 @@ TEST_F(InputTest, HooksMayEndTheirViewsAndTheGesture) {
     self = nullptr;
     log.push_back("gone");
   });
-  phone.tapAt({5, 5});
+  phone.tap({5, 5});
   auto touched = tappable(page, {0, 0, 100, 50}, "touched");
   touched->setOnTouch([&](TouchAction, double, double) {
     page.removeAllSubviews();
     touched = nullptr;
   });
-  phone.tapAt({5, 5});
+  phone.tap({5, 5});
   auto pressed = tappable(page, {0, 0, 100, 50}, "pressed");
-  phone.app.pointer(PointerPhase::Began, 1, 5, 5);
+  phone.down({5, 5});
   pressed->removeFromParent();
   pressed = nullptr;
-  phone.app.pointer(PointerPhase::Ended, 1, 5, 5);
+  phone.up({5, 5});
   auto canceller = tappable(page, {0, 0, 100, 50}, "canceller");
   canceller->setOnTouch([&](TouchAction, double, double) { phone.app.cancelPointer(); });
-  phone.tapAt({5, 5});
+  phone.tap({5, 5});
   EXPECT_THAT(log, ElementsAre("gone"));
 }
 
@@ -186,7 +186,7 @@ TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
   phone.app.key(Key::Up);
   EXPECT_TRUE(phone.app.key(Key::Enter));
   EXPECT_THAT(log, ElementsAre("tap right"));
-  phone.tapAt({5, 310});
+  phone.tap({5, 310});
   EXPECT_FALSE(phone.app.focus().byKeyboard()) << "the ring goes when a finger comes";
   const Ref<View> kept(phone.app.focus().view());
   kept->removeFromParent();
@@ -214,12 +214,7 @@ TEST_F(InputTest, AFlickTurnsOnePageAndASlowDragTheNearest) {
       {"before the first page", 20, 310, 10, 0},
   };
   for (const auto& c : cases) {
-    phone.app.pointer(PointerPhase::Began, 1, c.from, 200);
-    for (int i = 1; i <= 10; ++i) {
-      phone.pump.advance(c.step);
-      phone.app.pointer(PointerPhase::Moved, 1, c.from + (c.to - c.from) * i / 10, 200);
-    }
-    phone.app.pointer(PointerPhase::Ended, 1, c.to, 200);
+    phone.swipe({c.from, 200}, {c.to, 200}, c.step);
     phone.pump.settle();
     EXPECT_EQ(pages->offset().x, 320 * c.page) << c.what;
   }
@@ -267,7 +262,7 @@ TEST_F(InputTest, TextInputHearsTheUserAndNotTheProgram) {
   field->onEndEdit = [&] { log.push_back("end"); };
   field->setText("a");
   EXPECT_FALSE(phone.app.input().text("x")) << "nothing has the focus";
-  phone.tapAt({5, 5});
+  phone.tap({5, 5});
   EXPECT_TRUE(phone.app.input().text("b"));
   EXPECT_FALSE(phone.app.key(Key::Space)) << "the editor's own key";
   EXPECT_TRUE(phone.app.key(Key::Enter));
@@ -297,11 +292,11 @@ TEST_F(InputTest, ControlsChangeByTapAndKeyWithinTheirRange) {
   auto choice = place<SegmentedControl>(page, {0, 100, 300, 44});
   choice->setItems({"a", "b", "c"});
   choice->onChange = hear;
-  phone.tapAt({10, 10});
-  for (int i = 0; i < 3; ++i) phone.tapAt({90, 60});
-  phone.tapAt({10, 60});
-  phone.tapAt({150, 110});
-  phone.tapAt({150, 110});
+  phone.tap({10, 10});
+  for (int i = 0; i < 3; ++i) phone.tap({90, 60});
+  phone.tap({10, 60});
+  phone.tap({150, 110});
+  phone.tap({150, 110});
   choice->requestFocus();
   phone.app.key(Key::Right);
   phone.app.key(Key::Right);

@@ -27,8 +27,7 @@ struct Map : testing::Test {
   }
   void tap(const View& view) {
     phone.pump.drain();
-    phone.tapAt(tapPoint(view));
-    phone.pump.drain();
+    phone.tap(tapPoint(view));
   }
 
   Phone phone;
@@ -89,7 +88,7 @@ TEST_F(Map, ATapOpensTheWindowAndATapOnTheWindowTells) {
   tap(*b);
   EXPECT_EQ(map->openMarker(), b.get());
   EXPECT_TRUE(map->ground().window()->snippet().hidden());
-  phone.tapAt({20, 60});  // the ground
+  phone.tap({20, 60});  // the ground
   EXPECT_EQ(map->openMarker(), nullptr);
   // A map that loses its markers loses its window too.
   tap(*a);

@@ -42,7 +42,7 @@ struct OverlayTest : testing::Test {
   void tap(const char* text) {
     auto view = find(*phone.window, text);
     ASSERT_TRUE(view) << text;
-    phone.tapAt(tapPoint(*view));
+    phone.tap(tapPoint(*view));
   }
 };
 
@@ -54,9 +54,9 @@ TEST_F(OverlayTest, ADialogIsDismissedOnceWithItsResult) {
     std::vector<int> heard;
   } cases[] = {
       {"a button", false, [&](Dialog&) { tap("Cerca"); }, {-1}},
-      {"a tap beside it", true, [&](Dialog&) { phone.tapAt(beside); }, {-3}},
-      {"a tap beside a firm one", false, [&](Dialog&) { phone.tapAt(beside); }, {}},
-      {"a tap on the card", true, [&](Dialog& d) { phone.tapAt(d.view()->center()); }, {}},
+      {"a tap beside it", true, [&](Dialog&) { phone.tap(beside); }, {-3}},
+      {"a tap beside a firm one", false, [&](Dialog&) { phone.tap(beside); }, {}},
+      {"a tap on the card", true, [&](Dialog& d) { phone.tap(d.view()->center()); }, {}},
       {"Escape", true, [&](Dialog&) { phone.app.key(Key::Escape); }, {-3}},
       {"Escape on a firm one", false, [&](Dialog&) { phone.app.key(Key::Back); }, {}},
       {"dismissed twice",
@@ -241,12 +241,12 @@ TEST_F(OverlayTest, ProgressIsOneAndModalUntilHidden) {
   phone.pump.settle();
   EXPECT_TRUE(find(*phone.window, "Quasi fatto"));
   EXPECT_FALSE(find(*phone.window, "Caricamento..."));
-  phone.tapAt({50, 50});
+  phone.tap({50, 50});
   EXPECT_FALSE(phone.app.key(Key::Escape)) << "nowhere to go back to";
   EXPECT_EQ(taps, 0);
   EXPECT_FALSE(find(*phone.window, "#page"));
   phone.app.hud().hideProgress();
-  phone.tapAt({50, 50});
+  phone.tap({50, 50});
   EXPECT_EQ(taps, 1) << "free at once, while it fades";
   phone.pump.settle();
   EXPECT_TRUE(phone.window->overlay().children().empty());
@@ -277,7 +277,7 @@ TEST_F(OverlayTest, WhatOnlyInformsClosesByAnyWayOut) {
        {0}},
       {"Escape is no answer", {"Chiudi"}, [&] { phone.app.key(Key::Escape); }, {-1}},
       {"Back", {"Chiudi"}, [&] { phone.app.key(Key::Back); }, {-1}},
-      {"a tap beside it", {"Chiudi"}, [&] { phone.tapAt(beside); }, {-1}},
+      {"a tap beside it", {"Chiudi"}, [&] { phone.tap(beside); }, {-1}},
       {"a question waits", {"Sì", "No"}, [&] { phone.app.key(Key::Escape); }, {}},
   };
   for (const auto& c : cases) {
@@ -294,15 +294,15 @@ TEST_F(OverlayTest, ADialogThatComesUnderAFingerIsNotAnsweredByIt) {
   auto d = dialog(true);
   d->present();
   phone.pump.advance(100);
-  phone.tapAt(beside);
+  phone.tap(beside);
   tap("Cerca");
   EXPECT_TRUE(results.empty()) << "the second tap of two closed it unread";
   phone.pump.settle();
   tap("Cerca");
-  phone.tapAt({50, 50});
+  phone.tap({50, 50});
   EXPECT_EQ(taps, 0) << "the second tap on its button went through to the page";
   phone.pump.settle();
-  phone.tapAt({50, 50});
+  phone.tap({50, 50});
   EXPECT_EQ(taps, 1);
 }
 
@@ -329,7 +329,7 @@ TEST_F(OverlayTest, AToastLetsTapsThroughAndGoesByItself) {
   phone.app.hud().toast("Connessione non presente", 1500);
   EXPECT_TRUE(phone.pump.settle()) << "a toast keeps nothing busy";
   EXPECT_EQ(phone.app.hud().toastText(), "Connessione non presente");
-  phone.tapAt({160, 568 * 0.8});
+  phone.tap({160, 568 * 0.8});
   EXPECT_EQ(taps, 1);
   phone.pump.advance(1000);
   phone.app.hud().toast("Altro", 1500);

@@ -179,7 +179,7 @@ TEST_F(PagesTest, BarItemsAreButtonsWithNames) {
     EXPECT_GE(view->bounds().width, 44) << name;
     EXPECT_GE(view->bounds().height, 44) << name;
     const auto p = tapPoint(*view);
-    phone.tapAt(p);
+    phone.tap(p);
     phone.pump.settle();
   };
   tapNamed("Search");
@@ -252,7 +252,7 @@ struct DrawerTest : PagesTest {
 TEST_F(DrawerTest, OpensAndClosesInEachWay) {
   const auto close = drawer_gesture::kPanCenter | drawer_gesture::kPanDrawer;
   const auto swiped = [&](Point from, Point to) { return [=, this] { phone.swipe(from, to); }; };
-  const auto tapped = [&](Point at) { return [=, this] { phone.tapAt(at); }; };
+  const auto tapped = [&](Point at) { return [=, this] { phone.tap(at); }; };
   const struct {
     const char* says;
     bool startOpen;
@@ -264,11 +264,11 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
       {"swipe from the edge", false, 8, close, swiped({5, 300}, {250, 300}), true},
       {"a short swipe that rests falls back", false, 8, close,
        [&] {
-         phone.app.pointer(PointerPhase::Began, 1, 5, 300);
+         phone.down({5, 300});
          phone.pump.advance(16);
-         phone.app.pointer(PointerPhase::Moved, 1, 60, 300);
+         phone.move({60, 300});
          phone.pump.advance(500);
-         phone.app.pointer(PointerPhase::Ended, 1, 60, 300);
+         phone.up({60, 300});
        },
        false},
       {"a quick flick is enough", false, 8, close, swiped({5, 300}, {100, 300}), true},
@@ -284,8 +284,8 @@ TEST_F(DrawerTest, OpensAndClosesInEachWay) {
       {"Back", true, 8, close, [&] { phone.app.key(Key::Back); }, false},
       {"a finger that is cancelled half-way", true, 8, close,
        [&] {
-         phone.app.pointer(PointerPhase::Began, 1, 200, 300);
-         phone.app.pointer(PointerPhase::Moved, 1, 150, 300);
+         phone.down({200, 300});
+         phone.move({150, 300});
          phone.app.cancelPointer();
        },
        true},
@@ -313,14 +313,14 @@ TEST_F(DrawerTest, APullBeyondItsWidthStretchesItOnlyIfItMay) {
       SCOPED_TRACE(testing::Message() << "stretches " << stretches << " open " << startOpen);
       put(startOpen);
       const double from = startOpen ? 100 : 5;
-      phone.app.pointer(PointerPhase::Began, 1, from, 300);
-      phone.app.pointer(PointerPhase::Moved, 1, from + 50, 300);
-      phone.app.pointer(PointerPhase::Moved, 1, from + 310, 300);
+      phone.down({from, 300});
+      phone.move({from + 50, 300});
+      phone.move({from + 310, 300});
       const Rect pulled = menu->view().frameInWindow();
       EXPECT_EQ(pulled.x, 0);
       EXPECT_EQ(pulled.width > 280, stretches) << pulled.width;
       EXPECT_LE(pulled.width, 320);
-      phone.app.pointer(PointerPhase::Ended, 1, from + 310, 300);
+      phone.up({from + 310, 300});
       phone.pump.settle();
       EXPECT_TRUE(open());
       EXPECT_EQ(menu->view().frameInWindow(), (Rect{0, 0, 280, 568}));
@@ -332,13 +332,13 @@ TEST_F(DrawerTest, AnOpenDrawerKeepsThePageBehindOutOfReach) {
   drawer->openDrawer(DrawerSide::Left, true);
   EXPECT_FALSE(reachable(a->view())) << "from the start of the slide";
   phone.pump.settle();
-  phone.tapAt({50, 120});
+  phone.tap({50, 120});
   EXPECT_THAT(log, ElementsAre("+menu", "row"));
-  phone.tapAt({310, 90});  // would be "under"
+  phone.tap({310, 90});  // would be "under"
   phone.pump.settle();
   EXPECT_THAT(log, ElementsAre("+menu", "row", "-menu"));
   EXPECT_TRUE(reachable(a->view()));
-  phone.tapAt({50, 70});
+  phone.tap({50, 70});
   EXPECT_EQ(log.back(), "under");
 }
 
@@ -365,7 +365,7 @@ TEST_F(DrawerTest, TapsAreForThePageTheyWereAimedAt) {
   phone.pump.drain();
   log.clear();
   for (const int later : {0, 100, 200, 290}) {  // 590 ms in all
-    phone.tapAt(at);
+    phone.tap(at);
     phone.pump.advance(later);
   }
   EXPECT_EQ(stack(), "ab");
@@ -373,13 +373,13 @@ TEST_F(DrawerTest, TapsAreForThePageTheyWereAimedAt) {
   EXPECT_GT(rows->offset().y, 0) << "a drag is no tap";
   phone.pump.settle();
   EXPECT_THAT(log, testing::Not(testing::Contains("dial")));
-  phone.tapAt(at);
+  phone.tap(at);
   EXPECT_EQ(log.back(), "dial") << "later it is meant";
   // Two quick taps on the back button, or two keys, go back once.
   nav->push(makeShared<Page>("c", log), false);
   phone.pump.drain();
   for (const int later : {0, 150, 200}) {
-    phone.tapAt(back);
+    phone.tap(back);
     phone.pump.advance(later);
   }
   EXPECT_EQ(stack(), "ab");
@@ -397,9 +397,9 @@ TEST_F(DrawerTest, ASecondTapOnTheMenuChoosesNothingOnItsWayOut) {
     log.push_back("row");
     drawer->closeDrawer(true);
   });
-  phone.tapAt({20, 120});
+  phone.tap({20, 120});
   phone.pump.advance(16);
-  phone.tapAt({20, 120});
+  phone.tap({20, 120});
   EXPECT_THAT(log, testing::Not(testing::Contains("under")));
   EXPECT_EQ(std::count(log.begin(), log.end(), "row"), 1);
 }
@@ -422,14 +422,7 @@ TEST_F(DrawerTest, OnAPushedPageTheEdgeSwipeGoesBack) {
   for (const auto& c : cases) {
     if (!nav->contains(*b)) nav->push(b, false);
     phone.pump.settle();
-    phone.app.pointer(PointerPhase::Began, 1, c.from.x, c.from.y);
-    for (int i = 1; i <= 10; ++i) {
-      phone.pump.advance(16);
-      phone.app.pointer(PointerPhase::Moved, 1, c.from.x + (c.to.x - c.from.x) * i / 10,
-                        c.from.y + (c.to.y - c.from.y) * i / 10);
-    }
-    phone.pump.advance(c.rest);
-    phone.app.pointer(PointerPhase::Ended, 1, c.to.x, c.to.y);
+    phone.swipe(c.from, c.to, 16, c.rest);
     EXPECT_FALSE(open()) << c.says << ": the menu opened over a page that is not its own";
     phone.pump.settle();
     EXPECT_EQ(stack(), c.left) << c.says;
@@ -447,11 +440,11 @@ TEST_F(DrawerTest, OnAPushedPageTheEdgeSwipeGoesBack) {
   phone.pump.settle();
   EXPECT_EQ(stack(), "ab");
   b->navigationItem().setHidesBackButton(false);
-  phone.app.pointer(PointerPhase::Began, 1, 5, 300);
-  phone.app.pointer(PointerPhase::Moved, 1, 100, 300);
+  phone.down({5, 300});
+  phone.move({100, 300});
   nav->pop(false);
-  phone.app.pointer(PointerPhase::Moved, 1, 200, 300);
-  phone.app.pointer(PointerPhase::Ended, 1, 300, 300);
+  phone.move({200, 300});
+  phone.up({300, 300});
   phone.pump.settle();
   EXPECT_EQ(stack(), "a");
   EXPECT_EQ(a->view().frame().origin(), Point());
@@ -468,9 +461,9 @@ TEST_F(DrawerTest, AnOverlayCoversTheContentAndNothingElse) {
   phone.app.hud().showProgress("Caricamento...");
   phone.pump.settle();
   log.clear();
-  phone.tapAt({160, 90});
+  phone.tap({160, 90});
   EXPECT_THAT(log, ElementsAre()) << "the content is covered";
-  phone.tapAt(tapPoint(*find(*phone.window, "WEB")));
+  phone.tap(tapPoint(*find(*phone.window, "WEB")));
   EXPECT_THAT(log, ElementsAre("WEB"));
   phone.app.key(Key::Tab);
   phone.app.key(Key::Tab);
@@ -479,7 +472,7 @@ TEST_F(DrawerTest, AnOverlayCoversTheContentAndNothingElse) {
   // Over the menu it does not lie.
   EXPECT_TRUE(phone.app.key(Key::Menu));
   phone.pump.settle();
-  phone.tapAt({20, 120});
+  phone.tap({20, 120});
   EXPECT_EQ(log.back(), "row");
   EXPECT_TRUE(phone.app.key(Key::Escape));
   EXPECT_FALSE(open());
@@ -488,10 +481,10 @@ TEST_F(DrawerTest, AnOverlayCoversTheContentAndNothingElse) {
   EXPECT_EQ(stack(), "a");
   phone.pump.settle();
   EXPECT_TRUE(phone.app.hud().progressShown()) << "it is bound to no page";
-  phone.tapAt({160, 90});
+  phone.tap({160, 90});
   EXPECT_EQ(log.back(), "+a");
   phone.app.hud().hideProgress();
-  phone.tapAt({160, 90});
+  phone.tap({160, 90});
   EXPECT_EQ(log.back(), "under");
 }
 
@@ -512,7 +505,7 @@ TEST_F(DrawerTest, TheFocusIsSomewhereAfterEveryStep) {
       if (keys)
         phone.app.key(Key::Menu);
       else
-        phone.tapAt({20, 40});
+        phone.tap({20, 40});
       phone.pump.settle();
     };
     phone.app.focus().set(find(*phone.window, "Menu").get(), keys);
@@ -522,7 +515,7 @@ TEST_F(DrawerTest, TheFocusIsSomewhereAfterEveryStep) {
     if (keys)
       phone.app.key(Key::Escape);
     else
-      phone.tapAt({310, 300});
+      phone.tap({310, 300});
     phone.pump.settle();
     EXPECT_EQ(focused(), "Menu") << "closed by the user: back to where it was";
     second->setCurrent(true);

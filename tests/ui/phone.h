@@ -20,11 +20,6 @@ struct Phone : testing_support::WindowPhone {
     pump.drain();
     return page;
   }
-  // What it sets off in later turns is not run.
-  void tapAt(Point p) {
-    app.pointer(PointerPhase::Began, 1, p.x, p.y);
-    app.pointer(PointerPhase::Ended, 1, p.x, p.y);
-  }
 };
 
 template <class T = View>

@@ -124,14 +124,14 @@ TEST_F(WrappersTest, ColoursReachThePageBehindAndSpareTheReservedOne) {
 
 TEST_F(WrappersTest, TapsComeFromTheQueueAndALongPressOnce) {
   auto label = placed<KesLabelWrapper>();
-  phone.app.pointer(ui::PointerPhase::Began, 1, 20, 50);
-  phone.app.pointer(ui::PointerPhase::Ended, 1, 20, 50);
+  phone.down({20, 50});
+  phone.up({20, 50});
   EXPECT_THAT(owner->trace, IsEmpty());
   EXPECT_THAT(happened(), ElementsAre("click"));
-  phone.app.pointer(ui::PointerPhase::Began, 1, 20, 50);
+  phone.down({20, 50});
   phone.pump.advance(2000);
   EXPECT_THAT(happened(), ElementsAre("long"));
-  phone.app.pointer(ui::PointerPhase::Ended, 1, 20, 50);
+  phone.up({20, 50});
   EXPECT_THAT(happened(), IsEmpty());
   // Without a handler a label lets the finger through.
   EXPECT_FALSE(placed<KesLabelWrapper>("b").UserInteractionEnabled());
@@ -140,8 +140,8 @@ TEST_F(WrappersTest, TapsComeFromTheQueueAndALongPressOnce) {
 
 TEST_F(WrappersTest, APanelTellsOfTouchesAndOfItsLastSize) {
   auto panel = placed<KesPanelWrapper>();
-  phone.app.pointer(ui::PointerPhase::Began, 1, 15, 40);
-  phone.app.pointer(ui::PointerPhase::Moved, 1, 25, 41);
+  phone.down({15, 40});
+  phone.move({25, 41});
   phone.app.pointer(ui::PointerPhase::Cancelled, 1, 25, 41);
   EXPECT_THAT(owner->trace, ElementsAre("touch 0,5,10", "touch 2,15,11", "touch 1,15,11"));
   owner->trace.clear();
