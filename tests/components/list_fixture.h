@@ -50,13 +50,11 @@ class ListTest : public testing::Test {
   }
 
   Ref<kes_customlistview> newList(const Ref<Object>& owner, const char* orientation) {
-    KesPanelWrapper base;
-    base.Initialize(nullptr, "");
+    auto base = fresh<KesPanelWrapper>();
     base.setColor(KesColors::Yellow);
     page.RootPanel().RemoveAllViews();
     page.RootPanel().AddView(base, 0, 0, kListWidth, kListHeight);
-    KesLabelWrapper label;
-    label.Initialize(nullptr, "");
+    auto label = fresh<KesLabelWrapper>();
     label.setFont(KesFont::CreateNew(20));
     label.setTextColor(KesColors::Blue);
     label.setTextAlignment(KesLabelWrapper::ALIGNMENT_CENTER);

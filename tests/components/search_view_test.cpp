@@ -28,11 +28,9 @@ class SearchView : public testing::Test {
     ClassRegistry::instance().add<SearchOwner>();
     owner = make<SearchOwner>(0);
     page = phone.showPage(owner->bi(), "page");
-    KesPanelWrapper base;
-    base.Initialize(nullptr, "");
+    auto base = fresh<KesPanelWrapper>();
     page.RootPanel().AddView(base, 10, 8, 300, 500);
-    KesLabelWrapper label;
-    label.Initialize(nullptr, "");
+    auto label = fresh<KesLabelWrapper>();
     search = make<kes_searchview>(owner->bi(), owner, "Sv");
     search->_designercreateview(base, label, KesMap());
     phone.pump.drain();

@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QQuickWindow>
+#include <map>
 
 #include "desk.h"
 #include "platform/qt/access/accessible_tree.h"
@@ -76,32 +77,15 @@ class Reader : public Desk {
     };
   }
   static std::string kind(QAccessible::Role role) {
-    switch (role) {
-      case QAccessible::Button:
-        return "button ";
-      case QAccessible::StaticText:
-        return "text ";
-      case QAccessible::Heading:
-        return "heading ";
-      case QAccessible::EditableText:
-        return "field ";
-      case QAccessible::CheckBox:
-        return "switch ";
-      case QAccessible::Slider:
-        return "slider ";
-      case QAccessible::ListItem:
-        return "row ";
-      case QAccessible::AlertMessage:
-        return "alert ";
-      case QAccessible::Grouping:
-        return "map ";
-      case QAccessible::Link:
-        return "link ";
-      case QAccessible::WebDocument:
-        return "page ";
-      default:
-        return "? ";
-    }
+    static const std::map<QAccessible::Role, const char*> kinds = {
+        {QAccessible::Button, "button "},   {QAccessible::StaticText, "text "},
+        {QAccessible::Heading, "heading "}, {QAccessible::EditableText, "field "},
+        {QAccessible::CheckBox, "switch "}, {QAccessible::Slider, "slider "},
+        {QAccessible::ListItem, "row "},    {QAccessible::AlertMessage, "alert "},
+        {QAccessible::Grouping, "map "},    {QAccessible::Link, "link "},
+        {QAccessible::WebDocument, "page "}};
+    const auto found = kinds.find(role);
+    return found == kinds.end() ? "? " : found->second;
   }
 };
 

@@ -54,11 +54,7 @@ class Notify : public Desk {
     bus_.kill();
     bus_.waitForFinished();
   }
-  template <class Condition>
-  bool until(Condition condition) {
-    for (int turns = 0; turns < 500 && !condition(); ++turns) loop.pass(10);
-    return condition();
-  }
+  bool until(const std::function<bool()>& condition) { return loop.until(condition, 5000); }
 
   QProcess bus_;
   Notifications service_;
@@ -77,7 +73,7 @@ TEST_F(Notify, AreShownAsTextAndAClickBringsTheWindowBack) {
   const auto minimised = [&] {
     return (screen.window().windowStates() & Qt::WindowMinimized) != 0;
   };
-  ASSERT_TRUE(until([&] { return minimised(); }));
+  ASSERT_TRUE(until(minimised));
   // Somebody else's, on the same bus; then ours.
   Q_EMIT service_.ActionInvoked(service_.last + 1, "default");
   app.notify({"Titolo", "altro", true});

@@ -20,6 +20,14 @@ namespace kes {
 
 using Trace = std::vector<std::string>;
 
+// A page or view of its own, as a program makes one.
+template <class W>
+W fresh(const Ref<Kes>& bi = nullptr, const char* prefix = "") {
+  W made;
+  made.Initialize(bi, prefix);
+  return made;
+}
+
 struct RuntimePhone : testing_support::WindowPhone {
   explicit RuntimePhone(ui::Size size = {320, 568}, double textScale = 1)
       : WindowPhone({.size = size, .textScale = textScale}) {
@@ -30,8 +38,7 @@ struct RuntimePhone : testing_support::WindowPhone {
   }
   // A page without bars, fitted to the window.
   KesPage showPage(const Ref<Kes>& bi, const char* prefix) {
-    KesPage page;
-    page.Initialize(bi, prefix);
+    const auto page = fresh<KesPage>(bi, prefix);
     window->setRootViewController(page.native());
     pump.drain();
     return page;

@@ -3,11 +3,11 @@
 namespace ui {
 namespace {
 
+using Animation = PageTest;
 using testing::ElementsAre;
 
-TEST(Animation, TheViewIsThereAtOnceWhatIsSeenFollows) {
-  Phone phone;
-  auto view = place(phone.plainPage()->view(), {0, 0, 100, 100});
+TEST_F(Animation, TheViewIsThereAtOnceWhatIsSeenFollows) {
+  auto view = place(page, {0, 0, 100, 100});
   bool finished = false;
   phone.app.animator().frame(*view, {100, 0, 200, 100}, {400, Timing::Linear},
                              [&](bool f) { finished = f; });
@@ -24,13 +24,11 @@ TEST(Animation, TheViewIsThereAtOnceWhatIsSeenFollows) {
   EXPECT_EQ(view->presented().frame(), view->frame());
 }
 
-TEST(Animation, EndsInEachWayWithOneWord) {
+TEST_F(Animation, EndsInEachWayWithOneWord) {
   std::vector<std::string> heard;
   const auto hear = [&](std::string who) {
     return [&heard, who](bool finished) { heard.push_back(who + (finished ? " yes" : " no")); };
   };
-  Phone phone;
-  auto& page = phone.plainPage()->view();
   auto& animator = phone.app.animator();
   const Timing linear{100, Timing::Linear};
 
@@ -58,9 +56,7 @@ TEST(Animation, EndsInEachWayWithOneWord) {
               ElementsAre("replaced no", "newer yes", "set directly no", "at once yes", "died no"));
 }
 
-TEST(Animation, CompletionsMayStartAndEndAnything) {
-  Phone phone;
-  auto& page = phone.plainPage()->view();
+TEST_F(Animation, CompletionsMayStartAndEndAnything) {
   auto& animator = phone.app.animator();
   auto a = place(page, {0, 0, 10, 10}), b = place(page, {0, 0, 10, 10});
   int again = 0;
@@ -75,7 +71,7 @@ TEST(Animation, CompletionsMayStartAndEndAnything) {
   EXPECT_EQ(a->alpha(), 1);
 }
 
-TEST(Animation, ColoursMixAndCurvesStartAndArrive) {
+TEST_F(Animation, ColoursMixAndCurvesStartAndArrive) {
   EXPECT_EQ(Color(0xFF000000).mixed(Color(0x01FF8000), 0), Color(0xFF000000));
   EXPECT_EQ(Color(0xFF000000).mixed(Color(0x01FF8000), 1), Color(0x01FF8000));
   EXPECT_EQ(Color(0xFF000000).mixed(Color(0xFFFF8000), 0.5), Color(0xFF804000));

@@ -11,10 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-struct InputTest : testing::Test {
-  Phone phone;
-  Ref<ViewController> controller = phone.plainPage();
-  View& page = controller->view();
+struct InputTest : PageTest {
   std::vector<std::string> log;
 
   template <class T = View>

@@ -17,11 +17,11 @@ AttributedText withLinks(std::initializer_list<std::pair<const char*, const char
   return text;
 }
 
-TEST(LabelLinks, AreReachedByTabAndOpenedOneByOne) {
-  Phone phone;
-  const auto page = phone.plainPage();
-  auto plain = placeText(page->view(), {0, 0, 300, 20}, "testo");
-  auto label = place<Label>(page->view(), {0, 40, 300, 20});
+using LabelLinks = PageTest;
+
+TEST_F(LabelLinks, AreReachedByTabAndOpenedOneByOne) {
+  auto plain = placeText(page, {0, 0, 300, 20}, "testo");
+  auto label = place<Label>(page, {0, 40, 300, 20});
   label->setAttributedText(
       withLinks({{"qui", "https://a.example/"}, {"là", "https://b.example/"}}));
   EXPECT_FALSE(plain->canFocus());
@@ -42,7 +42,7 @@ TEST(LabelLinks, AreReachedByTabAndOpenedOneByOne) {
   EXPECT_EQ(label->role(), Role::StaticText);
 }
 
-TEST(LabelLinks, ARunOffTheBaselineMakesItsLineHigher) {
+TEST_F(LabelLinks, ARunOffTheBaselineMakesItsLineHigher) {
   headless::FixedTextEngine engine;
   const auto height = [&](double up) {
     AttributedText text("a\nb");

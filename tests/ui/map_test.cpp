@@ -13,9 +13,9 @@ using testing::HasSubstr;
 
 constexpr GeoPoint kCentre{45.238, 10.042};
 
-struct Map : testing::Test {
+struct Map : PageTest {
   Map() {
-    map = place<MapView>(phone.plainPage()->view(), {0, 20, 320, 548}, "carta");
+    map = place<MapView>(page, {0, 20, 320, 548}, "carta");
     map->onWindowTap = [this](MapMarker& m) { windows.push_back(m.title()); };
     map->setCamera({kCentre, 15}, false);
   }
@@ -30,7 +30,6 @@ struct Map : testing::Test {
     phone.tap(tapPoint(view));
   }
 
-  Phone phone;
   Ref<MapView> map;
   std::vector<std::string> windows;
 };

@@ -12,15 +12,13 @@ namespace {
 
 using testing::ElementsAre;
 
-struct OverlayTest : testing::Test {
-  Phone phone;
-  Ref<ViewController> controller = phone.plainPage();
+struct OverlayTest : PageTest {
   std::vector<int> results;
   int taps = 0;
   static constexpr Point beside{2, 560};  // any dialog
 
   OverlayTest() {
-    auto back = place(controller->view(), {0, 0, 320, 568}, "page");
+    auto back = place(page, {0, 0, 320, 568}, "page");
     back->setOnTap([this](View&) { ++taps; });
   }
   Ref<Dialog> dialog(bool cancelable) {
@@ -307,8 +305,8 @@ TEST_F(OverlayTest, ADialogThatComesUnderAFingerIsNotAnsweredByIt) {
 }
 
 TEST_F(OverlayTest, TheFocusGoesToADialogAndBackToWhereItWas) {
-  auto field = place<TextField>(controller->view(), {0, 100, 320, 40}, "behind");
-  auto button = place<Button>(controller->view(), {0, 200, 320, 40}, "button");
+  auto field = place<TextField>(page, {0, 100, 320, 40}, "behind");
+  auto button = place<Button>(page, {0, 200, 320, 40}, "button");
   phone.app.focus().set(button.get(), true);
   auto d = dialog(true);
   d->present();
@@ -342,7 +340,7 @@ TEST_F(OverlayTest, AToastLetsTapsThroughAndGoesByItself) {
 }
 
 TEST_F(OverlayTest, WhatIsBehindADialogIsHiddenFromAssistiveTechnology) {
-  placeText(controller->view(), {0, 0, 100, 20}, "dietro");
+  placeText(page, {0, 0, 100, 20}, "dietro");
   const auto names = [&] {
     std::vector<std::string> all;
     for (const auto& e : accessibilityTree(*phone.window)) all.push_back(e.name);

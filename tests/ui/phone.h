@@ -22,6 +22,13 @@ struct Phone : testing_support::WindowPhone {
   }
 };
 
+// A phone that shows one plain page.
+struct PageTest : testing::Test {
+  Phone phone;
+  Ref<ViewController> controller = phone.plainPage();
+  View& page = controller->view();
+};
+
 template <class T = View>
 Ref<T> place(View& parent, const Rect& frame, std::string name = {}) {
   auto view = makeShared<T>();

@@ -34,10 +34,10 @@ TEST(View, ChildrenMoveBetweenParentsAndOrders) {
   EXPECT_EQ(kept->parent(), nullptr) << "a child that outlives its parent still points at it";
 }
 
-TEST(View, ConvertsPointsThroughScrolling) {
-  Phone phone;
-  auto page = phone.plainPage();
-  auto scroll = place<ScrollView>(page->view(), {10, 100, 300, 200});
+using ViewOnPage = PageTest;
+
+TEST_F(ViewOnPage, ConvertsPointsThroughScrolling) {
+  auto scroll = place<ScrollView>(page, {10, 100, 300, 200});
   scroll->setContentSize({300, 1000});
   auto row = place(scroll->content(), {0, 400, 300, 40});
   scroll->setOffset({0, 350});
@@ -46,9 +46,7 @@ TEST(View, ConvertsPointsThroughScrolling) {
   EXPECT_EQ(row->toWindow({5, 5}), (Point{15, 155}));
 }
 
-TEST(View, HitTestRespectsWhatTakesTouches) {
-  Phone phone;
-  auto& page = phone.plainPage()->view();
+TEST_F(ViewOnPage, HitTestRespectsWhatTakesTouches) {
   auto back = place(page, {0, 0, 200, 200}, "back");
   auto front = place(page, {50, 50, 100, 100}, "front");
   auto inner = place(*front, {10, 10, 20, 20}, "inner");
@@ -109,9 +107,9 @@ class Recorder : public View {
   }
 };
 
-TEST(Layout, VisitsOnlyWhatChangedParentsFirst) {
-  Phone phone;
-  auto& page = phone.plainPage()->view();
+using Layout = PageTest;
+
+TEST_F(Layout, VisitsOnlyWhatChangedParentsFirst) {
   std::vector<std::string> log;
   auto outer = place<Recorder>(page, {0, 0, 100, 100}, "outer");
   auto inner = place<Recorder>(*outer, {0, 0, 50, 50}, "inner");
@@ -136,9 +134,7 @@ TEST(Layout, VisitsOnlyWhatChangedParentsFirst) {
       << "what a layout resizes elsewhere is laid out in the same pass";
 }
 
-TEST(Layout, EndsThoughAViewNeverComesToRestOrRemovesItself) {
-  Phone phone;
-  auto& page = phone.plainPage()->view();
+TEST_F(Layout, EndsThoughAViewNeverComesToRestOrRemovesItself) {
   auto restless = place<Recorder>(page, {0, 0, 1, 1});
   restless->during = [&] { restless->setBounds({0, 0, restless->bounds().width + 1, 1}); };
   auto leaver = place<Recorder>(page, {0, 0, 1, 1});
@@ -183,35 +179,32 @@ TEST(Screen, AsksForOneFrameHoweverMuchChanges) {
   EXPECT_EQ(label->takeChanges(), Change::None);
 }
 
-struct LongList {
-  explicit LongList(Phone& phone) : page(phone.plainPage()) {
-    scroll = place<ScrollView>(page->view(), {0, 68, 320, 500});
+struct LongList : PageTest {
+  LongList() {
+    scroll = place<ScrollView>(page, {0, 68, 320, 500});
     for (int i = 0; i < 10000; ++i) {
       auto outer = place(scroll->content(), {0, i * 52.0, 320, 50});
       auto inner = place(*outer, {0, 0, 320, 50});
       placeText(*inner, {10, 0, 300, 50}, "riga " + std::to_string(i));
     }
     scroll->setContentSize({320, 10000 * 52.0});
+    phone.pump.drain();
   }
-  std::vector<std::string> visibleRows(Window& window, int* visited = nullptr) {
+  std::vector<std::string> visibleRows() {
     std::vector<std::string> rows;
-    int count = 0;
-    window.visitVisible([&](const Visible& v) {
-      ++count;
+    visited = 0;
+    phone.window->visitVisible([&](const Visible& v) {
+      ++visited;
       if (const auto text = v.view.displayText(); !text.empty()) rows.push_back(text);
       return true;
     });
-    if (visited) *visited = count;
     return rows;
   }
-  Ref<ViewController> page;
   Ref<ScrollView> scroll;
+  int visited = 0;
 };
 
-TEST(VisibleWalk, SeesOnlyTheRowsOnTheScreen) {
-  Phone phone;
-  LongList list(phone);
-  phone.pump.drain();
+TEST_F(LongList, SeesOnlyTheRowsOnTheScreen) {
   const struct {
     const char* says;
     double offset;
@@ -225,9 +218,8 @@ TEST(VisibleWalk, SeesOnlyTheRowsOnTheScreen) {
       {"at the end", 1e9, "riga 9990", "riga 9999", 10},
   };
   for (const auto& c : cases) {
-    list.scroll->setOffset({0, c.offset});
-    int visited = 0;
-    const auto rows = list.visibleRows(*phone.window, &visited);
+    scroll->setOffset({0, c.offset});
+    const auto rows = visibleRows();
     ASSERT_EQ(rows.size(), c.rows) << c.says;
     EXPECT_EQ(rows.front(), c.first) << c.says;
     EXPECT_EQ(rows.back(), c.last) << c.says;
@@ -235,42 +227,39 @@ TEST(VisibleWalk, SeesOnlyTheRowsOnTheScreen) {
   }
 }
 
-TEST(VisibleWalk, KeepsUpWithRowsThatMove) {
-  Phone phone;
-  LongList list(phone);
-  phone.pump.drain();
-  list.visibleRows(*phone.window);
-  auto& rows = list.scroll->content().children();
+TEST_F(LongList, KeepsUpWithRowsThatMove) {
+  visibleRows();
+  auto& rows = scroll->content().children();
   // As a list does for an insertion in the middle: the new one is last of the children.
   for (int i = 3; i < 10000; ++i) {
     const Ref<View> row = rows[static_cast<std::size_t>(i)];
     row->setCenter(row->center() + Point{0, 52});
   }
-  auto added = place(list.scroll->content(), {0, 3 * 52.0, 320, 50});
+  auto added = place(scroll->content(), {0, 3 * 52.0, 320, 50});
   placeText(*added, {0, 0, 320, 50}, "nuova");
-  const auto seen = list.visibleRows(*phone.window);
+  const auto seen = visibleRows();
   EXPECT_THAT(seen, testing::IsSupersetOf({"riga 2", "nuova", "riga 3", "riga 8"}));
   EXPECT_EQ(seen.size(), 10u);
   EXPECT_EQ(seen.back(), "nuova") << "back to front is the order of the children";
   rows[5000]->setFrame({0, 0, 320, 50});
-  EXPECT_EQ(list.visibleRows(*phone.window).size(), 11u);
+  EXPECT_EQ(visibleRows().size(), 11u);
   const Ref<View> first = rows[0];
   first->removeFromParent();
-  EXPECT_EQ(list.visibleRows(*phone.window).size(), 10u);
+  EXPECT_EQ(visibleRows().size(), 10u);
   // A row that slides in from far below is seen on its way.
   phone.app.animator().center(*rows[8000], {160, 25}, {1000, Timing::Linear});
   phone.app.animator().center(*rows[0], {160, 200000}, {1000, Timing::Linear});
-  EXPECT_THAT(list.visibleRows(*phone.window), testing::Contains("riga 1"))
+  EXPECT_THAT(visibleRows(), testing::Contains("riga 1"))
       << "a row that leaves the screen is where it is seen, not where it goes";
   phone.pump.settle();
-  const auto after = list.visibleRows(*phone.window);
+  const auto after = visibleRows();
   EXPECT_THAT(after, testing::Contains("riga 8001"));
   EXPECT_THAT(after, testing::Not(testing::Contains("riga 1")));
 }
 
-TEST(VisibleWalk, TellsClipOpacityAndFrame) {
-  Phone phone;
-  auto& page = phone.plainPage()->view();
+using VisibleWalk = PageTest;
+
+TEST_F(VisibleWalk, TellsClipOpacityAndFrame) {
   auto box = place(page, {100, 100, 100, 100}, "box");
   box->setClipsToBounds(true);
   box->setAlpha(0.5);

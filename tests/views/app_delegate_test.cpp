@@ -69,6 +69,10 @@ class AppDelegateTest : public testing::Test, protected testing_support::Headles
     pump.drain();
     return std::exchange(main.trace, {});
   }
+  void launch() {
+    delegate.didFinishLaunching();
+    happened();
+  }
   static MainModule& registered() {
     registerData();
     registerViews();
@@ -121,8 +125,7 @@ TEST_F(AppDelegateTest, AFaultAtTheStartPassesThrough) {
 }
 
 TEST_F(AppDelegateTest, LeavingIsToldInPlaceAndComingBackFromTheQueue) {
-  delegate.didFinishLaunching();
-  happened();
+  launch();
   app.activate();
   EXPECT_THAT(main.trace, IsEmpty());
   EXPECT_THAT(happened(), ElementsAre("active"));
@@ -135,8 +138,7 @@ TEST_F(AppDelegateTest, LeavingIsToldInPlaceAndComingBackFromTheQueue) {
 }
 
 TEST_F(AppDelegateTest, AddressesAndPushesBecomeEvents) {
-  delegate.didFinishLaunching();
-  happened();
+  launch();
   EXPECT_FALSE(delegate.openURL("varlo:home", Value(), "x")) << "the handler's answer";
   EXPECT_THAT(main.trace, ElementsAre("url varlo:home from nil"));
   EXPECT_TRUE(test.logged("openURL: varlo:home, "));
@@ -156,7 +158,7 @@ TEST_F(AppDelegateTest, AddressesAndPushesBecomeEvents) {
 }
 
 TEST_F(AppDelegateTest, ALocalNotificationComesAtItsTime) {
-  delegate.didFinishLaunching();
+  launch();
   app.activate();
   happened();
   KesNotificationWrapper n;

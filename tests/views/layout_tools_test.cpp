@@ -127,22 +127,11 @@ TEST(LayoutTools, FaultsNameTheLineAndWhatIsWrong) {
   }
 }
 
-TEST(LayoutTools, TheReaderRefusesEveryDamageThatChangesTheShape) {
+TEST(LayoutTools, TheReaderRefusesWhatIsCutOffOrGoesOn) {
   const std::string bytes = layouts::toBytes(layouts::compile(kEverything, "e"));
   for (std::size_t n = 0; n < bytes.size(); ++n)
     EXPECT_THROW(layouts::fromBytes(bytes.substr(0, n)), layouts::Error) << n;
   EXPECT_THROW(layouts::fromBytes(bytes + "x"), layouts::Error);
-  int readable = 0;
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    std::string altered = bytes;
-    altered[i] = static_cast<char>(altered[i] ^ 0xFF);
-    try {
-      layouts::print(layouts::fromBytes(altered));
-      ++readable;
-    } catch (const layouts::Error&) {
-    }
-  }
-  EXPECT_GT(readable, 0);
 }
 
 // --- The app's own.
@@ -221,8 +210,7 @@ TEST(AppLayouts, AllLoadWithTheirViewsOnPhonesOfEverySize) {
     for (const auto& [name, expected] : views) {
       const std::string where = name + " on " + std::to_string(int(screen.width));
       writeLayout(name, sourceOf(name));
-      KesPanelWrapper panel;
-      panel.Initialize(owner->bi(), "");
+      auto panel = fresh<KesPanelWrapper>(owner->bi());
       const auto row = rows.find(name);
       const ui::Size size = row == rows.end()
                                 ? ui::Size{screen.width, screen.height - 64}

@@ -425,8 +425,7 @@ label kex
   EXPECT_EQ(owner->kex.Width(), 320);
   EXPECT_GT(tall, 0);
 
-  KesPanelWrapper plain;
-  plain.Initialize(owner->bi(), "");
+  auto plain = fresh<KesPanelWrapper>(owner->bi());
   EXPECT_FALSE(KesLayoutBuilder().resizeLayout(owner->bi(), plain));
   EXPECT_TRUE(phone.test.logged("ResizeLayout: Layout data not found."));
 }

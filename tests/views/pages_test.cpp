@@ -67,8 +67,7 @@ TEST_F(PagesTest, TellsOfAppearingAndGoingEachTimeAndOfTheSizeOnce) {
 }
 
 TEST_F(PagesTest, AStackNeverHoldsAPageTwice) {
-  KesPage third;
-  third.Initialize(owner->bi(), "third");
+  auto third = fresh<KesPage>(owner->bi(), "third");
   for (const auto& page : {home, second, third, second, home, home}) nav.ShowPage2(page, false);
   EXPECT_THAT(stack(), ElementsAre(home.object()));
   nav.RemoveCurrentPage2(false);
@@ -123,13 +122,11 @@ TEST_F(PagesTest, APageHasItsSizeFromItsMakingAndWhatTheBarsLeaveOnceShown) {
        {std::tuple{ui::Size{320, 568}, "320,548", "320,504"}, {{568, 320}, "568,300", "568,256"}}) {
     phone.turn(screen);
     happened();
-    KesPage fresh, slid;
-    fresh.Initialize(owner->bi(), "Home");
-    slid.Initialize(owner->bi(), "Home");
-    EXPECT_EQ(fresh.native()->view().bounds().size(), screen);
-    EXPECT_EQ(sizeOf(fresh), made) << "a page of its own leaves room for the status bar";
-    nav.ShowPage2(fresh, false);
-    EXPECT_EQ(sizeOf(fresh), shown);
+    auto plain = fresh<KesPage>(owner->bi(), "Home"), slid = fresh<KesPage>(owner->bi(), "Home");
+    EXPECT_EQ(plain.native()->view().bounds().size(), screen);
+    EXPECT_EQ(sizeOf(plain), made) << "a page of its own leaves room for the status bar";
+    nav.ShowPage2(plain, false);
+    EXPECT_EQ(sizeOf(plain), shown);
     nav.ShowPage(slid);
     EXPECT_EQ(sizeOf(slid), shown) << "while it slides in";
     EXPECT_THAT(owner->trace, ElementsAre("home goes", "home goes")) << "no size told yet";
@@ -188,8 +185,7 @@ TEST_F(PagesTest, ListensToTheKeyboardOnlyWhileShownAndOnlyForAHandler) {
   phone.screen.keyboard = 216;
   nav.ShowPage2(home, false);
   happened();
-  KesTextFieldWrapper field;
-  field.Initialize(owner->bi(), "");
+  auto field = fresh<KesTextFieldWrapper>(owner->bi());
   home.RootPanel().AddView(field, 0, 0, 100, 40);
   phone.pump.drain();
   field.RequestFocus();
@@ -251,12 +247,11 @@ toolbar3:
 }
 
 TEST_F(PagesTest, TheDrawerIsReachedByNameAndByItsMasks) {
-  KesPage left, none;
-  left.Initialize(owner->bi(), "lp");
+  auto left = fresh<KesPage>(owner->bi(), "lp");
   KesSideMenuController drawer;
   EXPECT_EQ(thrownBy([&] { drawer.OpenLeftMenu(); }),
             "Object was not initialized (MMDrawerController)");
-  drawer.Initialize(left, nav, none);
+  drawer.Initialize(left, nav, KesPage());
   EXPECT_EQ(drawer.native()->closeGestureMask, 68);
   EXPECT_EQ(drawer.native()->openGestureMask, 8);
   drawer.setOpenGesturesEnabled(false);

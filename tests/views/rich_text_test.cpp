@@ -105,8 +105,7 @@ TEST_F(RichText, OnlyAnUnknownAlignmentFails) {
 }
 
 TEST_F(RichText, ALabelKeepsTheTextAsItWas) {
-  KesLabelWrapper label;
-  label.Initialize(nullptr, "");
+  auto label = fresh<KesLabelWrapper>();
   KesCSBuilder builder;
   builder.Initialize().Color(KesColors::Red).Append("Uno").PopAll();
   label.setAttributedText(builder);
@@ -128,8 +127,7 @@ TEST_F(RichText, ARichStringSetsAttributesByRange) {
     EXPECT_THAT(thrownBy([&] { string->_color(0, start, end); }), HasSubstr("length 8"));
   EXPECT_EQ(thrownBy([&] { string->_addattribute("NSNiente", 1, 0, 1); }),
             "Invalid attribute: NSNiente");
-  KesLabelWrapper label;
-  label.Initialize(nullptr, "");
+  auto label = fresh<KesLabelWrapper>();
   string->_settolabel(label);
   EXPECT_TRUE(label.Text() == "Via Roma");
 }

@@ -165,11 +165,8 @@ TEST_F(WrappersTest, APanelTellsOfTouchesAndOfItsLastSize) {
 
 TEST_F(WrappersTest, PanelsListWhatTheyHoldDepthFirst) {
   auto outer = placed<KesPanelWrapper>("x");
-  KesPanelWrapper inner;
-  inner.Initialize(owner->bi(), "");
-  KesLabelWrapper first, second;
-  first.Initialize(owner->bi(), "");
-  second.Initialize(owner->bi(), "");
+  auto inner = fresh<KesPanelWrapper>(owner->bi());
+  auto first = fresh<KesLabelWrapper>(), second = fresh<KesLabelWrapper>();
   outer.AddView(inner, 0, 0, 10, 10);
   inner.AddView(first, 0, 0, 10, 10);
   outer.AddView(second, 1, 2, 3, 4);
@@ -280,33 +277,28 @@ TEST_F(WrappersTest, ATableShowsItsRowsAfterReloadAndGivesThemBack) {
 TEST_F(WrappersTest, FontsComeFromTheDesignersMap) {
   const struct {
     const char* source;
-    float scale;
     ui::Font font;
     const char* text;
   } cases[] = {
-      {"system 16", 1, ui::Font::system(16), "x"},
-      {"bold 10", 1.5f, ui::Font::bold(15), "x"},
-      {"italic 13", 1, ui::Font::italic(13), "x"},
-      {"\"Georgia\" 12", 2, ui::Font::named("Georgia", 24), "x"},
-      {"\"FontAwesome\" 20 \"\\u{F015}\"", 1, ui::Font::named("FontAwesome", 20), "\uF015"},
-      {"\"Material Icons\" 20 \"\\u{E0CD}\"", 1, ui::Font::named("Material Icons", 20), "\uE0CD"},
-      {"system 0", 1, ui::Font::system(17), "x"},
-      {"system 1e30", 1, ui::Font::system(512), "x"},
+      {"system 16", ui::Font::system(16), "x"},
+      {"bold 10", ui::Font::bold(10), "x"},
+      {"italic 13", ui::Font::italic(13), "x"},
+      {"\"Georgia\" 12", ui::Font::named("Georgia", 12), "x"},
+      {"\"FontAwesome\" 20 \"\\u{F015}\"", ui::Font::named("FontAwesome", 20), "\uF015"},
+      {"\"Material Icons\" 20 \"\\u{E0CD}\"", ui::Font::named("Material Icons", 20), "\uE0CD"},
+      {"system 0", ui::Font::system(17), "x"},
+      {"system 1e30", ui::Font::system(512), "x"},
   };
   for (const auto& c : cases) {
-    auto file = layouts::compile(
-        "variant 1x1\nlabel a\n  frame: left 0 width 0, top 0 height 0\n"
-        "  text: \"x\"\n  font: " +
-            std::string(c.source),
-        "t");
-    writeLayout("t", file);
+    writeLayout("t",
+                "variant 1x1\nlabel a\n  frame: left 0 width 0, top 0 height 0\n"
+                "  text: \"x\"\n  font: " +
+                    std::string(c.source));
     page.RootPanel().RemoveAllViews();
     page.RootPanel().LoadLayout("t", owner->bi());
     auto label = KesLabelWrapper::fromBoxed(page.RootPanel().GetView(0));
     EXPECT_EQ(label.Text(), Text(c.text)) << c.source;
-    if (c.scale == 1) {
-      EXPECT_EQ(label.Font().font(), c.font) << c.source;
-    }
+    EXPECT_EQ(label.Font().font(), c.font) << c.source;
   }
   EXPECT_TRUE(KesFont::CreateMaterialIcons(20) == Value(KesFont::CreateNew2("Material Icons", 20)));
   EXPECT_EQ(MeasureWidth("abcd", KesFont::CreateNew(10)), 20);
