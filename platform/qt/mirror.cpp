@@ -39,7 +39,10 @@ bool Mirror::see(const ui::Visible& seen) {
   if (item->parentItem() != parent) item->setParentItem(parent);
   item->setOpacity(top ? seen.opacity : seen.opacity / open_.back().opacity);
   item->show(seen, changed, top ? ui::Point{} : open_.back().origin);
-  open_.push_back({item, seen.depth, seen.opacity, seen.frame.origin() + item->insideOffset(), {}});
+  ViewItem* round = item->insideRadius() > 0 ? item : top ? nullptr : open_.back().round;
+  if (round) item->leaveToCornersOf(*round);
+  open_.push_back(
+      {item, round, seen.depth, seen.opacity, seen.frame.origin() + item->insideOffset(), {}});
   return !item->drawsInside();
 }
 

@@ -39,6 +39,7 @@ class Mirror {
   };
   struct Level {  // an open branch of the walk
     ViewItem* item;
+    ViewItem* round;  // the nearest of it and those around it that cuts round corners, or null
     int depth;
     double opacity;
     ui::Point origin;                 // of its inside, in window points

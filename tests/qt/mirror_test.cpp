@@ -11,6 +11,8 @@
 #include "platform/ui/controls/image_view.h"
 #include "platform/ui/controls/indicators.h"
 #include "platform/ui/controls/scroll_view.h"
+#include "platform/ui/controls/text_input.h"
+#include "platform/ui/controls/web_view.h"
 
 static constexpr ui::Color kRed{0xFFFF0000}, kGreen{0xFF00FF00}, kBlue{0xFF0000FF};
 
@@ -215,6 +217,52 @@ TEST_F(OnScreen, RoundCornersCutWhatIsInside) {
   // Moved out of the corners, it is a plain box again.
   head->setFrame({0, 80, 200, 20});
   EXPECT_EQ(at(picture(), 51, 140), QColor(Qt::red));
+}
+
+// What the toolkit draws itself, and what is opaque, is cut as well; what lies under the
+// corners is seen as it is now, and stays so while only the inside changes.
+TEST_F(OnScreen, RoundCornersCutTextsAndControlsToo) {
+  auto under = box({40, 40, 220, 220}, kGreen);
+  auto card = box({50, 50, 200, 200}, ui::kWhite);
+  card->setBorder({0, ui::kClear, 40});
+  card->setClipsToBounds(true);
+  const ui::Rect whole{0, 0, 200, 200};
+  auto label = ui::makeShared<ui::Label>();
+  for (int line = 0; line < 12; ++line) label->setText(label->text() + "WWWWWWWWWWWW ");
+  label->setMaxLines(0);
+  auto field = ui::makeShared<ui::TextField>();
+  auto page = ui::makeShared<ui::TextView>();
+  auto list = ui::makeShared<ui::ScrollView>();
+  list->setContentSize({200, 1000});
+  box({0, 0, 200, 1000}, kRed, &list->content());
+  auto web = ui::makeShared<ui::WebView>();
+  web->loadHtml("<body style='background:#f00'>");
+  auto segments = ui::makeShared<ui::SegmentedControl>();
+  segments->setItems({"uno", "due"});
+  const std::vector<ui::Ref<ui::View>> inside{label, field, page, list, web, segments};
+  for (std::size_t i = 0; i < inside.size(); ++i) {
+    const auto& view = inside[i];
+    std::optional<QColor> edge;
+    view->setBackground(kRed);
+    view->setFrame(whole);
+    card->addSubview(view);
+    for (const auto color : {kGreen, kBlue, kGreen}) {
+      under->setBackground(color);
+      for (int frame = 0; frame < 2; ++frame) {
+        view->setBackground(frame ? kRed : ui::Color(0xFFFE0000));
+        const QImage image = picture("round-" + std::to_string(i));
+        for (const auto& [x, y] : {std::pair{52, 52}, {247, 52}, {52, 247}, {247, 247}, {58, 60}})
+          ASSERT_EQ(at(image, x, y), QColor::fromRgba(color.argb)) << i << ": " << x << "," << y;
+        EXPECT_EQ(at(image, 120, 54).green(), 0) << i;
+        // The curve's own pixels don't take on more with each frame.
+        const QColor curve = image.pixelColor(123, 123);
+        if (color != kGreen || frame == 0) continue;
+        EXPECT_EQ(curve, edge.value_or(curve)) << i;
+        edge = curve;
+      }
+    }
+    view->removeFromParent();
+  }
 }
 
 TEST_F(OnScreen, ButtonsShowPressAndDisable) {

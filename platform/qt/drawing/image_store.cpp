@@ -188,7 +188,6 @@ std::vector<Picture> ImageStore::pictures(const ImagePlace& place, const ui::Rec
     p.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
     p.translate(-tile.x, -tile.y);
     if (place.radius > 0) p.setClipPath(RoundedClip{place.box, place.radius}.path());
-    if (place.around) p.setClipPath(place.around->path(), Qt::IntersectClip);
     drawPart(p, *source, all, tile);
     p.end();
     result.push_back({canvas, rect});

@@ -23,9 +23,8 @@ struct ImagePlace {
   ui::Image image;
   ui::Rect box;
   ui::ContentMode mode = ui::ContentMode::Fill;
-  double radius = 0;                  // of the box's corners
-  double scale = 1;                   // pixels a point
-  std::optional<RoundedClip> around;  // of a view that this one is in
+  double radius = 0;  // of the box's corners
+  double scale = 1;   // pixels a point
   bool operator==(const ImagePlace&) const = default;
 };
 

@@ -16,6 +16,8 @@ namespace {
 
 using Texture = std::shared_ptr<QSGTexture>;
 
+constexpr double kLargestCut = 2048;  // points
+
 QSGImageNode* imageNode(QQuickWindow& window, const Texture& texture) {
   auto* node = window.createImageNode();
   node->setTexture(texture.get());
@@ -64,9 +66,9 @@ class PaintedItem::PatchNode final : public QSGNode {
 // successor shows as well keeps its texture.
 class PaintedItem::Node final : public QSGNode {
  public:
-  Node(QQuickWindow& window, const BoxLook& look, const QRectF& box, double scale,
-       const std::vector<Picture>& pictures, const Node* former)
-      : look_(look), scale_(scale) {
+  Node(QQuickWindow& window, const BoxLook& look, const std::optional<RoundedClip>& cut,
+       const QRectF& box, double scale, const std::vector<Picture>& pictures, const Node* former)
+      : look_(look), cut_(cut), scale_(scale) {
     if (look.castsShadow() && !box.isEmpty()) {
       // An opaque box hides what lies under it.
       const bool hollow = look.fill.alpha() == 255 && !look.shadow.rectangular;
@@ -75,9 +77,10 @@ class PaintedItem::Node final : public QSGNode {
     }
     if (look.shows() && !box.isEmpty()) addFill(window, box);
     for (const auto& p : pictures) {
-      shown_.push_back({p.image.cacheKey(), p.rect, former ? former->textureOf(p) : nullptr});
+      shown_.push_back(
+          {p.image.cacheKey(), p.rect, former && !cut ? former->textureOf(p) : nullptr});
       auto& texture = shown_.back().texture;
-      if (!texture) texture.reset(window.createTextureFromImage(p.image));
+      if (!texture) texture.reset(window.createTextureFromImage(left(p)));
       auto* node = imageNode(window, texture);
       node->setRect(p.rect);
       appendChildNode(node);
@@ -86,13 +89,14 @@ class PaintedItem::Node final : public QSGNode {
   }
 
   // Whether it can show this with nothing but another size.
-  bool serves(const BoxLook& look, const QRectF& box, double scale,
-              const std::vector<Picture>& pictures) const {
+  bool serves(const BoxLook& look, const std::optional<RoundedClip>& cut, const QRectF& box,
+              double scale, const std::vector<Picture>& pictures) const {
     const bool same = std::equal(
         pictures.begin(), pictures.end(), shown_.begin(), shown_.end(),
         [](auto& p, auto& s) { return p.image.cacheKey() == s.key && p.rect == s.rect; });
-    if (look != look_ || scale != scale_ || !same) return false;
+    if (look != look_ || cut != cut_ || scale != scale_ || !same) return false;
     if (box.isEmpty() || box_.isEmpty()) return box == box_;
+    if (cutsBox(box)) return box.size() == box_.size();
     if (box.size() == box_.size() || look.plain() || !look.shows()) return true;
     return patch_ && boxPatch(look, {box.width(), box.height()}, scale).margin > 0;
   }
@@ -109,23 +113,37 @@ class PaintedItem::Node final : public QSGNode {
   }
 
  private:
+  // Beyond that size, corners stay square.
+  bool cutsBox(const QRectF& box) const {
+    return cut_ && box.width() <= kLargestCut && box.height() <= kLargestCut;
+  }
+  // What the round corners leave of a picture.
+  QImage left(const Picture& picture) const {
+    const QRectF& r = picture.rect;
+    const bool cuts = cut_ && cut_->cuts({r.x(), r.y(), r.width(), r.height()});
+    return cuts ? cut_->cut(picture.image, r.topLeft()) : picture.image;
+  }
   void addFill(QQuickWindow& window, const QRectF& box) {
+    const ui::Size size{box.width(), box.height()};
+    if (cutsBox(box)) return addExact(window, cut_->cut(boxPicture(look_, size, scale_), {}));
     if (look_.plain()) {
       plain_ = window.createRectangleNode();
       plain_->setColor(toQColor(look_.fill));
       return appendChildNode(plain_);
     }
-    const Patch patch = boxPatch(look_, {box.width(), box.height()}, scale_);
-    if (patch.margin > 0) {
-      patch_ = new PatchNode(window, patch, false);
-      return appendChildNode(patch_);
-    }
-    exactTexture_.reset(window.createTextureFromImage(patch.image));
+    const Patch patch = boxPatch(look_, size, scale_);
+    if (patch.margin <= 0) return addExact(window, patch.image);
+    patch_ = new PatchNode(window, patch, false);
+    appendChildNode(patch_);
+  }
+  void addExact(QQuickWindow& window, const QImage& image) {
+    exactTexture_.reset(window.createTextureFromImage(image));
     exact_ = imageNode(window, exactTexture_);
     appendChildNode(exact_);
   }
 
   Texture textureOf(const Picture& picture) const {
+    if (cut_) return nullptr;
     for (const auto& s : shown_)
       if (s.key == picture.image.cacheKey()) return s.texture;
     return nullptr;
@@ -137,6 +155,7 @@ class PaintedItem::Node final : public QSGNode {
     Texture texture;
   };
   BoxLook look_;
+  std::optional<RoundedClip> cut_;
   double scale_;
   QRectF box_;
   PatchNode* shadow_ = nullptr;
@@ -161,6 +180,12 @@ void PaintedItem::setPictures(std::vector<Picture> pictures) {
   update();
 }
 
+void PaintedItem::setCut(const std::optional<RoundedClip>& cut) {
+  if (cut == cut_) return;
+  cut_ = cut;
+  update();
+}
+
 double PaintedItem::scaleFactor() const {
   return window() ? window()->effectiveDevicePixelRatio() : 1;
 }
@@ -179,11 +204,11 @@ QSGNode* PaintedItem::updatePaintNode(QSGNode* shown, UpdatePaintNodeData*) {
     return nullptr;
   }
   const double scale = scaleFactor();
-  if (former && former->serves(look_, box, scale, pictures_)) {
+  if (former && former->serves(look_, cut_, box, scale, pictures_)) {
     former->resize(box);
     return former;
   }
-  auto* node = new Node(*window(), look_, box, scale, pictures_, former);
+  auto* node = new Node(*window(), look_, cut_, box, scale, pictures_, former);
   delete former;
   return node;
 }

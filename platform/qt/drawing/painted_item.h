@@ -5,9 +5,11 @@
 #pragma once
 
 #include <QQuickItem>
+#include <optional>
 #include <vector>
 
 #include "platform/qt/drawing/box_art.h"
+#include "platform/qt/drawing/rounded_clip.h"
 
 namespace qt {
 
@@ -28,6 +30,9 @@ class PaintedItem : public QQuickItem {
   void setLook(const BoxLook& look);
   const std::vector<Picture>& pictures() const { return pictures_; }
   void setPictures(std::vector<Picture> pictures);
+  // The round corners around the item, where they cut into it: children are cut by the
+  // toolkit in straight lines.
+  void setCut(const std::optional<RoundedClip>& cut);
   // Pixels a point where the item is shown.
   double scaleFactor() const;
   // The nearest place on the pixel grid.
@@ -45,6 +50,7 @@ class PaintedItem : public QQuickItem {
   class PatchNode;
   BoxLook look_;
   std::vector<Picture> pictures_;
+  std::optional<RoundedClip> cut_;
 };
 
 }  // namespace qt

@@ -1,6 +1,8 @@
 // A box with round corners to which a drawing is cut. A value; points.
 #pragma once
 
+#include <QImage>
+#include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
 
@@ -25,6 +27,19 @@ struct RoundedClip {
     QPainterPath rounded;
     rounded.addRoundedRect(QRectF(box.x, box.y, box.width, box.height), radius, radius);
     return rounded;
+  }
+  // What is left of a picture that is shown at a place.
+  QImage cut(const QImage& picture, QPointF at) const {
+    QImage rest = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainterPath outside;
+    outside.addRect(QRectF(at, QSizeF(rest.size()) / rest.devicePixelRatio()));
+    QPainter p(&rest);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    p.translate(-at);
+    p.fillPath(outside.subtracted(path()), Qt::black);
+    p.end();
+    return rest;
   }
 };
 

@@ -8,9 +8,11 @@ bool ImageItem::followsClip() const {
 
 void ImageItem::sync(ui::View& view, ui::Change) {
   const auto& shown = static_cast<ui::ImageView&>(view);
-  ImagePlace place{shown.image(),       {0, 0, width(), height()},
-                   shown.contentMode(), shown.border().radius,
-                   scaleFactor(),       cornersAround()};
+  ImagePlace place{shown.image(),
+                   {0, 0, width(), height()},
+                   shown.contentMode(),
+                   shown.border().radius,
+                   scaleFactor()};
   const bool same = place == painted_;
   painted_ = place;
   setPictures(

@@ -15,7 +15,6 @@ class ImageItem final : public ViewItem {
  protected:
   void sync(ui::View& view, ui::Change changed) override;
   bool followsClip() const override;
-  bool wantsSync() const override { return cornersAround() != painted_.around; }
 
  private:
   ImagePlace painted_;

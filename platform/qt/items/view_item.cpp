@@ -1,6 +1,5 @@
 #include "platform/qt/items/view_item.h"
 
-#include "platform/qt/items/box_item.h"
 #include "platform/qt/items/button_item.h"
 #include "platform/qt/items/choice_items.h"
 #include "platform/qt/items/control_item.h"
@@ -28,7 +27,8 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   frame_ = seen.frame;
   const ui::Size former = std::exchange(frameSize_, seen.frame.size());
   setClip(view.clipsToBounds());
-  setLook(cut(lookOf(view, seen.background)));
+  setLook(lookOf(view, seen.background));
+  setCut(cornersAround());
   setVisible(true);
   mark(view);
   const ui::Rect visible =
@@ -39,6 +39,9 @@ void ViewItem::show(const ui::Visible& seen, ui::Change changed, ui::Point origi
   if (fresh) changed = ui::Change::All;
   if (fresh || moved || former != frameSize_ || changed != ui::Change::None || wantsSync())
     sync(view, changed);
+  radius_ = view.clipsToBounds() ? view.border().radius : 0;
+  if (radius_ <= 0) corners_.reset();
+  if (corners_) corners_->update(radius_);
 }
 
 // A tint behind the content and a bar at its side.
@@ -57,6 +60,14 @@ void ViewItem::mark(const ui::View& view) {
   mark_->setZ(1);
   mark_->setSize({kCurrentBar, height()});
   mark_->setLook({view.tint(), {}, {}});
+}
+
+void ViewItem::leaveToCornersOf(ViewItem& round) {
+  for (auto* item : childItems()) {
+    if (qobject_cast<ViewItem*>(item) || (corners_ && corners_->has(*item))) continue;
+    if (!round.corners_) round.corners_ = std::make_unique<RoundCorners>(round, round.radius_);
+    if (item->opacity() > RoundCorners::kMostOpacity) item->setOpacity(RoundCorners::kMostOpacity);
+  }
 }
 
 std::optional<RoundedClip> ViewItem::cornersAround() const {
@@ -94,7 +105,7 @@ std::unique_ptr<ViewItem> makeViewItem(Stage& stage, ui::View& view) {
     return std::make_unique<SegmentsItem>(stage, view);
   if (dynamic_cast<ui::PickerView*>(&view)) return std::make_unique<PickerItem>(stage, view);
   if (dynamic_cast<ui::DatePicker*>(&view)) return std::make_unique<DateItem>(stage, view);
-  return std::make_unique<BoxItem>(stage, view);
+  return std::make_unique<ViewItem>(stage, view);
 }
 
 }  // namespace qt

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "platform/qt/drawing/painted_item.h"
+#include "platform/qt/drawing/round_corners.h"
 #include "platform/qt/drawing/rounded_clip.h"
 #include "platform/ui/values/geo.h"
 #include "platform/ui/window.h"
@@ -48,6 +49,11 @@ class ViewItem : public PaintedItem {
   // Where the items of the children go, and how far that is moved.
   virtual QQuickItem* inside() { return this; }
   virtual ui::Point insideOffset() const { return {}; }
+  // Its corners are round, and what it has inside ends there.
+  double insideRadius() const { return radius_; }
+  // Leaves items in it that paint themselves, the toolkit's, to the corners of `round`: the
+  // item itself or one that it is in.
+  void leaveToCornersOf(ViewItem& round);
   // Kept, hidden, while its view isn't seen: it holds what the view doesn't know.
   virtual bool keepsState() const { return false; }
   // Its own item takes touches: Qt Quick is to get them too.
@@ -75,13 +81,8 @@ class ViewItem : public PaintedItem {
   // the clip are the same.
   virtual void sync(ui::View& /*view*/, ui::Change /*changed*/) {}
   virtual BoxLook lookOf(const ui::View& view, ui::Color background) const;
-  // The look as the round corners around the item leave it; called with each show().
-  virtual BoxLook cut(const BoxLook& look) { return look; }
   // The part of the item that can be seen, in its own points, as of the last show().
   const ui::Rect& visibleArea() const { return visible_; }
-  // The nearest ancestor that clips with round corners, in the item's own points, if a
-  // corner of it may cut into the item: children are cut by the toolkit in straight lines.
-  std::optional<RoundedClip> cornersAround() const;
   // The view's size as seen, which the item's is rounded from.
   ui::Size frameSize() const { return frameSize_; }
   // Needs a sync() when another part of it can be seen.
@@ -93,12 +94,18 @@ class ViewItem : public PaintedItem {
   Stage& stage() const { return stage_; }
 
  private:
+  // The nearest ancestor that clips with round corners, in the item's own points, if a
+  // corner of it may cut into the item.
+  std::optional<RoundedClip> cornersAround() const;
+
   Stage& stage_;
   ui::WeakRef<ui::View> view_;
   ui::Rect visible_;
   ui::Rect frame_;  // in window points
   ui::Size frameSize_;
-  std::unique_ptr<PaintedItem> mark_;  // of what is current
+  std::unique_ptr<PaintedItem> mark_;      // of what is current
+  std::unique_ptr<RoundCorners> corners_;  // where something paints itself inside
+  double radius_ = 0;
   bool stale_ = true;
 };
 
