@@ -203,14 +203,14 @@ TEST_F(FilesTest, NamesDoNotLeadOutOfTheirFolder) {
   EXPECT_TRUE(File().IsDirectory(inner, "a/b"));
 }
 
+// Only folders that the test made: where this fails, they are gone.
 TEST_F(FilesTest, NamedFoldersAreNeitherDeletedNorReplaced) {
   put(documents(), "a", "1");
   for (const auto& [dir, name] :
        std::initializer_list<std::pair<Text, Text>>{{documents(), ""},
                                                     {documents(), "."},
                                                     {phone.root().string(), "documents"},
-                                                    {phone.root().string(), ""},
-                                                    {"/", ""}}) {
+                                                    {phone.root().string(), ""}}) {
     File().Delete(dir, name);
     EXPECT_THAT(thrownBy([&, dir = dir, name = name] { File().Copy(documents(), "a", dir, name); }),
                 HasSubstr("The folder belongs to the system"))
