@@ -4,15 +4,25 @@
 
 #include <gmock/gmock.h>
 
+#include "runtime/data/files/file.h"
 #include "runtime/net/httpjob.h"
 #include "runtime/net/register_net.h"
 #include "tests/support/failures.h"
+#include "tests/support/raw_server.h"
 #include "tests/support/test_platform.h"
+
+using namespace kes;
+using testing::HasSubstr;
+using testing_support::answer;
+using testing_support::answering;
+using testing_support::RawServer;
+using testing_support::TestPlatform;
+using Trace = std::vector<std::string>;
 
 class NetTest : public testing::Test {
  protected:
   NetTest() {
-    kes::registerNet();
+    registerNet();
     phone.platform().mainQueue().setFaultHandler(
         [this](std::exception_ptr fault) { faults.push_back(testing_support::textOf(fault)); });
     service().initializeModule();
@@ -21,16 +31,16 @@ class NetTest : public testing::Test {
     service().initializeModule();  // ends the engine while there is a platform
     EXPECT_TRUE(std::filesystem::is_empty(phone.folders().temporary)) << "a body was left behind";
   }
-  static kes::kes_httputils2service& service() { return kes::kes_httputils2service::instance(); }
+  static kes_httputils2service& service() { return kes_httputils2service::instance(); }
 
-  testing_support::TestPlatform phone;
-  std::vector<std::string> faults;  // exceptions that reached the main queue
+  TestPlatform phone;
+  Trace faults;  // exceptions that reached the main queue
 };
 
-inline kes::Ref<kes::KesArray> bytesOf(std::string_view text) {
-  return kes::KesArray::initBytesWithData({text.begin(), text.end()});
+inline Ref<KesArray> bytesOf(std::string_view text) {
+  return KesArray::initBytesWithData({text.begin(), text.end()});
 }
 
-inline kes::Ref<kes::KesArray> texts(std::vector<kes::Value> items) {
-  return kes::KesArray::initObjectsWithData(std::move(items));
+inline Ref<KesArray> texts(std::vector<Value> items) {
+  return KesArray::initObjectsWithData(std::move(items));
 }

@@ -4,8 +4,6 @@
 #include "net_fixture.h"
 #include "townhost/town_host.h"
 
-using namespace kes;
-
 namespace {
 
 #ifdef __SANITIZE_THREAD__

@@ -110,4 +110,16 @@ std::string RawServer::url(std::string_view path) const {
   return "http://127.0.0.1:" + std::to_string(port_) + std::string(path);
 }
 
+std::string answer(std::string_view body, std::string_view headers, std::string_view status) {
+  return "HTTP/1.1 " + std::string(status) + "\r\n" + std::string(headers) +
+         "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + std::string(body);
+}
+
+RawServer::Script answering(std::string bytes) {
+  return [bytes = std::move(bytes)](RawServer::Peer& peer) {
+    peer.readRequest();
+    peer.send(bytes);
+  };
+}
+
 }  // namespace testing_support

@@ -58,4 +58,10 @@ class RawServer {
   std::thread acceptor_;
 };
 
+// A whole answer; the headers each with their line end, the length added.
+std::string answer(std::string_view body, std::string_view headers = "",
+                   std::string_view status = "200 OK");
+// Gives these bytes for the first request of each connection.
+RawServer::Script answering(std::string bytes);
+
 }  // namespace testing_support

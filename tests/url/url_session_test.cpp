@@ -47,12 +47,11 @@ UrlRequest request(const std::string& url, const std::string& method = "GET",
 }
 
 // What the server sees of one request; answers it with the given bytes.
-std::string seenBy(RecordingSession& session, UrlRequest r,
-                   const std::string& answer = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n") {
+std::string seenBy(RecordingSession& session, UrlRequest r, const std::string& reply = answer("")) {
   std::promise<std::string> seen;
   RawServer server([&](RawServer::Peer& peer) {
     seen.set_value(peer.readRequest());
-    peer.send(answer);
+    peer.send(reply);
   });
   r.url = server.url(r.url);
   session.run(r);
@@ -68,10 +67,9 @@ TEST_F(UrlSessionTest, TellsOneOutcomeWhateverTheServerSends) {
   std::string interims;
   for (int i = 0; i < 1000; ++i) interims += "HTTP/1.1 102 Wait\r\n\r\n";
   const auto gzip = deflated("Varlo", Frame::Gzip);
-  const auto coded = [](const char* coding, const std::string& body,
+  const auto coded = [](const std::string& coding, const std::string& body,
                         const char* status = "200 OK") {
-    return std::string("HTTP/1.1 ") + status + "\r\nContent-Encoding: " + coding +
-           "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+    return answer(body, "Content-Encoding: " + coding + "\r\n", status);
   };
   const struct {
     const char* what;
@@ -80,8 +78,8 @@ TEST_F(UrlSessionTest, TellsOneOutcomeWhateverTheServerSends) {
     const char* error;  // null: none
     const char* body;   // null: no download was told
   } cases[] = {
-      {"whole", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nVarlo", 200, nullptr, "Varlo"},
-      {"empty", "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", 200, nullptr, ""},
+      {"whole", answer("Varlo"), 200, nullptr, "Varlo"},
+      {"empty", answer(""), 200, nullptr, ""},
       {"without content", "HTTP/1.1 204 No Content\r\n\r\n", 204, nullptr, ""},
       {"ended by hanging up", "HTTP/1.0 200 OK\r\n\r\nVarlo", 200, nullptr, "Varlo"},
       {"in chunks",
@@ -89,16 +87,11 @@ TEST_F(UrlSessionTest, TellsOneOutcomeWhateverTheServerSends) {
        "chunked\r\n\r\n2\r\nVa\r\n3;x=y\r\nrlo\r\n0\r\nX-End: 1\r\n\r\n",
        200, nullptr, "Varlo"},
       {"bare line feeds", "HTTP/1.1 200 OK\nContent-Length: 5\n\nVarlo", 200, nullptr, "Varlo"},
-      {"another status", "HTTP/1.1 404 Not Found\r\nContent-Length: 2\r\n\r\nno", 404, nullptr,
-       "no"},
-      {"several choices",
-       "HTTP/1.1 300 Multiple Choices\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n", 300, nullptr,
-       ""},
-      {"a redirect to nowhere", "HTTP/1.1 302 Found\r\nContent-Length: 0\r\n\r\n", 302, nullptr,
-       ""},
-      {"after an interim answer",
-       "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nVarlo", 200,
-       nullptr, "Varlo"},
+      {"another status", answer("no", "", "404 Not Found"), 404, nullptr, "no"},
+      {"several choices", answer("", "Location: /x\r\n", "300 Choices"), 300, nullptr, ""},
+      {"a redirect to nowhere", answer("", "", "302 Found"), 302, nullptr, ""},
+      {"after an interim answer", "HTTP/1.1 100 Continue\r\n\r\n" + answer("Varlo"), 200, nullptr,
+       "Varlo"},
       {"an interim answer as its last word", "HTTP/1.1 199 Odd\r\n\r\n", 199, nullptr, ""},
       {"cut short", "HTTP/1.1 200 OK\r\nContent-Length: 50\r\n\r\nVarlo", 200, "bytes", nullptr},
       {"cut in a chunk", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\nVarlo", 200,
@@ -135,10 +128,7 @@ TEST_F(UrlSessionTest, TellsOneOutcomeWhateverTheServerSends) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    RawServer server([&](RawServer::Peer& peer) {
-      peer.readRequest();
-      peer.send(c.bytes);
-    });
+    RawServer server(answering(c.bytes));
     const auto told = session.run(server.url());
     EXPECT_EQ(told.completions, 1);
     EXPECT_EQ(told.downloads, c.body ? 1 : 0);
@@ -223,12 +213,8 @@ TEST_F(UrlSessionTest, SendsHeadersOnceAndNeverBreaksTheFraming) {
 
 // Symptom: a user name or a method with a line break became a header, or a request, of its own.
 TEST_F(UrlSessionTest, RefusesWhatWouldBreakARequestBeforeItConnects) {
-  RawServer server([](RawServer::Peer& peer) {
-    peer.readRequest();
-    peer.send(
-        "HTTP/1.1 401 No\r\nWWW-Authenticate: Digest realm=\"r\", nonce=\"1\"\r\n"
-        "Content-Length: 0\r\n\r\n");
-  });
+  RawServer server(
+      answering(answer("", "WWW-Authenticate: Digest realm=\"r\", nonce=\"1\"\r\n", "401 No")));
   const struct {
     const char* what;
     std::string method, name, value;
@@ -311,7 +297,7 @@ TEST_F(UrlSessionTest, SendsARequestOnceWhateverTheCodingOfItsAnswer) {
   RawServer server([&](RawServer::Peer& peer) {
     while (!peer.readRequest().empty()) {
       ++requests;
-      peer.send("HTTP/1.1 200 OK\r\nContent-Encoding: x-town\r\nContent-Length: 5\r\n\r\nVarlo");
+      peer.send(answer("Varlo", "Content-Encoding: x-town\r\n"));
     }
   });
   for (const char* method : {"GET", "POST", "PUT", "PATCH", "DELETE"}) {
@@ -339,10 +325,9 @@ TEST_F(UrlSessionTest, FollowsRedirectsAsTheirStatusAsks) {
       std::promise<std::string> second;
       RawServer server([&](RawServer::Peer& peer) {
         if (peer.readRequest().find(" /first ") == std::string::npos) return;
-        peer.send("HTTP/1.1 " + std::to_string(c.status) +
-                  " Go\r\nLocation: second?x=y\r\nContent-Length: 0\r\n\r\n");
+        peer.send(answer("", "Location: second?x=y\r\n", std::to_string(c.status) + " Go"));
         second.set_value(peer.readRequest());
-        peer.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        peer.send(answer(""));
       });
       auto r = request(server.url("/first"), c.method);
       r.headers.set("Content-Type", "text/plain");
@@ -374,7 +359,7 @@ TEST_F(UrlSessionTest, EndsRedirectsThatLeadNowhereGood) {
   std::promise<std::string> elsewhere;
   RawServer other([&](RawServer::Peer& peer) {
     elsewhere.set_value(peer.readRequest());
-    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    peer.send(answer(""));
   });
   RawServer server([&](RawServer::Peer& peer) {
     for (;;) {
@@ -387,12 +372,11 @@ TEST_F(UrlSessionTest, EndsRedirectsThatLeadNowhereGood) {
       if (path == "/other") target = other.url();
       if (path == "/accents") target = "/caffè e tè";
       if (path == "/caff%c3%a8%20e%20t%c3%a8") {
-        peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+        peer.send(answer("ok"));
         continue;
       }
       if (path == "/fat") target = "/loop", body = std::string(4 << 20, 'x');
-      peer.send("HTTP/1.1 302 Found\r\nLocation: " + target +
-                "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+      peer.send(answer(body, "Location: " + target + "\r\n", "302 Found"));
     }
   });
   const struct {
@@ -448,12 +432,9 @@ TEST_F(UrlSessionTest, AsksTheMachinesProxyForAllButLoopback) {
   std::promise<std::string> seen;
   RawServer proxy([&](RawServer::Peer& peer) {
     seen.set_value(peer.readRequest());
-    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nproxy");
+    peer.send(answer("proxy"));
   });
-  RawServer here([](RawServer::Peer& peer) {
-    peer.readRequest();
-    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nhere");
-  });
+  RawServer here(answering(answer("here")));
   ::setenv("http_proxy", proxy.url().c_str(), 1);
   EXPECT_EQ(session.run(here.url()).body, "here");
   EXPECT_EQ(session.run("http://comune.varlo.example/x").body, "proxy");
@@ -505,8 +486,10 @@ TEST_F(UrlSessionTest, GivesUpOnAChallengeThatNeverEnds) {
   RawServer server([&](RawServer::Peer& peer) {
     while (!peer.readRequest().empty()) {
       ++rounds;
-      peer.send("HTTP/1.1 401 No\r\nWWW-Authenticate: Digest realm=\"r\", stale=true, nonce=\"" +
-                std::to_string(rounds) + "\"\r\nContent-Length: 0\r\n\r\n");
+      peer.send(answer("",
+                       "WWW-Authenticate: Digest realm=\"r\", stale=true, nonce=\"" +
+                           std::to_string(rounds) + "\"\r\n",
+                       "401 No"));
     }
   });
   session.setCredential([](const UrlTask&) { return UrlCredential{"a", "b"}; });
@@ -533,7 +516,7 @@ TEST_F(UrlSessionTest, FailsWhatIsNotThereWhenItsTimeIsOver) {
       peer.send("HTTP/1.1 200 OK\r\nContent-Length: 9999\r\n\r\n"), trickle(peer, "x");
     if (is("/around")) {
       ended.wait_for(std::chrono::milliseconds(250));
-      peer.send("HTTP/1.1 302 Go\r\nLocation: /around\r\nContent-Length: 0\r\n\r\n");
+      peer.send(answer("", "Location: /around\r\n", "302 Go"));
       return;
     }
     peer.awaitHangUp();
@@ -689,13 +672,10 @@ TEST_F(UrlSessionTest, LetsTasksBeyondItsConnectionsWaitTheirTurn) {
   RawServer server([&](RawServer::Peer& peer) {
     while (!peer.readRequest().empty()) {
       opened.wait();
-      peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
+      peer.send(answer("ok"));
     }
   });
-  RawServer another([&](RawServer::Peer& peer) {
-    peer.readRequest();
-    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
-  });
+  RawServer another(answering(answer("ok")));
   for (int i = 0; i < 40; ++i) session.get(server.url(), std::to_string(i));
   EXPECT_EQ(session.run(another.url()).body, "ok") << "a busy host must not hold up another";
   EXPECT_EQ(session.session().tasksUnderWay(), 40u);
@@ -744,10 +724,7 @@ TEST_F(UrlSessionTest, MayEndOnItsDelegateQueue) {
 
 // Symptom: a request that follows on a connection which the server had closed failed.
 TEST_F(UrlSessionTest, UsesAFreshConnectionWhenTheServerClosedTheKeptOne) {
-  RawServer server([&](RawServer::Peer& peer) {
-    peer.readRequest();
-    peer.send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
-  });
+  RawServer server(answering(answer("ok")));
   for (int i = 0; i < 20; ++i) EXPECT_EQ(session.run(server.url()).body, "ok");
 }
 
@@ -817,9 +794,9 @@ TEST_F(UrlSessionTest, KeepsCookiesForTheHostThatSetThem) {
     const auto head = peer.readRequest();
     heads.push_back(head);
     const bool known = head.find("visit=1") != std::string::npos;
-    peer.send(known ? "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"
-                    : "HTTP/1.1 302 Found\r\nSet-Cookie: visit=1; Path=/\r\nLocation: "
-                      "/again\r\nContent-Length: 0\r\n\r\n");
+    peer.send(known
+                  ? answer("ok")
+                  : answer("", "Set-Cookie: visit=1; Path=/\r\nLocation: /again\r\n", "302 Found"));
   });
   EXPECT_EQ(session.run(server.url()).body, "ok");
   EXPECT_EQ(session.run(server.url()).body, "ok");
