@@ -228,19 +228,24 @@ TEST_F(EventsTest, OnlyTheQueueBringsEventsFromOtherThreads) {
   EXPECT_EQ(listener->trace, (Trace{"active"}));
 }
 
-TEST_F(EventsTest, SizesFollowThePanelThatWasLaidOutLast) {
+TEST_F(EventsTest, SizesFollowThePanelThatWasLaidOutLastThenTheWindow) {
   struct Panel : Object, PageSized {
     double pageWidth() const override { return 320; }
     double pageHeight() const override { return 500; }
   };
-  const auto panel = platform::makeShared<Panel>();
+  auto& c = KesCommon::shared();
+  const auto former = std::exchange(c.windowSize, [] { return std::pair(100.0, 200.0); });
+  auto panel = platform::makeShared<Panel>();
   Kes& bi = *listener->bi();
   bi.raiseEvent(panel, "home_appear", {});
   bi.raiseEvent(listener, "home_resize::", {});
-  EXPECT_FALSE(Kes::shared().mainView.lock());
+  EXPECT_EQ(c.PerXToCurrent(50), 50);
   bi.raiseEvent(panel, "home_resize::", {});
-  EXPECT_EQ(Kes::shared().mainView.lock(), panel);
-  Kes::shared().mainView = {};
+  EXPECT_EQ(c.PerXToCurrent(50), 160);
+  EXPECT_EQ(c.PerYToCurrent(10), 50);
+  panel = nullptr;
+  EXPECT_EQ(c.PerYToCurrent(10), 20);
+  c.windowSize = former;
 }
 
 TEST_F(EventsTest, QueuedEventsRunLaterInOrderEvenFromTheMainThread) {

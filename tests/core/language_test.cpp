@@ -337,24 +337,6 @@ TEST_F(LanguageTest, AnInstancePrintsItsFields) {
   inner->_peer = Value();
 }
 
-TEST_F(LanguageTest, SizesFollowThePageThenTheWindow) {
-  class Page : public Object, public PageSized {
-    double pageWidth() const override { return 320; }
-    double pageHeight() const override { return 500; }
-  };
-  const auto former = c().windowSize;
-  c().windowSize = [] { return std::pair(100.0, 200.0); };
-  EXPECT_EQ(c().PerXToCurrent(50), 50);
-  {
-    const auto page = platform::makeShared<Page>();
-    Kes::shared().mainView = page;
-    EXPECT_EQ(c().PerXToCurrent(50), 160);
-    EXPECT_EQ(c().PerYToCurrent(10), 50);
-  }
-  EXPECT_EQ(c().PerYToCurrent(10), 20);
-  c().windowSize = former;
-}
-
 TEST_F(LanguageTest, SmallServices) {
   EXPECT_EQ(KesColors::ARGB(128, 1, 2, 3), static_cast<std::int32_t>(0x80010203));
   EXPECT_EQ(KesColors::RGB(255, 0, 0), KesColors::Red);

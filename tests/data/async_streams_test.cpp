@@ -13,21 +13,17 @@ namespace {
 
 class AsyncStreams : public RecordedTest {
  protected:
-  AsyncStreams() {
+  ~AsyncStreams() override { hangUp(); }
+
+  // On a connection of its own each time.
+  void start(ByteOrder order = ByteOrder::Big, std::int32_t longest = 100) {
+    hangUp();
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
       throw std::runtime_error("no socket pair");
-    ours_ = ends[0];
     peer = ends[1];
-  }
-  ~AsyncStreams() override {
-    hangUp();
-    if (ours_ >= 0) ::close(ours_);
-  }
-
-  void start(ByteOrder order = ByteOrder::Big, std::int32_t longest = 100) {
-    streams->start(recorder->bi(), "X", kes::descriptorChannel(std::exchange(ours_, -1)), order,
-                   longest);
+    recorder->events.clear();
+    streams->start(recorder->bi(), "X", kes::descriptorChannel(ends[0]), order, longest);
   }
   void send(const Bytes& bytes) const {
     ASSERT_EQ(::write(peer, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
@@ -48,9 +44,6 @@ class AsyncStreams : public RecordedTest {
 
   int peer = -1;
   Ref<KesAsyncStreams> streams = makeShared<KesAsyncStreams>();
-
- private:
-  int ours_ = -1;
 };
 
 // Handles nothing.
@@ -76,11 +69,7 @@ TEST_F(AsyncStreams, MessagesArriveWholeAndInOrder) {
 
 TEST_F(AsyncStreams, BothSidesSpeakTheChosenByteOrder) {
   for (const auto order : {ByteOrder::Big, ByteOrder::Little}) {
-    int ends[2];
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    hangUp();
-    peer = ends[1];
-    streams->start(recorder->bi(), "x", kes::descriptorChannel(ends[0]), order, 100);
+    start(order);
     streams->Write(arrayOf("ciao"));
     streams->Write(arrayOf(""));
     EXPECT_EQ(toHex(received(12)),
@@ -88,7 +77,6 @@ TEST_F(AsyncStreams, BothSidesSpeakTheChosenByteOrder) {
     send(fromHex(order == ByteOrder::Big ? "00000001 61" : "01000000 61"));
     ASSERT_TRUE(waitForEvents(1));
     EXPECT_EQ(recorder->events[0], "newdata(a)");
-    recorder->events.clear();
     streams->Close();
     EXPECT_TRUE(received(1).empty()) << "closed on both sides";
   }
@@ -109,12 +97,7 @@ TEST_F(AsyncStreams, WhatIsNoMessageEndsInOneError) {
       {"00000004 6162", true, "error(Message cut off)"},
   };
   for (const auto& c : cases) {
-    int ends[2];
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    hangUp();
-    peer = ends[1];
-    recorder->events.clear();
-    streams->start(recorder->bi(), "x", kes::descriptorChannel(ends[0]), ByteOrder::Big, 100);
+    start();
     send(fromHex("00000001 61"));
     send(fromHex(c.hex));
     if (c.hangUp) hangUp();

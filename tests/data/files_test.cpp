@@ -377,29 +377,6 @@ TEST_F(FilesTest, MapFilesOfOthers) {
   }
 }
 
-// Damage makes other entries or none, or is seen as no text; never anything else.
-TEST_F(FilesTest, DamagedMapFiles) {
-  const std::string whole = "zona=Centro\nvia\\=Roma=è=1\n\\=\\==x\nultima=\n";
-  const auto tryBytes = [&](const std::string& bytes) {
-    put(documents(), "m", bytes);
-    const auto failure = thrownBy([&] {
-      const KesMap map = File().ReadMap(documents(), "m");
-      EXPECT_LE(map.Size(), 5);
-    });
-    if (kes::isUtf8(bytes))
-      EXPECT_EQ(failure, "");
-    else
-      EXPECT_EQ(failure, "Error reading file. Incorrect encoding");
-  };
-  for (std::size_t n = 0; n <= whole.size(); ++n) tryBytes(whole.substr(0, n));
-  for (std::size_t i = 0; i < whole.size(); ++i)
-    for (const char c : {'\0', '=', '\\', '\n', '\r', '\x80', '\xFF'}) {
-      std::string damaged = whole;
-      damaged[i] = c;
-      tryBytes(damaged);
-    }
-}
-
 TEST_F(FilesTest, StreamsReadAndWriteParts) {
   const auto bytes = KesArray::initBytesWithData({'a', 'b', 'c', 'd', 'e'});
   auto out = File().OpenOutput(documents(), "s", false);

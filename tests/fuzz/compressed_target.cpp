@@ -14,4 +14,7 @@ void fuzz::compressed(Bytes input) {
   const auto there = KesCompressedStreams::compress(input, format);
   const auto back = KesCompressedStreams::decompress(there, format);
   require(std::ranges::equal(back, input), "compressed bytes come back");
+  for (std::size_t n = 0; n < there.size(); n += 1 + there.size() / 8)
+    require(!accepts([&] { KesCompressedStreams::decompress(std::span(there).first(n), format); }),
+            "what is cut off is refused");
 }

@@ -17,18 +17,9 @@ namespace fuzz {
 
 using Bytes = std::span<const std::uint8_t>;
 
-void coding(Bytes input);
-void compressed(Bytes input);
-void date(Bytes input);
-void framing(Bytes input);
-void json(Bytes input);
-void kil(Bytes input);
-void map_file(Bytes input);
-void multipart(Bytes input);
-void picture(Bytes input);
-void regex(Bytes input);
-void serialized(Bytes input);
-void url(Bytes input);
+using Target = void(Bytes input);
+Target coding, compressed, date, framing, json, kil, map_file, multipart, picture, regex;
+Target serialized, url;
 
 inline void require(bool promise, const char* what) {
   if (!promise) throw std::logic_error(what);
