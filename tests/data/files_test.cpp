@@ -217,6 +217,9 @@ TEST_F(FilesTest, NamedFoldersAreNeitherDeletedNorReplaced) {
         << dir.view() << " " << name.view();
   }
   EXPECT_EQ(get(documents(), "a"), "1");
+  // The root only where the system itself refuses: a guard that fails must not empty a disk.
+  EXPECT_THAT(thrownBy([&] { File().Move("/", "", temp(), "a"); }),
+              HasSubstr("The folder belongs to the system"));
 }
 
 TEST_F(FilesTest, PlainFileNames) {
