@@ -103,7 +103,8 @@ TEST_F(ModulesTest, MistakesInClassTablesAreTold) {
     forgotten->_initialize();
     for (int n = 0; n < 3; ++n) forgotten->bi()->raiseEvent(nullptr, "click:", {});
   }
-  EXPECT_EQ(std::count(log.begin(), log.end(),
+  const auto lines = phone.lines();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(),
                        "The class Forgotten is not in the registry: none of its subs hears an "
                        "event (the first one lost is click:)."),
             1)
@@ -127,11 +128,11 @@ TEST_F(ModulesTest, MistakesInClassTablesAreTold) {
 
 TEST_F(ModulesTest, OnlyWhatWasInitialisedTellsOfItsEnd) {
   make<Item>();
-  EXPECT_TRUE(log.empty());
+  EXPECT_TRUE(phone.lines().empty());
   make<Item>("a");
   make<SpecialItem>("b");
-  EXPECT_EQ(log, (Trace{"Class (kes_test_item) instance released.",
-                        "Class (kes_test_specialitem) instance released."}));
+  EXPECT_EQ(phone.lines(), (Trace{"Class (kes_test_item) instance released.",
+                                  "Class (kes_test_specialitem) instance released."}));
 }
 
 TEST_F(ModulesTest, ADerivedClassAnswersToTheSubsOfItsBase) {

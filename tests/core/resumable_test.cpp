@@ -140,11 +140,11 @@ class ResumableTest : public ComponentTest {
 TEST_F(ResumableTest, ReturnsAtTheFirstWaitAndGoesOnInALaterTask) {
   worker->_start();
   worker->trace.push_back("returned");
-  drain();
+  phone.drain();
   EXPECT_EQ(worker->trace, (Trace{"start", "returned"}));
-  pass(9);
+  phone.advance(9);
   EXPECT_EQ(worker->trace.size(), 2u);
-  pass(1);
+  phone.advance(1);
   EXPECT_EQ(worker->trace, (Trace{"start", "returned", "slept"}));
 }
 
@@ -185,20 +185,20 @@ TEST_F(ResumableTest, WaitsOfDeadSendersAreSweptByTheNextWait) {
 TEST_F(ResumableTest, ACalledSubThatFinishesAtOnceIsStillHeard) {
   worker->ask("now", -1);
   EXPECT_EQ(worker->trace, (Trace{"answered"}));
-  drain();
+  phone.drain();
   EXPECT_EQ(worker->trace, (Trace{"answered", "heard now"}));
   worker->ask("later", 5);
-  pass(5);
+  phone.advance(5);
   EXPECT_EQ(worker->trace.back(), "heard later");
   worker->askNothing();
-  drain();
+  phone.drain();
   EXPECT_EQ(worker->trace.back(), "nil");
   EXPECT_EQ(worker->alive, 0);
 }
 
 TEST_F(ResumableTest, AwaitingACompletedSubFails) {
   auto sub = worker->answer("x", -1).intoValue();
-  drain();
+  phone.drain();
   EXPECT_TRUE(sub.as<KesResumableSubWrapper>()->Completed());
   EXPECT_EQ(thrownBy([&] { WaitFor("complete:", *worker->bi(), nullptr, sub); }),
             "Resumable sub already completed");
@@ -207,14 +207,14 @@ TEST_F(ResumableTest, AwaitingACompletedSubFails) {
 TEST_F(ResumableTest, ATryAroundWaitsCatchesWhatComesAfterThem) {
   worker->guarded();
   raise(nullptr, "number:", {5});
-  pass(1);
+  phone.advance(1);
   EXPECT_EQ(worker->trace, (Trace{"number 5", "caught too late"}));
 }
 
 TEST_F(ResumableTest, WithoutATryTheErrorReachesWhoeverResumed) {
   worker->unguarded();
   EXPECT_EQ(worker->alive, 1);
-  pass(1);
+  phone.advance(1);
   EXPECT_EQ(faults, (Trace{"out of the task"}));
   EXPECT_EQ(worker->alive, 0);
 }
@@ -223,7 +223,7 @@ TEST_F(ResumableTest, AnErrorBeforeTheFirstWaitIsNeverLost) {
   EXPECT_THROW(worker->failsAtOnce().orThrow(), KesException);
   EXPECT_THROW(worker->bi()->raiseEvent(nullptr, "failsatonce", {}), KesException);
   worker->failsAtOnce();
-  drain();
+  phone.drain();
   EXPECT_EQ(faults, (Trace{"at once"}));
   EXPECT_EQ(worker->alive, 0);
 }
@@ -265,9 +265,9 @@ TEST_F(ResumableTest, AReplacedSubMayWakeItsSuccessorWhileItUnwinds) {
 
 TEST_F(ResumableTest, ASubThatCouldNotBeParkedGoesOnWithTheError) {
   auto completed = worker->answer("x", -1).intoValue();
-  drain();
+  phone.drain();
   worker->insistent(completed);
-  drain();
+  phone.drain();
   EXPECT_EQ(worker->trace, (Trace{"answered", "Resumable sub already completed", "went on"}));
   const auto blank = make<Worker>();
   EXPECT_EQ(thrownBy([&] { blank->number().orThrow(); }),
@@ -282,7 +282,7 @@ TEST_F(ResumableTest, PostedCallsSleepsAndCompletionsKeepTheirOrder) {
   worker->bi()->raiseUIEvent(nullptr, "jobdone:", {2});
   worker->ordered();
   EXPECT_EQ(worker->trace, (Trace{"answered"}));
-  drain();
+  phone.drain();
   EXPECT_EQ(worker->trace,
             (Trace{"answered", "slept", "unclaimed", "heard second", "unclaimed", "slept"}));
 }
@@ -295,9 +295,9 @@ TEST_F(ResumableTest, WhatCompletesAfterItsWaiterHasGoneIsHeardByNobody) {
   asker->insistent(call);
   asker->bi()->cancelWaits();
   asker = nullptr;
-  EXPECT_EQ(log, (Trace{"Class (kes_worker) instance released."}));
+  EXPECT_EQ(phone.lines(), (Trace{"Class (kes_worker) instance released."}));
   call = Value();
-  pass(5);
+  phone.advance(5);
   EXPECT_EQ(other->trace, (Trace{"answered"}));
   EXPECT_TRUE(faults.empty());
 }
@@ -310,7 +310,7 @@ TEST_F(ResumableTest, CancelsAcrossEverySuspension) {
   worker->bi()->cancelWaits();
   EXPECT_EQ(worker->bi()->parkedCount(), 0u);
   EXPECT_EQ(worker->alive, 1);
-  platform.mainQueue().close();
+  phone.platform().mainQueue().close();
   EXPECT_EQ(worker->alive, 0);
 }
 
@@ -319,6 +319,6 @@ TEST_F(ResumableTest, ASubKeepsItsOwnerAlive) {
   WeakRef<Worker> weak(worker);
   worker = nullptr;
   EXPECT_TRUE(weak.lock());
-  pass(10);
+  phone.advance(10);
   EXPECT_FALSE(weak.lock());
 }

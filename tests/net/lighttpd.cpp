@@ -1,7 +1,5 @@
 #include "lighttpd.h"
 
-#include <stdexcept>
-
 #include "tests/support/test_platform.h"
 
 using testing_support::TestPlatform;
@@ -10,7 +8,7 @@ Lighttpd::Lighttpd(const std::filesystem::path& folder) : folder_(folder) {
   const auto at = folder_.string();
   std::filesystem::create_directories(root());
   TestPlatform::write(folder_ / "users", "varlo:segreta\n");
-  for (int attempt = 0; attempt < 5; ++attempt) {
+  process_.startSomewhere("lighttpd", [&] {
     port_ = ServerProcess::freePort();
     TestPlatform::write(folder_ / "lighttpd.conf",
                         "server.modules = (\"mod_auth\", \"mod_authn_file\")\n"
@@ -20,8 +18,7 @@ Lighttpd::Lighttpd(const std::filesystem::path& folder) : folder_(folder) {
                             "\")\nauth.backend = \"plain\"\nauth.backend.plain.userfile = \"" + at +
                             "/users\"\nauth.require = (\"/private/\" => (\"method\" => \"digest\", "
                             "\"realm\" => \"town\", \"require\" => \"valid-user\"))\n");
-    if (process_.start({"/usr/sbin/lighttpd", "-D", "-f", at + "/lighttpd.conf"}, "server started"))
-      return;
-  }
-  throw std::runtime_error("lighttpd does not start: " + process_.said());
+    return process_.start({"/usr/sbin/lighttpd", "-D", "-f", at + "/lighttpd.conf"},
+                          "server started");
+  });
 }

@@ -13,35 +13,28 @@ namespace {
 
 constexpr const char* kSecret = "segreto";
 
-void run(const std::vector<std::string>& command, const std::filesystem::path& home) {
-  if (!ServerProcess::run(command, home.string()))
-    throw std::runtime_error(command[0] + " " + command[1] + " failed");
-}
-
 }  // namespace
 
 Broker::Broker(const std::filesystem::path& folder) : folder_(folder) {
   std::filesystem::create_directories(folder_);
   const auto path = [&](const char* name) { return (folder_ / name).string(); };
+  const auto run = [&](const std::vector<std::string>& command) {
+    ServerProcess::require(command, folder_.string());
+  };
   for (const char* name : {"ca", "other"})
     run({"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1",
          "-nodes", "-days", "2", "-subj", std::string("/CN=") + name, "-keyout",
-         path(name) + ".key", "-out", path(name) + ".pem"},
-        folder_);
+         path(name) + ".key", "-out", path(name) + ".pem"});
   run({"openssl", "req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-       "-subj", "/CN=localhost", "-keyout", path("key.pem"), "-out", path("request.pem")},
-      folder_);
+       "-subj", "/CN=localhost", "-keyout", path("key.pem"), "-out", path("request.pem")});
   TestPlatform::write(folder_ / "names", "subjectAltName=DNS:localhost");
   run({"openssl", "x509", "-req", "-days", "2", "-in", path("request.pem"), "-CA", path("ca.pem"),
        "-CAkey", path("ca.key"), "-CAcreateserial", "-extfile", path("names"), "-out",
-       path("cert.pem")},
-      folder_);
-  run({"mosquitto_passwd", "-b", "-c", path("accounts"), "comune", kSecret}, folder_);
+       path("cert.pem")});
+  run({"mosquitto_passwd", "-b", "-c", path("accounts"), "comune", kSecret});
   TestPlatform::write(folder_ / "rules",
                       "pattern read varlo/#\n\nuser comune\ntopic write varlo/#\n");
-  for (int attempt = 0; attempt < 5; ++attempt)
-    if (tryPorts()) return;
-  throw std::runtime_error("mosquitto does not start: " + process_.said());
+  process_.startSomewhere("mosquitto", [&] { return tryPorts(); });
 }
 
 bool Broker::tryPorts() {
@@ -83,12 +76,13 @@ void Broker::send(const std::vector<std::string>& messages, const std::string& t
   std::string lines;
   for (const auto& message : messages) lines += message + "\n";
   TestPlatform::write(folder_ / "lines", lines);
-  run({"/bin/sh", "-c",
+  ServerProcess::require(
+      {"/bin/sh", "-c",
        "exec mosquitto_pub $6 -q 1 -l -h localhost -p \"$1\" --cafile \"$2\" -u comune -P \"$3\" "
        "-t \"varlo/$4\" < \"$5\"",
        "sh", std::to_string(tlsPort_), certificates(), kSecret, topic, (folder_ / "lines").string(),
        retained ? "-r" : ""},
-      folder_);
+      folder_.string());
 }
 
 std::string Broker::sendAsAnybody(const std::string& message) {

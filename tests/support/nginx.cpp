@@ -4,7 +4,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -32,17 +31,14 @@ Nginx::Nginx(const std::filesystem::path& folder, const std::string& locations)
   std::filesystem::create_directories(root());
   std::filesystem::create_directories(folder_ / "temp");
   makeCertificates();
-  for (int attempt = 0; attempt < 5; ++attempt)
-    if (start(locations)) return;
-  throw std::runtime_error("nginx does not start: " + process_.said());
+  process_.startSomewhere("nginx", [&] { return start(locations); });
 }
 
 void Nginx::makeCertificates() const {
   const auto key = (folder_ / "key.pem").string(), request = (folder_ / "request.pem").string();
   const auto openssl = [&](std::vector<std::string> words) {
     words.insert(words.begin(), "openssl");
-    if (!ServerProcess::run(words, folder_.string()))
-      throw std::runtime_error("openssl made no certificate");
+    ServerProcess::require(words, folder_.string());
   };
   openssl({"req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
            "-subj", "/CN=127.0.0.1", "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", key,

@@ -17,6 +17,10 @@ bool ServerProcess::run(std::vector<std::string> command, const std::string& hom
   return program.finish() == 0;
 }
 
+void ServerProcess::require(const std::vector<std::string>& command, const std::string& home) {
+  if (!run(command, home)) throw std::runtime_error(command[0] + " " + command[1] + " failed");
+}
+
 int ServerProcess::freePort() {
   const int s = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};

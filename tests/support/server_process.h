@@ -3,6 +3,8 @@
 // The test's thread only. What can't be done throws std::runtime_error with the reason.
 #pragma once
 
+#include <stdexcept>
+
 #include "tests/support/program.h"
 
 class ServerProcess {
@@ -22,8 +24,17 @@ class ServerProcess {
 
   // Runs a program to its end; whether it went well.
   static bool run(std::vector<std::string> command, const std::string& home);
+  // The same where it has to.
+  static void require(const std::vector<std::string>& command, const std::string& home);
   // Somebody else may take it before it is used.
   static int freePort();
+  // Tries anew, on other ports, what may have met somebody there.
+  template <class Start>
+  void startSomewhere(const char* name, Start start) {
+    for (int attempt = 0; attempt < 5; ++attempt)
+      if (start()) return;
+    throw std::runtime_error(name + (" does not start: " + said_));
+  }
 
  private:
   std::optional<Program> program_;  // kept listened to, so that it can go on talking
