@@ -344,7 +344,6 @@ TEST_F(LanguageTest, SmallServices) {
   EXPECT_EQ(formatText("%@ %@", {"a"}), "a %@");
   EXPECT_TRUE(KesCommon::IsDevTool("KES"));
   EXPECT_FALSE(KesCommon::IsDevTool("kes2"));
-  EXPECT_EQ(KesCommon::createMap({"a", 1, "b", 2}).Get("b"), 2);
   const KesException fault("guasto");
   Kes::SetException(fault);
   EXPECT_TRUE(c().LastException().IsInitialized());

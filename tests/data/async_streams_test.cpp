@@ -46,12 +46,6 @@ class AsyncStreams : public RecordedTest {
   Ref<KesAsyncStreams> streams = makeShared<KesAsyncStreams>();
 };
 
-// Handles nothing.
-struct Deaf final : kes::KesClass {
-  void _initialize() { initializeClassModule(); }
-  static void describe(kes::ClassBuilder<Deaf>& c) { c.name("deaf"); }
-};
-
 }  // namespace
 
 TEST_F(AsyncStreams, MessagesArriveWholeAndInOrder) {
@@ -110,10 +104,7 @@ TEST_F(AsyncStreams, WhatIsNoMessageEndsInOneError) {
 }
 
 TEST_F(AsyncStreams, DemandsItsHandlers) {
-  kes::ClassRegistry::instance().add<Deaf>();
-  const auto deaf = kes::make<Deaf>();
-  deaf->_initialize();
-  EXPECT_EQ(thrownBy([&] { streams->Initialize(deaf->bi(), "Net", {}, {}, false); }),
+  EXPECT_EQ(thrownBy([&] { streams->Initialize(recorder->bi(), "Net", {}, {}, false); }),
             "net_newdata: event not found.");
   EXPECT_FALSE(streams->IsInitialized());
 }

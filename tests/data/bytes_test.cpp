@@ -68,52 +68,32 @@ TEST_F(BytesTest, OtherProgramsReadWhatIsCompressedAndTheOtherWayRound) {
 TEST_F(BytesTest, ConverterKeepsNumbersInEitherOrder) {
   KesByteConverter big, little;
   little.LittleEndian = true;
+  using C = KesByteConverter;
   const struct {
-    const char* what;
-    Ref<KesArray> (KesByteConverter::*to)(const Ref<KesArray>&) const;
-    Ref<KesArray> (KesByteConverter::*from)(const Ref<KesArray>&) const;
+    Ref<KesArray> (C::*to)(const Ref<KesArray>&) const;
+    Ref<KesArray> (C::*from)(const Ref<KesArray>&) const;
     std::vector<Value> values;
     const char *bigHex, *littleHex;
   } cases[] = {
-      {"shorts",
-       &KesByteConverter::ShortsToBytes,
-       &KesByteConverter::ShortsFromBytes,
-       {std::int16_t{1}, std::int16_t{-2}},
-       "0001fffe",
-       "0100feff"},
-      {"ints",
-       &KesByteConverter::IntsToBytes,
-       &KesByteConverter::IntsFromBytes,
-       {1, -2},
-       "00000001fffffffe",
-       "01000000feffffff"},
-      {"longs",
-       &KesByteConverter::LongsToBytes,
-       &KesByteConverter::LongsFromBytes,
-       {std::int64_t{258}},
+      {&C::ShortsToBytes, &C::ShortsFromBytes, {std::int16_t{-2}}, "fffe", "feff"},
+      {&C::IntsToBytes, &C::IntsFromBytes, {1, -2}, "00000001fffffffe", "01000000feffffff"},
+      {&C::LongsToBytes,
+       &C::LongsFromBytes,
+       {INT64_C(258)},
        "0000000000000102",
        "0201000000000000"},
-      {"floats",
-       &KesByteConverter::FloatsToBytes,
-       &KesByteConverter::FloatsFromBytes,
-       {1.5f},
-       "3fc00000",
-       "0000c03f"},
-      {"doubles",
-       &KesByteConverter::DoublesToBytes,
-       &KesByteConverter::DoublesFromBytes,
-       {-2.0},
-       "c000000000000000",
-       "00000000000000c0"},
+      {&C::FloatsToBytes, &C::FloatsFromBytes, {1.5f}, "3fc00000", "0000c03f"},
+      {&C::DoublesToBytes, &C::DoublesFromBytes, {-2.0}, "c000000000000000", "00000000000000c0"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.bigHex);
     for (const auto* converter : {&big, &little}) {
       auto bytes = (converter->*c.to)(numbers(c.values));
-      EXPECT_EQ(toHex(bytes), converter == &big ? c.bigHex : c.littleHex) << c.what;
+      EXPECT_EQ(toHex(bytes), converter == &big ? c.bigHex : c.littleHex);
       bytes->bytesData().push_back(9);  // too little for another number
       const auto back = (converter->*c.from)(bytes);
-      EXPECT_EQ(back->objectsData(), c.values) << c.what;
-      EXPECT_EQ(back->objectsData()[0].numberType(), c.values[0].numberType()) << c.what;
+      EXPECT_EQ(back->objectsData(), c.values);
+      EXPECT_EQ(back->objectsData()[0].numberType(), c.values[0].numberType());
     }
   }
   EXPECT_EQ(thrownBy([&] { big.IntsToBytes(arrayOf("x")); }), "An array of numbers is expected.");

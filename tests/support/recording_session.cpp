@@ -12,6 +12,7 @@ using namespace platform;
 
 class RecordingSession::Delegate final : public UrlSessionDelegate {
  public:
+  explicit Delegate(const RecordingSession& session) : session_(session) {}
   void finishedDownload(const UrlTask& task, const std::shared_ptr<const UrlResponse>& response,
                         const std::shared_ptr<UrlBody>& download) override {
     const auto bytes = download->bytes();
@@ -25,7 +26,7 @@ class RecordingSession::Delegate final : public UrlSessionDelegate {
       t.path = path;
       t.status = response->status;
     }
-    if (onDownload) onDownload(task);
+    if (session_.onDownload) session_.onDownload(task);
   }
   void completed(const UrlTask& task, const std::shared_ptr<const UrlResponse>& response,
                  const std::string* error) override {
@@ -42,18 +43,19 @@ class RecordingSession::Delegate final : public UrlSessionDelegate {
     changed.notify_all();
   }
   std::optional<UrlCredential> credential(const UrlTask& task) override {
-    return answer ? answer(task) : std::nullopt;
+    return session_.credential ? session_.credential(task) : std::nullopt;
   }
 
   std::mutex mutex;
   std::condition_variable changed;
   std::map<std::string, Told> told;
-  std::function<std::optional<UrlCredential>(const UrlTask&)> answer;
-  std::function<void(const UrlTask&)> onDownload;
+
+ private:
+  const RecordingSession& session_;
 };
 
 RecordingSession::RecordingSession(UrlSession::Configuration configuration)
-    : delegate_(std::make_shared<Delegate>()),
+    : delegate_(std::make_shared<Delegate>(*this)),
       session_(std::make_unique<UrlSession>(std::move(configuration), delegate_, [this](auto turn) {
         delegateQueue_.post(std::move(turn));
       })) {}
@@ -94,15 +96,6 @@ Told RecordingSession::run(UrlRequest request) {
 std::map<std::string, Told> RecordingSession::told() const {
   std::lock_guard lock(delegate_->mutex);
   return delegate_->told;
-}
-
-void RecordingSession::setCredential(
-    std::function<std::optional<UrlCredential>(const UrlTask&)> answer) {
-  delegate_->answer = std::move(answer);
-}
-
-void RecordingSession::setOnDownload(std::function<void(const UrlTask&)> act) {
-  delegate_->onDownload = std::move(act);
 }
 
 }  // namespace testing_support

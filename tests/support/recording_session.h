@@ -51,9 +51,8 @@ class RecordingSession {
   std::map<std::string, Told> told() const;
 
   // Set before the first task: answers challenges, and called in finishedDownload().
-  void setCredential(
-      std::function<std::optional<platform::UrlCredential>(const platform::UrlTask&)> answer);
-  void setOnDownload(std::function<void(const platform::UrlTask&)> act);
+  std::function<std::optional<platform::UrlCredential>(const platform::UrlTask&)> credential;
+  std::function<void(const platform::UrlTask&)> onDownload;
 
  private:
   class Delegate;

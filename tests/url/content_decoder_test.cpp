@@ -81,14 +81,6 @@ TEST(ContentDecoder, RefusesWhatIsCutOffOrDamaged) {
     EXPECT_FALSE(decoded(coding, bytes + bytes.substr(0, 12), 7).whole &&
                  std::string_view(coding) == "gzip")
         << "a second member is cut off";
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-      auto altered = bytes;
-      altered[i] = static_cast<char>(altered[i] ^ 0x55);
-      const auto o = decoded(coding, altered, 5);
-      // In the head of gzip there are bytes that nobody checks.
-      EXPECT_TRUE(!o.whole || o.plain == text) << i;
-      EXPECT_EQ(o.whole, o.error.empty()) << i;
-    }
   }
   EXPECT_EQ(decoded("gzip", "plain after all", 100).error, "The body's compression is damaged.");
   EXPECT_EQ(decoded("gzip, gzip, gzip, gzip", "x", 1).error,

@@ -236,7 +236,7 @@ TEST_F(UrlSessionTest, RefusesWhatWouldBreakARequestBeforeItConnects) {
       {"password", "GET", "X", "a", {"u", "p\r\nY: b"}},
   };
   UrlCredential credential;
-  session.setCredential([&](const UrlTask&) { return credential; });
+  session.credential = [&](const UrlTask&) { return credential; };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.what) + " " + c.method + c.name + c.value + c.credential.user);
     credential = c.credential;
@@ -445,11 +445,11 @@ TEST_F(UrlSessionTest, AsksTheMachinesProxyForAllButLoopback) {
 TEST_F(UrlSessionTest, AnswersAChallengeOnce) {
   town::TownHost town;
   place.write(place.root() / "body.bin", std::string(300000, 'b'));
-  session.setCredential([](const UrlTask& task) -> std::optional<UrlCredential> {
+  session.credential = [](const UrlTask& task) -> std::optional<UrlCredential> {
     const auto& name = task.description;
     if (name.starts_with("none")) return std::nullopt;
     return UrlCredential{"varlo", name.starts_with("wrong") ? "sbagliata" : "segreta"};
-  });
+  };
   for (const std::string scheme : {"basic", "digest"}) {
     SCOPED_TRACE(scheme);
     const auto url = town.url() + "/_auth/" + scheme;
@@ -492,7 +492,7 @@ TEST_F(UrlSessionTest, GivesUpOnAChallengeThatNeverEnds) {
                        "401 No"));
     }
   });
-  session.setCredential([](const UrlTask&) { return UrlCredential{"a", "b"}; });
+  session.credential = [](const UrlTask&) { return UrlCredential{"a", "b"}; };
   const auto told = session.run(server.url());
   EXPECT_EQ(told.completions, 1);
   EXPECT_TRUE(told.status == 401 || !told.error.empty());
@@ -544,7 +544,7 @@ TEST_F(UrlSessionTest, FailsWhatIsNotThereWhenItsTimeIsOver) {
 
 TEST_F(UrlSessionTest, KeepsABodyInAPrivateFileForTheCallOnly) {
   town::TownHost town;
-  session.setOnDownload([&](const UrlTask& task) {
+  session.onDownload = [&](const UrlTask& task) {
     const auto path = session.told()[task.description].path;
     struct stat about {};
     ASSERT_EQ(::stat(path.c_str(), &about), 0);
@@ -554,7 +554,7 @@ TEST_F(UrlSessionTest, KeepsABodyInAPrivateFileForTheCallOnly) {
     ASSERT_EQ(::stat(place.c_str(), &about), 0);
     EXPECT_EQ(about.st_mode & 0777, 0700u);
     EXPECT_EQ(place.parent_path(), folder());
-  });
+  };
   const auto told = session.run(town.url() + "/_bytes/2000000");
   EXPECT_EQ(told.status, 200);
   ASSERT_EQ(told.body.size(), 2'000'000u);
@@ -576,10 +576,10 @@ TEST_F(UrlSessionTest, SweepsWhatProcessesThatWereKilledLeftBehind) {
   fs::create_directory_symlink(here / "pictures", here / ("downloads-f" + digits.substr(1)));
 
   RecordingSession other(folder());  // plays another program's
-  other.setOnDownload([&](const UrlTask& task) {
+  other.onDownload = [&](const UrlTask& task) {
     session.run(town.url() + "/_bytes/2000000");
     EXPECT_TRUE(fs::exists(other.told()[task.description].path));
-  });
+  };
   EXPECT_EQ(other.run(town.url() + "/_bytes/2000000").error, "");
   EXPECT_FALSE(fs::exists(here / ("downloads-" + digits)));
   for (const auto& path : kept) EXPECT_TRUE(fs::exists(path)) << path;
@@ -709,12 +709,12 @@ TEST_F(UrlSessionTest, MayEndOnItsDelegateQueue) {
   bool first = true;
   std::size_t completed = 0;
   std::promise<void> allStarted;
-  session.setOnDownload([&](const UrlTask&) {
+  session.onDownload = [&](const UrlTask&) {
     if (!std::exchange(first, false)) return;
     allStarted.get_future().wait();
     session.end();
     for (const auto& [name, told] : session.told()) completed += told.completions;
-  });
+  };
   auto r = request(town.url() + "/_bytes/10");
   for (int i = 0; i < 10; ++i) session.start(r, std::to_string(i));
   allStarted.set_value();
