@@ -230,22 +230,18 @@ TEST_F(HttpTest, EndsAtOnceWhileAnErrorEventWaits) {
 }
 
 TEST_F(HttpTest, AgreesWithAServerThatOthersWroteAndJudgesItsCertificate) {
-  Nginx nginx(phone.root() / "nginx",
+  const auto folder = (phone.root() / "nginx").string(), alias = " alias " + folder + "/root/; }\n";
+  Nginx nginx(folder,
               "location /dav/ { dav_methods PUT DELETE; create_full_put_path on; "
               "client_max_body_size 1m; }\n"
               "location /small/ { dav_methods PUT; client_max_body_size 1k; }\n"
-              "location /gzip/ { gzip on; gzip_types text/plain; alias " +
-                  (phone.root() / "nginx/root/").string() +
-                  "; }\n"
-                  "location /ssi/ { ssi on; ssi_types text/plain; alias " +
-                  (phone.root() / "nginx/root/").string() +
-                  "; }\n"
-                  "location /moved { return 301 /file.txt; }\n"
-                  "location /away { return 307 https://$host:$arg_port/file.txt; }\n"
-                  "location /hangup { return 444; }\n"
-                  "location /private { auth_basic town; auth_basic_user_file " +
-                  (phone.root() / "nginx/users").string() + "; alias " +
-                  (phone.root() / "nginx/root/").string() + "; }\n");
+              "location /moved { return 301 /file.txt; }\n"
+              "location /away { return 307 https://$host:$arg_port/file.txt; }\n"
+              "location /hangup { return 444; }\n"
+              "location /gzip/ { gzip on; gzip_types text/plain;" +
+                  alias + "location /ssi/ { ssi on; ssi_types text/plain;" + alias +
+                  "location /private { auth_basic town; auth_basic_user_file " + folder +
+                  "/users;" + alias);
   std::string text;
   while (text.size() < 200000) text += "La città di Varlo. ";
   TestPlatform::write(nginx.root() / "file.txt", text);
