@@ -14,15 +14,13 @@ constexpr const char *kTownPage = "/v2.9/Comune.di.Varlo/events",
 class Events : public LaunchedTest {
  protected:
   Ref<kes_customlistview> list() { return app()._clv; }
-  std::string text(int row) {
-    return KesPanelWrapper::fromBoxed(list()->_getpanel(row).object())
-        .GetView(3)
-        .view()
-        .displayText();
+  KesPanelWrapper card(int row) {
+    return KesPanelWrapper::fromBoxed(list()->_getpanel(row).object());
   }
   Trace cards() {
     Trace all;
-    for (int i = 0; i < list()->_getsize(); ++i) all.push_back(text(i));
+    for (int i = 0; i < list()->_getsize(); ++i)
+      all.push_back(card(i).GetView(3).view().displayText());
     return all;
   }
   Trace ids() {
@@ -144,18 +142,17 @@ TEST_F(Events, ACardKeepsItsSizeWhateverBecomesOfItsPicture) {
   visit(kTownEvents);
   ASSERT_EQ(list()->_getsize(), 3);
   for (int row = 0; row < 3; ++row) {
-    const auto card = KesPanelWrapper::fromBoxed(list()->_getpanel(row).object());
-    EXPECT_EQ(card.Height(), 220);
-    const double third = card.Width() / 3;
-    const auto picture = KesImageViewWrapper::fromBoxed(card.GetView(1).object());
+    EXPECT_EQ(card(row).Height(), 220);
+    const double third = card(row).Width() / 3;
+    const auto picture = KesImageViewWrapper::fromBoxed(card(row).GetView(1).object());
     EXPECT_EQ(picture.Bitmap().IsInitialized(), row == 0);
     EXPECT_EQ(picture.view().frame(), (ui::Rect{0, 0, 2 * third, 220}));
-    EXPECT_EQ(card.GetView(3).view().frame(), (ui::Rect{third, 0, 2 * third, 220}));
+    EXPECT_EQ(card(row).GetView(3).view().frame(), (ui::Rect{third, 0, 2 * third, 220}));
   }
   lieDown();
-  const auto card = KesPanelWrapper::fromBoxed(list()->_getpanel(0).object());
-  EXPECT_GT(card.Width(), 500);
-  EXPECT_DOUBLE_EQ(card.GetView(3).view().frame().right(), card.Width()) << "in landscape too";
+  EXPECT_GT(card(0).Width(), 500);
+  EXPECT_DOUBLE_EQ(card(0).GetView(3).view().frame().right(), card(0).Width())
+      << "in landscape too";
 }
 
 }  // namespace

@@ -17,11 +17,14 @@ constexpr int kMaps = 60;
 class Maps : public LaunchedTest {
  protected:
   static kes_modmaps& page() { return kes_modmaps::instance(); }
+  std::string mapAt(const std::string& path, const std::string& more = "") {
+    return R"({"Nome":"Prova","URL":")" + host.url() + path +
+           R"(","LAT":"lat","LON":"lon","TITLE":"nome")" + more + "}";
+  }
   // Opens a map whose rows are these; `more` is the rest of its description.
   void open(const std::string& rows, const std::string& more = R"(,"SNIPPET":"info")") {
     publish(kRows, rows);
-    describe(R"({"Nome":"Prova","URL":")" + host.url() + kRows +
-             R"(","LAT":"lat","LON":"lon","TITLE":"nome")" + more + "}");
+    describe(mapAt(kRows, more));
   }
   void describe(const std::string& description) {
     page().set_datimappa(mapOf(description));
@@ -169,8 +172,7 @@ TEST_F(Maps, ARedirectToAnotherHostLosesTheToken) {
                              R"([{"lat":45,"lon":10,"nome":"altrove"}])");
   publish(kRows, "[]");
   host.faults().add(kRows, Fault::redirect(other.url() + "/altrove.json"));
-  describe(R"({"Nome":"Prova","URL":")" + host.url() + kRows +
-           R"(","LAT":"lat","LON":"lon","TITLE":"nome"})");
+  describe(mapAt(kRows));
   EXPECT_THAT(markers(), ElementsAre("altrove"));
   EXPECT_THAT(asked(kRows), ElementsAre(HasSubstr("app_token=")));
   for (const auto& request : other.requests().all())
@@ -201,8 +203,7 @@ TEST_F(Maps, WhatCannotBeHadLeavesAMapWithoutMarkersAndSaysSo) {
 TEST_F(Maps, WhatComesLateDoesNotLandOnAnotherMap) {
   publish("/lenta.json", R"([{"lat":45,"lon":10,"nome":"lenta"}])");
   host.faults().add("/lenta.json", Fault::delay(300));
-  page().set_datimappa(mapOf(R"({"Nome":"Lenta","URL":")" + host.url() +
-                             R"(/lenta.json","LAT":"lat","LON":"lon","TITLE":"nome"})"));
+  page().set_datimappa(mapOf(mapAt("/lenta.json")));
   page()._avvia();
   phone.pump.advance(50);
   open(R"([{"lat":45,"lon":10,"nome":"veloce"}])");

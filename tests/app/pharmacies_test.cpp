@@ -10,9 +10,16 @@ constexpr const char* kTwoPharmacies = R"([
   {"Chiave":"F2","Farmacia":"Stazione","Citta":"Varlo","Telefono":"0123 2",
    "Indirizzo":"Via Pace 2","Latitudine":"45","Longitudine":9}])";
 
-std::string day(int number, const char* turn1, const char* turn2) {
-  return R"({"Mese":11,"Anno":2017,"Giorno":)" + std::to_string(number) + R"(,"Turno1":)" + turn1 +
-         R"(,"Turno2":)" + turn2 + "}";
+struct Turns {
+  int day;
+  const char *first, *second;
+};
+std::string turnsOf(std::initializer_list<Turns> all) {
+  std::string json;
+  for (const auto& [day, first, second] : all)
+    json += std::string(json.empty() ? "[" : ",") + R"({"Mese":11,"Anno":2017,"Giorno":)" +
+            std::to_string(day) + R"(,"Turno1":")" + first + R"(","Turno2":")" + second + "\"}";
+  return json + "]";
 }
 
 class Pharmacies : public LaunchedTest {
@@ -45,25 +52,19 @@ TEST_F(Pharmacies, TheTurnsMakeTheRows) {
     Trace rows;
   } cases[] = {
       {"all three",
-       "[" + day(14, "\"F1\"", "\"F2\"") + "," + day(15, "\"F2\"", "\"F1\"") + "]",
+       turnsOf({{14, "F1", "F2"}, {15, "F2", "F1"}}),
        {u + "Centrale", a + "Stazione", d + "Centrale"}},
       {"no daytime turn",
-       "[" + day(14, "\"F1\"", "\"\"") + "," + day(15, "\"F2\"", "\"\"") + "]",
+       turnsOf({{14, "F1", ""}, {15, "F2", ""}}),
        {u + "Centrale", a + "Stazione"}},
       {"one pharmacy on both days",
-       "[" + day(15, "\"F1\"", "\"\"") + "," + day(14, "\"F1\"", "\"\"") + "]",
+       turnsOf({{15, "F1", ""}, {14, "F1", ""}}),
        {u + "Centrale", a + "Centrale"}},
-      {"yesterday is missing",
-       "[" + day(15, "\"F1\"", "\"F2\"") + "]",
-       {a + "Centrale", d + "Stazione"}},
-      {"today is missing",
-       "[" + day(14, "\"F1\"", "\"F2\"") + "," + day(16, "\"F1\"", "\"F2\"") + "]",
-       {u + "Centrale"}},
-      {"a turn of nobody known",
-       "[" + day(14, "\"F9\"", "\"F9\"") + "," + day(15, "\"F9\"", "\"F2\"") + "]",
-       {d + "Stazione"}},
+      {"yesterday is missing", turnsOf({{15, "F1", "F2"}}), {a + "Centrale", d + "Stazione"}},
+      {"today is missing", turnsOf({{14, "F1", "F2"}, {16, "F1", "F2"}}), {u + "Centrale"}},
+      {"a turn of nobody known", turnsOf({{14, "F9", "F9"}, {15, "F9", "F2"}}), {d + "Stazione"}},
       {"the first entry of a day counts",
-       "[" + day(15, "\"F1\"", "\"\"") + "," + day(15, "\"F2\"", "\"F2\"") + "]",
+       turnsOf({{15, "F1", ""}, {15, "F2", "F2"}}),
        {a + "Centrale"}},
       {"a day that is a text",
        R"([{"Giorno":"15","Mese":11,"Anno":2017,"Turno1":"F1","Turno2":"F2"}])",
@@ -78,12 +79,13 @@ TEST_F(Pharmacies, TheTurnsMakeTheRows) {
 
   const std::string numbered =
       R"([{"Chiave":"7","Farmacia":"Testo","Citta":"V"},{"Chiave":8,"Farmacia":"Numero","Citta":"V"}])";
-  EXPECT_EQ(rowsFor("[" + day(15, "7", "\"8\"") + "]", numbered), Trace{a + "Testo"})
+  EXPECT_EQ(rowsFor(R"([{"Giorno":15,"Mese":11,"Anno":2017,"Turno1":7,"Turno2":"8"}])", numbered),
+            Trace{a + "Testo"})
       << "a turn may be a number, the key of a pharmacy may not";
 }
 
 TEST_F(Pharmacies, ARowTellsNameTelephoneAndAddress) {
-  rowsFor("[" + day(15, "\"F1\"", "\"F2\"") + "]");
+  rowsFor(turnsOf({{15, "F1", "F2"}}));
   const auto& label = labelOf(app()._clv, 0);
   const std::string name = "Centrale - Varlo\n\n";
   EXPECT_EQ(label.text(),
@@ -106,7 +108,7 @@ TEST_F(Pharmacies, ARowTellsNameTelephoneAndAddress) {
 }
 
 TEST_F(Pharmacies, APlaceWithoutCoordinatesLeadsNowhere) {
-  rowsFor("[" + day(15, "\"F2\"", "\"\"") + "]");
+  rowsFor(turnsOf({{15, "F2", ""}}));
   ASSERT_TRUE(enter("Stazione"));
   EXPECT_EQ(title(), "Stazione - Varlo");
   ASSERT_TRUE(enter("Via Pace 2"));

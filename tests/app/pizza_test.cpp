@@ -106,10 +106,11 @@ TEST_F(Pizza, WhatIsNotWholeIsFetchedAgain) {
 }
 
 TEST_F(Pizza, NamesFromTheServiceStayInTheirFolder) {
-  const auto before =
-      std::distance(std::filesystem::recursive_directory_iterator(
-                        std::filesystem::path(File().DirTemp().str()).parent_path()),
-                    std::filesystem::recursive_directory_iterator());
+  const auto entriesThere = [&] {
+    const std::filesystem::recursive_directory_iterator all(folder("").parent_path().parent_path());
+    return std::distance(begin(all), end(all));
+  };
+  const auto before = entriesThere();
   std::string entries;
   for (const char* name : {"../fuori.png", "a/b.png", "..", "", "/tmp/fuori.png", "a\\u0000.png"})
     entries += R"({"name":")" + std::string(name) + R"(","download_url":")" + picture() + R"("},)";
@@ -123,10 +124,7 @@ TEST_F(Pizza, NamesFromTheServiceStayInTheirFolder) {
   open(R"({"Title":"Su","Folder":"..","LastUpdate":""})");
   open(R"({"Title":"Su","LastUpdate":"1"})");
   EXPECT_THAT(std::exchange(faults, {}), ElementsAre("\"Folder\" is missing"));
-  const auto after = std::distance(std::filesystem::recursive_directory_iterator(
-                                       std::filesystem::path(File().DirTemp().str()).parent_path()),
-                                   std::filesystem::recursive_directory_iterator());
-  EXPECT_LE(after - before, 4) << "two folders and the one picture";
+  EXPECT_LE(entriesThere() - before, 4) << "two folders and the one picture";
 }
 
 TEST_F(Pizza, AFolderThatCannotBeListedSaysNothingOfItsOwn) {
