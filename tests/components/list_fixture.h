@@ -103,6 +103,7 @@ class ListTest : public testing::Test {
   void scrollTo(double y) { list->_sv.setScrollViewOffsetY(y); }
 
   Trace takeTrace() { return std::exchange(listener->trace, {}); }
+  Trace happened() { return phone.heardBy(*listener); }
 
   RuntimePhone phone;
   Ref<Listener> listener;

@@ -58,11 +58,9 @@ TEST_F(ListTest, AHorizontalListRunsAcross) {
   list->_removeat(0);
   EXPECT_THAT(offsets(), ElementsAre(2, 104));
   addAll({100, 100, 100});
-  phone.pump.drain();
-  takeTrace();
+  happened();
   list->_sv.setScrollViewOffsetX(110);
-  phone.pump.drain();
-  EXPECT_THAT(takeTrace(), ElementsAre("scroll 110", "range 1,4"));
+  EXPECT_THAT(happened(), ElementsAre("scroll 110", "range 1,4"));
 
   list->_addtextitem("testo", {});
   EXPECT_EQ(list->_getsize(), 5);
@@ -112,11 +110,9 @@ TEST_F(ListTest, AnEmptyListSaysSoUntilThereIsSomethingToSee) {
 
 TEST_F(ListTest, TheRangeIsToldAfterANewSize) {
   for (int i = 0; i < 20; ++i) add(40);
-  phone.pump.drain();
-  takeTrace();
+  happened();
   list->_base_resize(300, 400);
-  phone.pump.drain();
-  EXPECT_THAT(takeTrace(), ElementsAre("range 0,9"));
+  EXPECT_THAT(happened(), ElementsAre("range 0,9"));
 }
 
 }  // namespace

@@ -21,7 +21,11 @@ struct HeadlessPhone {
   explicit HeadlessPhone(const Options& options)
       : test(options.startAt), screen(options.size), text(options.textScale) {}
 
-  void tap(const ui::View& view) { tap(view.frameInWindow().center()); }
+  // Where it has come to be.
+  void tap(const ui::View& view) {
+    pump.drain();
+    tap(view.frameInWindow().center());
+  }
   // With all that it sets off; the clock stands still.
   void tap(ui::Point p) {
     down(p);

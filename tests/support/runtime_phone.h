@@ -28,23 +28,6 @@ W fresh(const Ref<Kes>& bi = nullptr, const char* prefix = "") {
   return made;
 }
 
-struct RuntimePhone : testing_support::WindowPhone {
-  explicit RuntimePhone(ui::Size size = {320, 568}, double textScale = 1)
-      : WindowPhone({.size = size, .textScale = textScale}) {
-    registerData();
-    registerViews();
-    lendServices();
-    KesLayoutBuilder::state() = {};
-  }
-  // A page without bars, fitted to the window.
-  KesPage showPage(const Ref<Kes>& bi, const char* prefix) {
-    const auto page = fresh<KesPage>(bi, prefix);
-    window->setRootViewController(page.native());
-    pump.drain();
-    return page;
-  }
-};
-
 // A word as a template's argument.
 template <std::size_t N>
 struct Word {
@@ -75,6 +58,28 @@ class EventNotes : public KesClass {
     const char* before = " ";
     for (const auto& p : parameters) line += std::exchange(before, ",") + p;
     trace.push_back(std::move(line));
+  }
+};
+
+struct RuntimePhone : testing_support::WindowPhone {
+  explicit RuntimePhone(ui::Size size = {320, 568}, double textScale = 1)
+      : WindowPhone({.size = size, .textScale = textScale}) {
+    registerData();
+    registerViews();
+    lendServices();
+    KesLayoutBuilder::state() = {};
+  }
+  // A page without bars, fitted to the window.
+  KesPage showPage(const Ref<Kes>& bi, const char* prefix) {
+    const auto page = fresh<KesPage>(bi, prefix);
+    window->setRootViewController(page.native());
+    pump.drain();
+    return page;
+  }
+  // What it has heard by now, since it was last asked.
+  Trace heardBy(EventNotes& listener) {
+    pump.drain();
+    return std::exchange(listener.trace, {});
   }
 };
 

@@ -20,7 +20,9 @@ struct Map : PageTest {
     map->setCamera({kCentre, 15}, false);
   }
   Ref<MapMarker> add(double north, double east, const std::string& title) {
-    return map->addMarker({kCentre.latitude + north, kCentre.longitude + east}, title);
+    auto marker = map->addMarker({kCentre.latitude + north, kCentre.longitude + east}, title);
+    phone.pump.drain();
+    return marker;
   }
   std::string focused() {
     return phone.app.focus().view() ? phone.app.focus().view()->accessibleName() : "";
@@ -37,7 +39,6 @@ struct Map : PageTest {
 TEST_F(Map, MarkersStandWhereTheTileGridHasThem) {
   const auto middle = add(0, 0, "centro"), north = add(0.005, 0, "nord"),
              east = add(0, 0.005, "est");
-  phone.pump.drain();
   const Point tip{160, 274};  // the middle of the map
   EXPECT_EQ(middle->frame(), (Rect{145, 234, 30, 40}));
   // 0.005 degrees at zoom 15 are 116.5 points across, and as many over the cosine up.
@@ -99,7 +100,6 @@ TEST_F(Map, ATapOpensTheWindowAndATapOnTheWindowTells) {
 
 TEST_F(Map, TheWindowOfAMarkerAtTheEdgeIsMovedIntoSight) {
   const auto corner = add(0.0075, -0.0065, "Un nome piuttosto lungo, in un angolo della carta");
-  phone.pump.drain();
   ASSERT_TRUE(map->ground().bounds().intersects(corner->frame()));
   map->open(corner.get());
   phone.pump.drain();
@@ -115,7 +115,6 @@ TEST_F(Map, TheKeyboardGoesFromTheNearestMarkerOutwards) {
   add(0.0005, 0, "vicino");
   add(0.03, 0, "fuori vista");
   add(0, 0.002, "in mezzo");
-  phone.pump.drain();
   std::vector<std::string> order;
   for (int i = 0; i < 6; ++i) {
     phone.app.key(Key::Tab);
@@ -147,7 +146,6 @@ TEST_F(Map, TheKeyboardGoesFromTheNearestMarkerOutwards) {
 TEST_F(Map, EveryMarkerIsAButtonWithAName) {
   add(0.03, 0, "Parco Nord");
   add(0, 0, "");
-  phone.pump.drain();
   std::vector<std::string> read;
   for (const auto& e : accessibilityTree(*phone.window))
     read.push_back(std::string(roleName(e.role)) + " " + e.name);
@@ -207,7 +205,6 @@ TEST_F(Map, ReportsOfAnEarlierCameraArePassedOver) {
 TEST_F(Map, AMarkerIsSingledOutOfItsClusterFromUnderAWindowAndFromUnderItsLike) {
   const auto a = add(0, 0, "uno"), b = add(0.003, 0, "due"), c = add(0.005, 0, "tre"),
              same = add(0.005, 0, "stesso posto"), far = add(0.03, 0, "lontano");
-  phone.pump.drain();
   map->ground().setAlone({1, 2, 3, 4});
   map->ground().singleOut(*b);
   EXPECT_EQ(map->camera().zoom, 15) << "it lies free";

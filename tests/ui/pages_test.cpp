@@ -40,7 +40,8 @@ struct PagesTest : testing::Test {
     for (const auto& p : nav->viewControllers()) all += p->title();
     return all;
   }
-  void show() {
+  void show(const Ref<Page>& page) {
+    nav->push(page, false);
     phone.window->setRootViewController(nav);
     phone.pump.settle();
   }
@@ -68,8 +69,7 @@ TEST_F(PagesTest, PagesAreToldWhenTheyComeAndGo) {
 
 TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
   EXPECT_EQ(b->view().bounds().size(), phone.app.screenBounds().size()) << "before it is shown";
-  nav->push(a, false);
-  show();
+  show(a);
   EXPECT_EQ(a->view().frameInWindow(), (Rect{0, 64, 320, 504}));
   nav->setToolbarHidden(false);
   a->navigationItem().setPrompt("Avviso");
@@ -86,8 +86,7 @@ TEST_F(PagesTest, APageFillsWhatTheBarsLeave) {
 }
 
 TEST_F(PagesTest, ABarSlidesAwayAndBackOnlyWhereThatIsAskedFor) {
-  nav->push(a, false);
-  show();
+  show(a);
   const auto barTop = [&](View& bar) { return bar.presented().frame().y; };
   auto& bar = nav->navigationBar();
   nav->setNavigationBarHidden(true, true);
@@ -122,8 +121,7 @@ TEST_F(PagesTest, ABarSlidesAwayAndBackOnlyWhereThatIsAskedFor) {
 }
 
 TEST_F(PagesTest, ATitleTooLongForALineTakesTwoSmallerOnes) {
-  nav->push(a, false);
-  show();
+  show(a);
   auto& title = nav->navigationBar().titleLabel();
   for (const auto& [text, lines] :
        {std::pair{"Uffici", 1}, {"Farmacia Madonna della Neve - Pieve Lunga", 2}, {"Scuole", 1}}) {
@@ -136,8 +134,7 @@ TEST_F(PagesTest, ATitleTooLongForALineTakesTwoSmallerOnes) {
 }
 
 TEST_F(PagesTest, TheSlideLeavesOnlyTheTopPageBehind) {
-  nav->push(a, false);
-  show();
+  show(a);
   const auto onScreen = [&](Page& p) { return p.view().window() != nullptr; };
   nav->push(b, true);
   EXPECT_TRUE(onScreen(*a)) << "slides out beside the new one";
@@ -163,8 +160,7 @@ TEST_F(PagesTest, TheSlideLeavesOnlyTheTopPageBehind) {
 
 TEST_F(PagesTest, BarItemsAreButtonsWithNames) {
   nav->push(a, false);
-  nav->push(b, false);
-  show();
+  show(b);
   std::vector<std::string> pressed;
   const auto item = [&](Ref<BarButtonItem> i) {
     i->onPress = [&](BarButtonItem& self) { pressed.push_back(self.accessibleName()); };
@@ -203,9 +199,8 @@ TEST_F(PagesTest, BarItemsAreButtonsWithNames) {
 TEST_F(PagesTest, FlexibleSpacesPushToolbarItemsApart) {
   auto one = BarButtonItem::text("Uno"), two = BarButtonItem::text("Due");
   a->setToolbarItems({one, BarButtonItem::system(BarButtonItem::kFlexibleSpace), two});
-  nav->push(a, false);
   nav->setToolbarHidden(false);
-  show();
+  show(a);
   EXPECT_EQ(nav->toolbar().viewFor(*one)->frame().x, style::kBarMargin);
   EXPECT_EQ(nav->toolbar().viewFor(*two)->frame().right(), 320 - style::kBarMargin);
 }
@@ -217,8 +212,7 @@ TEST_F(PagesTest, APageMayPopItselfAsItAppears) {
       if (auto* nav = navigationController()) nav->pop(false);
     }
   };
-  nav->push(a, false);
-  show();
+  show(a);
   nav->push(makeShared<Hasty>(), true);
   phone.pump.settle();
   EXPECT_EQ(stack(), "a");

@@ -35,9 +35,10 @@ class PagesTest : public ViewsTest {
     nav.Initialize(owner->bi(), "nc");
     phone.window->setRootViewController(nav.native());
   }
-  Trace happened() {
-    phone.pump.drain();
-    return std::exchange(owner->trace, {});
+  Trace happened() { return phone.heardBy(*owner); }
+  void showHome() {
+    nav.ShowPage2(home, false);
+    happened();
   }
   std::vector<Value> stack() {
     std::vector<Value> pages;
@@ -116,8 +117,7 @@ TEST_F(PagesTest, APageHasItsSizeFromItsMakingAndWhatTheBarsLeaveOnceShown) {
   const auto sizeOf = [](const KesPage& page) {
     return points(page.RootPanel().Width()) + "," + points(page.RootPanel().Height());
   };
-  nav.ShowPage2(home, false);
-  happened();
+  showHome();
   for (const auto& [screen, made, shown] :
        {std::tuple{ui::Size{320, 568}, "320,548", "320,504"}, {{568, 320}, "568,300", "568,256"}}) {
     phone.turn(screen);
@@ -132,15 +132,13 @@ TEST_F(PagesTest, APageHasItsSizeFromItsMakingAndWhatTheBarsLeaveOnceShown) {
     EXPECT_THAT(owner->trace, ElementsAre("home goes", "home goes")) << "no size told yet";
     EXPECT_THAT(happened(), testing::Contains("home " + std::string(shown)).Times(2))
         << "told once by each, of the size that it came to";
-    nav.ShowPage2(home, false);
-    happened();
+    showHome();
   }
 }
 
 TEST_F(PagesTest, SafeAreaIsEmptyBeforeVersionEleven) {
   nav.setNavigationBarVisible(false);
-  nav.ShowPage2(home, false);
-  phone.pump.drain();
+  showHome();
   home.RootPanel().setTop(0);  // under the status bar
   for (const auto& [version, top] : {std::pair{"10.3", 0.0f}, {"11.0", 20.0f}, {"12.1.4", 20.0f}}) {
     device::setSystemVersion(version);
@@ -183,8 +181,7 @@ TEST_F(PagesTest, TitlePromptAndButtonsReachTheBar) {
 
 TEST_F(PagesTest, ListensToTheKeyboardOnlyWhileShownAndOnlyForAHandler) {
   phone.screen.keyboard = 216;
-  nav.ShowPage2(home, false);
-  happened();
+  showHome();
   auto field = fresh<KesTextFieldWrapper>(owner->bi());
   home.RootPanel().AddView(field, 0, 0, 100, 40);
   phone.pump.drain();

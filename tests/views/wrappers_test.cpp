@@ -55,10 +55,7 @@ class WrappersTest : public ViewsTest {
     owner->trace.clear();
     return w;
   }
-  Trace happened() {
-    phone.pump.drain();
-    return std::exchange(owner->trace, {});
-  }
+  Trace happened() { return phone.heardBy(*owner); }
 
   Ref<Listener> owner;
   KesPage page;
