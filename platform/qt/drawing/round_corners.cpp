@@ -123,12 +123,10 @@ class RestoreNode final : public CornerNode {
   }
 };
 
-}  // namespace
-
 // Either of the two: they share what is kept, and differ in their node.
-class RoundCorners::Item : public QQuickItem {
+class CornerItem : public QQuickItem {
  public:
-  Item(QQuickItem& of, std::shared_ptr<Corners> corners)
+  CornerItem(QQuickItem& of, std::shared_ptr<Corners> corners)
       : QQuickItem(&of), corners_(std::move(corners)) {
     setFlag(ItemHasContents);
   }
@@ -155,13 +153,15 @@ class RoundCorners::Item : public QQuickItem {
 };
 
 template <class Node>
-class RoundCorners::Part final : public Item {
+class Part final : public CornerItem {
  public:
-  using Item::Item;
+  using CornerItem::CornerItem;
 
  protected:
   CornerNode* makeNode() override { return new Node(*window(), corners_); }
 };
+
+}  // namespace
 
 RoundCorners::RoundCorners(QQuickItem& of, double radius) : of_(of) {
   const auto inside = of.childItems();
@@ -178,8 +178,8 @@ RoundCorners::~RoundCorners() = default;
 void RoundCorners::update(double radius) {
   const QSizeF size = of_.size();
   const Shape shape{size, std::min({radius, size.width() / 2, size.height() / 2})};
-  keeper_->setShape(shape);
-  restorer_->setShape(shape);
+  for (auto* item : {keeper_.get(), restorer_.get()})
+    static_cast<CornerItem*>(item)->setShape(shape);
 }
 
 bool RoundCorners::has(const QQuickItem& item) const {

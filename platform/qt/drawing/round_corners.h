@@ -25,12 +25,8 @@ class RoundCorners {
   bool has(const QQuickItem& item) const;
 
  private:
-  class Item;
-  template <class Node>
-  class Part;
-
   QQuickItem& of_;
-  std::unique_ptr<Item> keeper_, restorer_;  // behind and in front of all the others
+  std::unique_ptr<QQuickItem> keeper_, restorer_;  // behind and in front of all the others
 };
 
 }  // namespace qt
