@@ -88,6 +88,8 @@ void kes_main::_application_start(Value) {
   KesPage menu;
   menu.Initialize(bi(), "lp");
   menu.RootPanel().setColor(KesColors::White);
+  // Its rows are measured before the drawer has it.
+  menu.RootPanel().setWidth(KesSideMenuController::MenuWidth());
   menu.RootPanel().LoadLayout("laymenu", bi());
   for (const MenuRow& row : varlo::menu()) {
     KesCSBuilder text;

@@ -6,7 +6,6 @@
 #include "platform/ui/application.h"
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/tree/layout_view.h"
-#include "platform/ui/values/style.h"
 
 namespace ui {
 
@@ -102,12 +101,14 @@ void DrawerController::setMaximumRightDrawerWidth(double width) {
   if (viewLoaded()) view().setNeedsLayout();
 }
 
+// Wider for larger text, as long as a finger finds the page beside it.
+double DrawerController::widthIn(double all, double maximum) {
+  const double wide = std::clamp(textHeight(maximum), 0.0, std::max(0.0, all - style::kTapSize));
+  return std::min(std::max(maximum, wide), all);
+}
+
 double DrawerController::widthOf(DrawerSide side) {
-  const double designed = side == DrawerSide::Left ? leftWidth_ : rightWidth_;
-  const double all = view().bounds().width;
-  // Wider for larger text, as long as a finger finds the page beside it.
-  const double wide = std::clamp(textHeight(designed), 0.0, std::max(0.0, all - style::kTapSize));
-  return std::min(std::max(designed, wide), all);
+  return widthIn(view().bounds().width, side == DrawerSide::Left ? leftWidth_ : rightWidth_);
 }
 
 Rect DrawerController::panelFrame(DrawerSide side, double shown) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "platform/ui/pages/view_controller.h"
+#include "platform/ui/values/style.h"
 
 namespace ui {
 
@@ -32,6 +33,8 @@ class DrawerController : public ViewController {
   ViewController* right() const { return right_.get(); }
   void setCenter(Ref<ViewController> center);
 
+  // How wide a drawer is over a page so wide, unless it is given another maximum.
+  static double widthIn(double all, double maximum = style::kDrawerWidth);
   double maximumLeftDrawerWidth() const { return leftWidth_; }
   void setMaximumLeftDrawerWidth(double width);
   double maximumRightDrawerWidth() const { return rightWidth_; }

@@ -1,5 +1,7 @@
 #include "runtime/views/pages/side_menu.h"
 
+#include "runtime/views/base/device.h"
+
 namespace kes {
 
 namespace {
@@ -15,6 +17,10 @@ void KesSideMenuController::Initialize(const KesObjectWrapper& left, const KesOb
                                                                 controllerOf(right.objectOrNull()));
   drawer->closeGestureMask = ui::drawer_gesture::kPanCenter | ui::drawer_gesture::kPanDrawer;
   setObject(drawer);
+}
+
+double KesSideMenuController::MenuWidth() {
+  return ui::DrawerController::widthIn(device::screenBounds().width);
 }
 
 KesBarButtonItemWrapper KesSideMenuController::CreateBarButton(const Value& tag) const {

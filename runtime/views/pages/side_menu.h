@@ -37,6 +37,8 @@ class KesSideMenuController final
   void setLeftMenuMaxWidth(double width) { native()->setMaximumLeftDrawerWidth(width); }
   double RightMenuMaxWidth() const { return native()->maximumRightDrawerWidth(); }
   void setRightMenuMaxWidth(double width) { native()->setMaximumRightDrawerWidth(width); }
+  // Of a menu on this screen: what is measured on its page before Initialize needs it.
+  static double MenuWidth();
   void OpenLeftMenu() { native()->openDrawer(ui::DrawerSide::Left, true); }
   void OpenRightMenu() { native()->openDrawer(ui::DrawerSide::Right, true); }
   void CloseMenu() { native()->closeDrawer(true); }
