@@ -13,6 +13,8 @@
 #include "platform/ui/controls/scroll_view.h"
 #include "platform/ui/controls/text_input.h"
 #include "platform/ui/controls/web_view.h"
+#include "platform/ui/pages/drawer_controller.h"
+#include "platform/ui/values/style.h"
 
 static constexpr ui::Color kRed{0xFFFF0000}, kGreen{0xFF00FF00}, kBlue{0xFF0000FF};
 
@@ -263,6 +265,59 @@ TEST_F(OnScreen, RoundCornersCutTextsAndControlsToo) {
     }
     view->removeFromParent();
   }
+}
+
+// All at once: what has no indicator by the time that the others have theirs gets none.
+TEST_F(OnScreen, IndicatorsFlashAlongWhatDoesNotFit) {
+  const struct {
+    ui::Size content;
+    bool down, across;
+  } cases[] = {{{100, 2000}, true, false},
+               {{100.6, 2000}, true, false},  // a list whose width was rounded
+               {{2000, 100}, false, true},
+               {{2000, 2000}, true, true},
+               {{100, 100}, false, false}};
+  for (const auto& c : cases)
+    add<ui::ScrollView>({10, 10 + 110.0 * static_cast<double>(&c - cases), 100, 100})
+        ->setContentSize(c.content);
+  const auto shown = [&](bool flash) {
+    const QImage image = picture(flash ? "indicators" : "");
+    return std::all_of(std::begin(cases), std::end(cases), [&](const auto& c) {
+      const double y = 10 + 110.0 * static_cast<double>(&c - cases);
+      return ink(image, {100, y, 10, 90}).empty() != (flash && c.down) &&
+             ink(image, {10, y + 90, 90, 10}).empty() != (flash && c.across);
+    });
+  };
+  EXPECT_TRUE(loop.until([&] { return shown(true); }, 3000)) << "none when they came";
+  EXPECT_TRUE(loop.until([&] { return shown(false); }, 5000)) << "they stay";
+}
+
+TEST_F(OnScreen, ADrawerMarksItsCurrentRowAndFadesWhereMoreFollows) {
+  auto menu = ui::makeShared<ui::ViewController>();
+  auto drawer =
+      ui::makeShared<ui::DrawerController>(ui::makeShared<ui::ViewController>(), menu, nullptr);
+  window->setRootViewController(drawer);
+  auto list = add<ui::ScrollView>({0, 100, 280, 400}, &menu->view());
+  list->setContentSize({280, 1000});
+  for (int i = 0; i < 20; ++i)
+    addText("riga", {100, i * 50.0, 100, 50}, &list->content())->setCurrent(i == 1);
+  box({200, 0, 20, 1000}, kRed, &list->content());
+  drawer->openDrawer(ui::DrawerSide::Left, false);
+  QImage image = picture("drawer");
+  const QColor paper = QColor::fromRgba(ui::style::kDrawer.argb);
+  EXPECT_EQ(at(image, 198, 110), paper) << "another row";
+  EXPECT_NE(at(image, 198, 160), paper) << "the current one";
+  EXPECT_EQ(at(image, 101, 160), QColor::fromRgba(menu->view().tint().argb)) << "and its bar";
+  // Down to nothing at the edge, as long as there is something below.
+  const auto redness = [&](double y) {
+    return at(image, 210, y).red() - at(image, 210, y).green();
+  };
+  EXPECT_EQ(redness(300), 255);
+  EXPECT_TRUE(redness(475) > redness(485) && redness(485) > redness(497));
+  EXPECT_LT(redness(499), 30);
+  list->setOffset({0, 600});
+  image = picture("drawer-end");
+  EXPECT_EQ(redness(499), 255);
 }
 
 TEST_F(OnScreen, ButtonsShowPressAndDisable) {
