@@ -1,5 +1,6 @@
 #include "checker/report.h"
 
+#include <rapidjson/memorystream.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
@@ -9,6 +10,23 @@ namespace {
 
 const std::string& in(Language language, const Words& words) {
   return language == Language::Italian ? words.it : words.en;
+}
+
+// What a document says is written to a terminal and into JSON: no control characters, which
+// would move the cursor, and no bytes that are no UTF-8.
+std::string clean(const std::string& text) {
+  rapidjson::StringBuffer out;
+  rapidjson::MemoryStream bytes(text.data(), text.size());
+  while (bytes.Tell() < text.size()) {
+    unsigned c = 0;
+    const auto begin = bytes.Tell();
+    const bool valid = rapidjson::UTF8<>::Decode(bytes, &c) && bytes.Tell() <= text.size();
+    if (!valid) bytes.src_ = bytes.begin_ + begin + 1;
+    constexpr unsigned kReplacement = 0xFFFD;
+    const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
+    rapidjson::UTF8<>::Encode(out, valid ? control ? ' ' : c : kReplacement);
+  }
+  return {out.GetString(), out.GetSize()};
 }
 
 std::string tally(const TownReport& report, Language language) {
@@ -32,14 +50,15 @@ std::string reportText(const TownReport& report, Language language) {
   const bool italian = language == Language::Italian;
   std::string text, document;
   for (const Finding& f : report.findings) {
-    if (f.document != document) text += (text.empty() ? "" : "\n") + f.document + "\n";
+    if (f.document != document) text += (text.empty() ? "" : "\n") + clean(f.document) + "\n";
     document = f.document;
     text += "  ";
-    if (!f.record.empty()) text += (italian ? "record " : "record ") + f.record + ", ";
-    if (!f.field.empty()) text += (italian ? "campo " : "field ") + f.field + ": ";
-    text += in(language, f.found) + "\n";
+    if (!f.record.empty()) text += "record " + clean(f.record) + ", ";
+    if (!f.field.empty()) text += (italian ? "campo " : "field ") + clean(f.field) + ": ";
+    text += clean(in(language, f.found)) + "\n";
     text += (italian ? "    ci vuole: " : "    wanted: ") + in(language, f.expected) + "\n";
-    text += (italian ? "    il cittadino: " : "    a citizen: ") + in(language, f.citizen) + "\n";
+    text += (italian ? "    il cittadino: " : "    a citizen: ") + clean(in(language, f.citizen));
+    text += "\n";
   }
   return text + (text.empty() ? "" : "\n") + tally(report, language);
 }
@@ -47,7 +66,8 @@ std::string reportText(const TownReport& report, Language language) {
 std::string reportJson(const TownReport& report, Language language) {
   rapidjson::StringBuffer buffer;
   rapidjson::PrettyWriter<rapidjson::StringBuffer> json(buffer);
-  const auto text = [&](const char* key, const std::string& value) {
+  const auto text = [&](const char* key, const std::string& said) {
+    const std::string value = clean(said);
     json.Key(key);
     json.String(value.data(), static_cast<rapidjson::SizeType>(value.size()));
   };

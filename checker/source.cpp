@@ -15,17 +15,27 @@ namespace fs = std::filesystem;
 constexpr std::size_t kLargestBody = 32 * 1024 * 1024;  // a map's document has a few megabytes
 constexpr long kLongestWait = 20;                       // seconds
 
-std::size_t collect(char* bytes, std::size_t, std::size_t count, void* body) {
-  auto& text = *static_cast<std::string*>(body);
-  if (text.size() + count > kLargestBody) return 0;
-  text.append(bytes, count);
+const Words kTooLarge{"ha più di 32 MB", "it has more than 32 MB"};
+
+enum class Wanted { Head, Beginning, Whole };
+
+struct Body {
+  Wanted wanted;
+  std::string text;
+};
+
+// Taking nothing ends the transfer.
+std::size_t collect(char* bytes, std::size_t, std::size_t count, void* to) {
+  auto& body = *static_cast<Body*>(to);
+  if (body.wanted != Wanted::Whole || body.text.size() + count > kLargestBody) return 0;
+  body.text.append(bytes, count);
   return count;
 }
 
-Answer request(const std::string& url, bool wholeBody) {
+Answer request(const std::string& url, Wanted wanted) {
   const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy(curl_easy_init(),
                                                                  curl_easy_cleanup);
-  Answer answer;
+  Body body{wanted, {}};
   curl_easy_setopt(easy.get(), CURLOPT_URL, url.c_str());
   curl_easy_setopt(easy.get(), CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy.get(), CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
@@ -34,19 +44,30 @@ Answer request(const std::string& url, bool wholeBody) {
   curl_easy_setopt(easy.get(), CURLOPT_TIMEOUT, kLongestWait);
   curl_easy_setopt(easy.get(), CURLOPT_ACCEPT_ENCODING, "");
   curl_easy_setopt(easy.get(), CURLOPT_USERAGENT, "InfoVARLO");
-  curl_easy_setopt(easy.get(), CURLOPT_NOBODY, wholeBody ? 0L : 1L);
+  curl_easy_setopt(easy.get(), CURLOPT_NOBODY, wanted == Wanted::Head ? 1L : 0L);
   curl_easy_setopt(easy.get(), CURLOPT_WRITEFUNCTION, collect);
-  curl_easy_setopt(easy.get(), CURLOPT_WRITEDATA, &answer.body);
+  curl_easy_setopt(easy.get(), CURLOPT_WRITEDATA, &body);
   const CURLcode result = curl_easy_perform(easy.get());
-  if (result != CURLE_OK) {
-    answer.fault = curl_easy_strerror(result);
-    return answer;
-  }
+  const bool cut = result == CURLE_WRITE_ERROR;
+  if (cut && wanted == Wanted::Whole) return {0, {}, kTooLarge};
+  if (result != CURLE_OK && !cut)
+    return {0, {}, {curl_easy_strerror(result), curl_easy_strerror(result)}};
   long status = 0;
   curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
-  answer.status = static_cast<int>(status);
-  if (!answer.good()) answer.fault = "HTTP " + std::to_string(status);
+  Answer answer{static_cast<int>(status), std::move(body.text), {}};
+  const std::string said = "HTTP " + std::to_string(status);
+  if (!answer.good()) answer.fault = {said, said};
   return answer;
+}
+
+Answer requestAny(const std::string& url, bool wholeBody) {
+  if (wholeBody) return request(url, Wanted::Whole);
+  const auto answer = request(url, Wanted::Head);
+  // Some hosts know no HEAD.
+  constexpr int kNotAllowed = 405, kNotImplemented = 501;
+  return answer.status == kNotAllowed || answer.status == kNotImplemented
+             ? request(url, Wanted::Beginning)
+             : answer;
 }
 
 class Host final : public Source {
@@ -54,15 +75,8 @@ class Host final : public Source {
   explicit Host(std::string url) : url_(std::move(url)) {
     while (url_.ends_with('/')) url_.pop_back();
   }
-  Answer read(const std::string& path) override { return request(url_ + path, true); }
-  Answer ask(const std::string& url, bool wholeBody) override {
-    auto answer = request(url, wholeBody);
-    // Some hosts know no HEAD.
-    constexpr int kNotAllowed = 405, kNotImplemented = 501;
-    if (!wholeBody && (answer.status == kNotAllowed || answer.status == kNotImplemented))
-      answer = request(url, true);
-    return answer;
-  }
+  Answer read(const std::string& path) override { return request(url_ + path, Wanted::Whole); }
+  Answer ask(const std::string& url, bool wholeBody) override { return requestAny(url, wholeBody); }
 
  private:
   std::string url_;
@@ -75,12 +89,21 @@ class Folder final : public Source {
   Answer read(const std::string& path) override {
     const fs::path relative =
         fs::path(path.substr(0, path.find('?'))).relative_path().lexically_normal();
-    if (relative.empty() || *relative.begin() == "..") return {0, {}, "outside of the folder"};
-    std::ifstream file(root_ / relative, std::ios::binary);
+    if (relative.empty() || *relative.begin() == "..")
+      return {0, {}, {"fuori dalla cartella", "outside of the folder"}};
+    const fs::path place = root_ / relative;
+    const std::string name = place.string();
     std::error_code error;
-    if (!file || !fs::is_regular_file(root_ / relative, error))
-      return {0, {}, "no such file: " + (root_ / relative).string(), true};
-    return {200, {std::istreambuf_iterator<char>(file), {}}, {}};
+    const auto kind = fs::status(place, error).type();
+    if (kind == fs::file_type::not_found)
+      return {0, {}, {"non c'è il file " + name, "there is no file " + name}, true};
+    // Looked at before it is opened: a pipe would be waited for.
+    if (kind == fs::file_type::regular) {
+      if (fs::file_size(place, error) > kLargestBody) return {0, {}, kTooLarge};
+      if (std::ifstream file(place, std::ios::binary); file)
+        return {200, {std::istreambuf_iterator<char>(file), {}}, {}};
+    }
+    return {0, {}, {"il file " + name + " non si apre", "the file " + name + " can't be opened"}};
   }
   // An address of the town itself is that of a file here.
   Answer ask(const std::string& url, bool wholeBody) override {
@@ -89,7 +112,7 @@ class Folder final : public Source {
     if (path != url.npos)
       if (auto own = read(url.substr(path, url.find_first_of("?#", path) - path)); own.good())
         return own;
-    return request(url, wholeBody);
+    return requestAny(url, wholeBody);
   }
 
  private:
@@ -103,7 +126,7 @@ std::unique_ptr<Source> openTown(const std::string& town) {
     return std::make_unique<Host>(town);
   std::error_code error;
   if (fs::is_directory(town, error)) return std::make_unique<Folder>(town);
-  throw std::invalid_argument(town);
+  throw std::invalid_argument("no address and no folder: " + town);
 }
 
 }  // namespace check

@@ -1,19 +1,21 @@
 // Where a town's documents are read from: its address, or a folder with its files.
 //
 // Made by the program or a test; one thread. Reading does not throw: what went wrong is in
-// the answer.
+// the answer. Nothing larger than 32 MB is read.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 #include <string>
 
+#include "checker/finding.h"
+
 namespace check {
 
 struct Answer {
   int status = 0;  // as HTTP has it; 0: none was to be had
   std::string body;
-  std::string fault;     // why there is none
+  Words fault;           // why there is none
   bool notHere = false;  // in a folder: there is no such file
   bool good() const { return status == 200; }
 };
@@ -23,7 +25,7 @@ class Source {
   virtual ~Source() = default;
   // A document of the town, by its path on the host.
   virtual Answer read(const std::string& path) = 0;
-  // The same of any address; only the head where that is enough.
+  // The same of any address; not the whole body where it is enough to know that it answers.
   virtual Answer ask(const std::string& url, bool wholeBody) = 0;
 };
 

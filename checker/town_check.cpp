@@ -93,7 +93,7 @@ class Town {
     auto answer = source_.read(path);
     if (!answer.good()) {
       add(path, "", "",
-          {"non si legge (" + answer.fault + ")", "it can't be read (" + answer.fault + ")"},
+          {"non si legge (" + answer.fault.it + ")", "it can't be read (" + answer.fault.en + ")"},
           {"il documento", "the document"}, without);
       return std::nullopt;
     }
@@ -151,9 +151,6 @@ class Town {
     const Words silent{"nessuna nuova versione viene annunciata", "no new version is announced"};
     if (const auto text = readText(kVersion, silent)) {
       double number = 0;
-      rapidjson::Document value;
-      value.SetString(text->c_str(), static_cast<rapidjson::SizeType>(text->size()),
-                      value.GetAllocator());
       // The app takes a line end along.
       std::string trimmed = *text;
       while (!trimmed.empty() && std::isspace(static_cast<unsigned char>(trimmed.back())))
@@ -169,7 +166,9 @@ class Town {
       at += 6;
       const auto end = html.find('"', at);
       if (end == html.npos) return;
-      link(path, "", "href", html.substr(at, end - at));
+      auto url = html.substr(at, end - at);
+      for (std::size_t amp = 0; (amp = url.find("&amp;", amp)) != url.npos;) url.erase(++amp, 4);
+      link(path, "", "href", url);
     }
   }
 
@@ -232,12 +231,14 @@ class Town {
     if (!json_[kTurns] || !(*json_[kTurns])->IsArray()) return;
     std::set<sys_days> covered;
     eachOf(kTurns, [&](const Json& turn, int number) {
-      const auto part = [&](const char* name) {
+      // What is out of its range, and has its finding, is no day.
+      const auto part = [&](const char* name, unsigned most) {
         const Json* value = member(turn, name);
-        return value && value->IsNumber() ? static_cast<int>(value->GetDouble()) : 0;
+        const double n = value && value->IsNumber() ? value->GetDouble() : 0;
+        return n > 0 && n <= most ? static_cast<unsigned>(n) : 0;
       };
-      const year_month_day day{year(part("Anno")), month(static_cast<unsigned>(part("Mese"))),
-                               std::chrono::day(static_cast<unsigned>(part("Giorno")))};
+      const year_month_day day{year(static_cast<int>(part("Anno", 2999))), month(part("Mese", 12)),
+                               std::chrono::day(part("Giorno", 31))};
       if (day.ok()) covered.insert(sys_days(day));
       for (const char* field : {"Turno1", "Turno2"}) {
         const auto key = textOf(turn, field);
@@ -438,7 +439,8 @@ class Town {
     const auto answer = own ? source_.read(url) : source_.ask(url, true);
     if (!answer.good()) {
       add(document, record, "URL",
-          {"non risponde (" + answer.fault + ")", "it does not answer (" + answer.fault + ")"},
+          {"non risponde (" + answer.fault.it + ")",
+           "it does not answer (" + answer.fault.en + ")"},
           {"un documento che risponde", "a document that answers"}, empty);
       return;
     }
@@ -525,7 +527,8 @@ class Town {
     if (elsewhere) return std::nullopt;
     if (!answer.good()) {
       add(path, "", "",
-          {"non risponde (" + answer.fault + ")", "it does not answer (" + answer.fault + ")"},
+          {"non risponde (" + answer.fault.it + ")",
+           "it does not answer (" + answer.fault.en + ")"},
           {"una risposta", "an answer"}, without);
       return std::nullopt;
     }
@@ -536,7 +539,7 @@ class Town {
   // --- Links.
 
   void checkLinks() {
-    std::map<std::string, std::string> faults;
+    std::map<std::string, Words> faults;
     for (const auto& each : links_) {
       if (isNobodys(each.url)) {
         ++report_.unasked;
@@ -546,12 +549,12 @@ class Town {
         const auto answer = source_.ask(each.url, false);
         // Who wants a log-in is there all the same.
         const bool there = answer.good() || answer.status == 401 || answer.status == 403;
-        faults[each.url] = there ? "" : answer.fault;
+        faults[each.url] = there ? Words() : answer.fault;
       }
-      if (const auto& fault = faults[each.url]; !fault.empty())
+      if (const Words& fault = faults[each.url]; !fault.it.empty())
         add(each.document, each.record, each.field,
-            {"«" + each.url + "» non risponde (" + fault + ")",
-             "\"" + each.url + "\" does not answer (" + fault + ")"},
+            {"«" + each.url + "» non risponde (" + fault.it + ")",
+             "\"" + each.url + "\" does not answer (" + fault.en + ")"},
             {"un indirizzo che risponde", "an address that answers"},
             {"il collegamento si apre su un errore", "the link opens on an error"});
     }

@@ -1,7 +1,6 @@
 // varlo-check: says what is wrong with a town's documents, and what a citizen sees for it.
-#include <curl/curl.h>
-
 #include <cstdio>
+#include <ctime>
 #include <iostream>
 #include <stdexcept>
 #include <string>
@@ -25,6 +24,15 @@ struct Asked {
   std::string where;
 };
 
+// The day on this machine's calendar: shortly after midnight it is not that of UTC.
+std::chrono::sys_days today() {
+  using namespace std::chrono;
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  return year(local.tm_year + 1900) / (local.tm_mon + 1) / local.tm_mday;
+}
+
 std::chrono::sys_days parseDay(const std::string& text) {
   int y = 0;
   unsigned m = 0, d = 0;
@@ -39,7 +47,7 @@ std::chrono::sys_days parseDay(const std::string& text) {
 
 Asked parse(int argc, char** argv) {
   Asked asked;
-  asked.town.today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+  asked.town.today = today();
   for (int i = 1; i < argc; ++i) {
     const std::string name = argv[i];
     const auto value = [&]() -> std::string {
@@ -73,7 +81,6 @@ int main(int argc, char** argv) {
   if (programs::answered(argc, argv, "varlo-check", usage)) return 0;
   try {
     const Asked asked = parse(argc, argv);
-    curl_global_init(CURL_GLOBAL_DEFAULT);
     const auto source = check::openTown(asked.where);
     const auto report = check::checkTown(*source, asked.town);
     std::cout << (asked.json ? check::reportJson(report, asked.language)

@@ -2,8 +2,12 @@
 #include "checker/town_check.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 
 #include "checker/report.h"
 #include "checker/shapes.h"
@@ -150,6 +154,39 @@ TEST_F(TownCheck, AReportForMachinesHoldsTheSame) {
   EXPECT_THAT(json, HasSubstr("it is the text \\\"presto\\\""));
   EXPECT_THROW(openTown("/no/such/folder"), std::invalid_argument);
   EXPECT_THROW(openTown("ftp://varlo.example"), std::invalid_argument);
+}
+
+// What a folder holds may be anything: nothing is waited for, nothing enormous read, and
+// nothing reaches the clerk's terminal but words.
+TEST(TownFolder, IsReadWithoutTrust) {
+  namespace fs = std::filesystem;
+  constexpr std::chrono::sys_days kDay{std::chrono::year(2026) / 11 / 21};
+  const fs::path folder = fs::temp_directory_path() / ("town-" + std::to_string(::getpid()));
+  const auto file = [&](const char* path) {
+    const fs::path place = folder / fs::path(path).relative_path();
+    fs::create_directories(place.parent_path());
+    return place;
+  };
+  std::ofstream(file(kPharmacies)) << "[{\"Telefono\": {}, \"Chiave\": \"\\u001b[2J\"},"
+                                      " {\"Chiave\": \"\\u001b[2J\"}]";
+  std::ofstream(file(kTurns)) << R"([{"Giorno": 1e300, "Mese": 257, "Anno": -1}])";
+  std::ofstream(file(kHome)) << "<a href=\"http://127.0.0.1:1/\xff\x9b\">";
+  std::ofstream(file(kStreets)) << "[";
+  fs::resize_file(file(kStreets), 33 << 20);
+  ASSERT_EQ(::mkfifo(file(kCategories).c_str(), 0600), 0);
+  fs::create_directories(file(kMaps));
+
+  const auto report = checkTown(*openTown(folder.string()), {kDay, true});
+  fs::remove_all(folder);
+  const auto text = reportText(report, Language::Italian);
+  for (const char* part : {"menu.json non si apre", "mappe.json non si apre", "ha più di 32 MB",
+                           "non c'è il file", "la chiave « [2J» c'è già", "il numero 257"})
+    EXPECT_THAT(text, HasSubstr(part));
+  for (const auto& said : {text, reportJson(report, Language::English)}) {
+    EXPECT_EQ(said.find('\x1b'), said.npos);
+    EXPECT_EQ(said.find('\xff'), said.npos);
+    EXPECT_THAT(said, HasSubstr("http://127.0.0.1:1/\uFFFD\uFFFD"));
+  }
 }
 
 }  // namespace
