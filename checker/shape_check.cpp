@@ -8,6 +8,8 @@ namespace check {
 
 namespace {
 
+const Words kAnObject{"un oggetto tra graffe { }", "an object in braces { }"};
+
 bool digits(const std::string& text, std::size_t from, std::size_t count, int& out) {
   if (text.size() < from + count) return false;
   out = 0;
@@ -34,14 +36,6 @@ bool isIsoDate(const std::string& text) {
 bool isColor(const std::string& text) {
   return text.size() == 7 && text[0] == '#' &&
          text.find_first_not_of("0123456789abcdefABCDEF", 1) == text.npos;
-}
-
-bool isWeb(const std::string& text) {
-  for (const char* scheme : {"http://", "https://"})
-    if (text.starts_with(scheme) && text.size() > std::string_view(scheme).size() &&
-        text.find_first_of(" \t\r\n\"<>") == text.npos)
-      return true;
-  return false;
 }
 
 bool isPath(const std::string& text) {
@@ -85,9 +79,9 @@ Words expectedOf(const Field& field) {
       return {"un indirizzo che comincia con https://, o con / se è un documento del paese",
               "an address that begins with https://, or with / for a document of the town"};
     case Kind::Map:
-      return {"un oggetto tra graffe { }", "an object in braces { }"};
+      return kAnObject;
     case Kind::List:
-      return {"un elenco tra quadre [ ]", "a list in brackets [ ]"};
+      return kAList;
   }
   return {};
 }
@@ -147,7 +141,7 @@ class Walk {
 
   void record(const Json& value, const Shape& shape, const std::string& name) {
     if (!value.IsObject()) {
-      add(name, "", describe(&value), {"un oggetto tra graffe { }", "an object in braces { }"},
+      add(name, "", describe(&value), kAnObject,
           {shape.what.it + " non compare", shape.what.en + " does not show"});
       return;
     }
@@ -204,6 +198,16 @@ class Walk {
 
 }  // namespace
 
+const Words kAList{"un elenco tra quadre [ ]", "a list in brackets [ ]"};
+
+bool isWeb(const std::string& text) {
+  for (const char* scheme : {"http://", "https://"})
+    if (text.starts_with(scheme) && text.size() > std::string_view(scheme).size() &&
+        text.find_first_of(" \t\r\n\"<>") == text.npos)
+      return true;
+  return false;
+}
+
 bool readDate(const std::string& text, Day& out) {
   return text.size() == 10 && digits(text, 0, 2, out.day) && digits(text, 3, 2, out.month) &&
          digits(text, 6, 4, out.year) && realDay(out);
@@ -216,7 +220,7 @@ void checkShape(const std::string& document, const Json& value, bool list, const
                         "",
                         "",
                         describe(&value),
-                        {"un elenco tra quadre [ ]", "a list in brackets [ ]"},
+                        kAList,
                         {"la pagina resta vuota", "the page stays empty"}});
     return;
   }

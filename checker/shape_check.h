@@ -16,5 +16,10 @@ struct Day {
   int year = 0, month = 0, day = 0;
 };
 bool readDate(const std::string& text, Day& out);
+// An address of the web.
+bool isWeb(const std::string& text);
+
+// What is wanted where a list should be.
+extern const Words kAList;
 
 }  // namespace check

@@ -339,9 +339,9 @@ const std::vector<DocumentShape>& documents() {
       {kCategories, true, &category(), empty},
       {kStreets, true, &street(), {"nessuna via si può scegliere", "no street can be chosen"}},
       {kWaste, false, &waste(), empty},
-      {"/InfoVarlo/config/master/sport.json", true, &sportsClub(), empty},
+      {kClubs, true, &sportsClub(), empty},
       {kMaps, true, &mapDescription(), empty},
-      {"/InfoVarlo/config/master/menudelgiorno.json", true, &restaurant(), empty},
+      {kRestaurants, true, &restaurant(), empty},
       {kSchools, true, &school(), empty},
       {"/InfoVarlo/pizzaprezzi/master/menu.json", true, &pizzeria(), empty},
   };

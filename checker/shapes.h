@@ -82,6 +82,8 @@ inline constexpr const char* kSchools = "/InfoVarlo/menuscuola/master/scuole.jso
 inline constexpr const char* kMaps = "/InfoVarlo/mappe/master/mappe.json";
 inline constexpr const char* kHome = "/InfoVarlo/config/master/home_ios.html";
 inline constexpr const char* kAbout = "/InfoVarlo/config/master/about.html";
+inline constexpr const char* kClubs = "/InfoVarlo/config/master/sport.json";
+inline constexpr const char* kRestaurants = "/InfoVarlo/config/master/menudelgiorno.json";
 inline constexpr const char* kVersion = "/InfoVarlo/config/master/version_ios";
 
 }  // namespace check
