@@ -1,13 +1,14 @@
 # How every folder of the house becomes a target.
 #
-#   house_library(<target> ROOMS <sub-folders…> LINKS <targets…>)   one static library per folder
-#   house_program(<target> <main.cpp> LINKS <targets…>)              a main and what it links
-#   house_test(<target> LINKS <targets…>)                            one GoogleTest program per folder
+#   house_library(<target> ROOMS <sub-folders…> LINKS <targets…>)  one static library a folder
+#   house_program(<target> <main.cpp> LINKS <targets…>)             a main and what it links
+#   house_test(<target> LINKS <targets…>)                           one GoogleTest program a folder
 #
-# Sources are the *.cpp files of the folder and of its rooms, the sub-folders that it names. A folder's headers are reached by their
-# path from the root ("runtime/core/value.h"), but only through the targets it
-# links: each library exposes a private view of the tree that holds its own
-# folder and nothing else, so an include against the arrows does not compile.
+# Sources are the *.cpp files of the folder and of its rooms, the sub-folders that it names;
+# a test's folder may hold mains of helper programs besides, "…_main.cpp". A folder's headers
+# are reached by their path from the root ("runtime/core/value.h"), but only through the
+# targets it links: each library exposes a private view of the tree that holds its own folder
+# and nothing else, so an include against the arrows does not compile.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -82,7 +83,9 @@ endfunction()
 
 function(house_program target main)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  _house_view(view)
   add_executable(${target} ${main})
+  target_include_directories(${target} PRIVATE ${view})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS})
 endfunction()
 
