@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>

@@ -4,7 +4,6 @@
 // the answer. Nothing larger than 32 MB is read.
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <string>
 

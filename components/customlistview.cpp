@@ -1,7 +1,6 @@
 #include "components/customlistview.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "runtime/data/dates/date_time.h"

@@ -1,7 +1,6 @@
 #include "tools/layout_bytes.h"
 
 #include <bit>
-#include <cstring>
 #include <unordered_map>
 
 #include "runtime/views/layout/layout_format.h"

@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <stdexcept>
-#include <utility>
 #include <vector>
 
 #include "townhost/json_text.h"

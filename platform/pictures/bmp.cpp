@@ -2,7 +2,6 @@
 // passes. Packed ones (which hardly anybody writes) are refused.
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
 #include "platform/pictures/formats.h"
 #include "platform/pictures/shrinker.h"

@@ -1,4 +1,3 @@
-#include <algorithm>
 
 #include "platform/pictures/formats.h"
 

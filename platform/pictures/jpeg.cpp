@@ -1,7 +1,6 @@
 #include <turbojpeg.h>
 
 #include <memory>
-#include <string>
 
 #include "platform/pictures/formats.h"
 #include "platform/pictures/shrinker.h"

@@ -1,7 +1,6 @@
 #include "runtime/core/array_store.h"
 
 #include "runtime/core/container_walk.h"
-#include "runtime/core/kes.h"
 
 namespace kes {
 

@@ -1,6 +1,5 @@
 #include "runtime/core/kes.h"
 
-#include <atomic>
 #include <mutex>
 #include <set>
 #include <typeindex>

@@ -3,7 +3,6 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstring>
 

@@ -11,7 +11,6 @@
 
 #include "platform/base/utf8.h"
 #include "runtime/core/exception.h"
-#include "runtime/core/kes.h"
 #include "runtime/core/slab.h"
 #include "runtime/core/text/utf8.h"
 #include "runtime/core/text_marks.h"

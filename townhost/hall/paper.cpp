@@ -3,7 +3,6 @@
 #include <cairo-pdf.h>
 #include <cairo.h>
 
-#include <memory>
 #include <sstream>
 
 namespace town {

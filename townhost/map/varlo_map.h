@@ -4,8 +4,6 @@
 // latitude and longitude; widths in metres. Made once, on first use; any thread.
 #pragma once
 
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace town {

@@ -4,8 +4,6 @@
 
 #include <unordered_map>
 
-#include "runtime/core/kes.h"
-
 namespace kes {
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "runtime/core/kes.h"
 #include "runtime/data/files/file.h"
 
 namespace kes {

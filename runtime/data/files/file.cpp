@@ -14,7 +14,6 @@
 #include "platform/base/platform.h"
 #include "runtime/core/language/common.h"
 #include "runtime/data/dates/date_time.h"
-#include "runtime/data/dates/platform_date.h"
 #include "runtime/data/files/system_error.h"
 
 namespace kes {

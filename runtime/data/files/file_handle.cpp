@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "runtime/core/kes.h"
 #include "runtime/data/files/system_error.h"
 
 namespace kes {

@@ -1,6 +1,5 @@
 #include "runtime/data/files/input_stream.h"
 
-#include "runtime/core/kes.h"
 #include "runtime/data/bytes/byte_range.h"
 
 namespace kes {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "runtime/core/kes.h"
 #include "runtime/data/bytes/byte_range.h"
 
 namespace kes {

@@ -2,7 +2,6 @@
 
 #include <signal.h>
 
-#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>

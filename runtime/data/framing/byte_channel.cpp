@@ -9,8 +9,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "runtime/core/kes.h"
-
 namespace kes {
 
 namespace {

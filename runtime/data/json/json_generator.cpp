@@ -8,7 +8,6 @@
 #include <unordered_set>
 
 #include "runtime/core/array.h"
-#include "runtime/core/kes.h"
 #include "runtime/core/language/string_builder.h"
 
 namespace kes {

@@ -1,6 +1,5 @@
 #include "runtime/data/json/json_parser.h"
 
-#include "runtime/core/kes.h"
 #include "runtime/core/slab.h"
 #include "runtime/data/json/json_reader.h"
 

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <system_error>
 
 #include "runtime/core/exception.h"
 #include "runtime/data/dates/date_time.h"
