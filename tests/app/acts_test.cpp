@@ -73,6 +73,8 @@ TEST_F(Acts, TheSearchSendsTheTextAsItStandsAndOnlyWhenItIsAskedFor) {
   EXPECT_EQ(queries().size(), sent) << "no address has a blank in it";
   EXPECT_EQ(toast(), kNoConnection);
   EXPECT_FALSE(shows("Nessun elemento"));
+  visit(kPharmacies);
+  EXPECT_EQ(app()._home.TopRightButtons().Size(), 0) << "the search's button goes with its list";
 }
 
 TEST_F(Acts, AnActOpensWithItsDocumentsAndTheSenderTellsTheListsApart) {
@@ -115,13 +117,6 @@ TEST_F(Acts, WithoutItsDocumentsTheActsPageStaysEmpty) {
   ASSERT_TRUE(enter("Registro"));
   EXPECT_TRUE(shows("Elenco documenti:"));
   EXPECT_TRUE(shows("Nessun elemento"));
-}
-
-TEST_F(Acts, TheSearchButtonGoesWithTheList) {
-  visit(kActs);
-  EXPECT_EQ(app()._home.TopRightButtons().Size(), 1);
-  visit(kPharmacies);
-  EXPECT_EQ(app()._home.TopRightButtons().Size(), 0);
 }
 
 }  // namespace

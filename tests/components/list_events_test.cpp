@@ -143,7 +143,7 @@ TEST_F(ListTest, AnOwnerWithoutAHandlerSeesTheFlashAlone) {
 }
 
 TEST_F(ListTest, TheVisibleRangeIsToldLaterAndOnlyWhenItChanges) {
-  addAll({40, 40, 40, 40, 40, 40, 40, 40});
+  for (int i = 0; i < 12; ++i) add(40);
   EXPECT_THAT(takeTrace(), IsEmpty()) << "a range is told by a later task";
   phone.pump.drain();
   ASSERT_FALSE(listener->trace.empty());
@@ -156,6 +156,8 @@ TEST_F(ListTest, TheVisibleRangeIsToldLaterAndOnlyWhenItChanges) {
   scrollTo(45.5);
   EXPECT_THAT(takeTrace(), ElementsAre("scroll 45")) << "in place, the range still to come";
   EXPECT_THAT(happened(), ElementsAre("range 1,5"));
+  list->_base_resize(300, 400);
+  EXPECT_THAT(happened(), ElementsAre("range 1,10")) << "after a new size too";
 }
 
 TEST_F(ListTest, TheRangeOutlivesTheItems) {

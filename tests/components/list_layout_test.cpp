@@ -108,12 +108,5 @@ TEST_F(ListTest, AnEmptyListSaysSoUntilThereIsSomethingToSee) {
   EXPECT_FALSE(says());
 }
 
-TEST_F(ListTest, TheRangeIsToldAfterANewSize) {
-  for (int i = 0; i < 20; ++i) add(40);
-  happened();
-  list->_base_resize(300, 400);
-  EXPECT_THAT(happened(), ElementsAre("range 0,9"));
-}
-
 }  // namespace
 }  // namespace kes

@@ -204,18 +204,6 @@ TEST_F(OverlayTest, ADialogMakesWayForTheKeyboardAndTurnsWithThePhone) {
   }
 }
 
-TEST_F(OverlayTest, ACardMayBeMovedAndStays) {
-  auto d = dialog(true);
-  show(*d);
-  const Rect before = d->view()->frame();
-  EXPECT_NEAR(before.center().x, 160, 1);
-  EXPECT_GT(before.y, 0);
-  d->view()->setFrame({before.x, 30, before.width, before.height});
-  d->layer()->setNeedsLayout();
-  phone.pump.settle();
-  EXPECT_EQ(d->view()->frame().y, 30);
-}
-
 TEST_F(OverlayTest, AResultMayOpenTheNextDialog) {
   auto first = dialog(true);
   first->onResult = [&](int) {
@@ -412,26 +400,6 @@ TEST(Links, LeaveTheApplicationCleanOrNotAtAll) {
   }
   platform::setLogSink(former);
   EXPECT_EQ(lines.size(), refused) << "each refusal is told";
-}
-
-TEST(Lifecycle, EachWayInAndOutTellsTheDelegateInOrder) {
-  Phone phone;
-  struct : ApplicationDelegate {
-    void willResignActive() override { log += "inactive "; }
-    void didEnterBackground() override { log += "background "; }
-    void willEnterForeground() override { log += "foreground "; }
-    void didBecomeActive() override { log += "active "; }
-    std::string log;
-  } delegate;
-  phone.app.setDelegate(&delegate);
-  phone.app.activate();
-  phone.app.activate();
-  phone.app.enterBackground();
-  phone.app.enterBackground();
-  phone.app.activate();
-  phone.app.resignActive();
-  phone.app.activate();
-  EXPECT_EQ(delegate.log, "active inactive background foreground active inactive active ");
 }
 
 }  // namespace

@@ -36,16 +36,6 @@ TEST(View, ChildrenMoveBetweenParentsAndOrders) {
 
 using ViewOnPage = PageTest;
 
-TEST_F(ViewOnPage, ConvertsPointsThroughScrolling) {
-  auto scroll = place<ScrollView>(page, {10, 100, 300, 200});
-  scroll->setContentSize({300, 1000});
-  auto row = place(scroll->content(), {0, 400, 300, 40});
-  scroll->setOffset({0, 350});
-  EXPECT_EQ(row->frameInWindow(), (Rect{10, 150, 300, 40}));
-  EXPECT_EQ(row->fromWindow({15, 155}), (Point{5, 5}));
-  EXPECT_EQ(row->toWindow({5, 5}), (Point{15, 155}));
-}
-
 TEST_F(ViewOnPage, HitTestRespectsWhatTakesTouches) {
   auto back = place(page, {0, 0, 200, 200}, "back");
   auto front = place(page, {50, 50, 100, 100}, "front");

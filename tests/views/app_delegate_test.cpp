@@ -110,13 +110,6 @@ TEST_F(AppDelegateTest, LaunchStartsTheMainModuleBeforeTheWindowIsShown) {
   main.app.setKeyController(main.page);
 }
 
-TEST_F(AppDelegateTest, WithoutOptionsAnEmptyMapIsFiled) {
-  delegate.didFinishLaunching();
-  EXPECT_TRUE(main.options.IsInitialized());
-  EXPECT_EQ(main.options.Size(), 0);
-  EXPECT_EQ(main.app.LaunchOptions().Size(), 0);
-}
-
 TEST_F(AppDelegateTest, AFaultAtTheStartPassesThrough) {
   main.failAtStart = true;
   EXPECT_EQ(thrownBy([&] { delegate.didFinishLaunching(); }), "nessun avvio");
@@ -124,17 +117,25 @@ TEST_F(AppDelegateTest, AFaultAtTheStartPassesThrough) {
   main.failAtStart = false;
 }
 
-TEST_F(AppDelegateTest, LeavingIsToldInPlaceAndComingBackFromTheQueue) {
+TEST_F(AppDelegateTest, LeavingIsToldInPlaceAndComingBackFromTheQueueEachOnce) {
   launch();
+  EXPECT_TRUE(main.options.IsInitialized()) << "without options an empty map is filed";
+  EXPECT_EQ(main.options.Size() + main.app.LaunchOptions().Size(), 0);
+  app.activate();
   app.activate();
   EXPECT_THAT(main.trace, IsEmpty());
   EXPECT_THAT(happened(), ElementsAre("active"));
+  app.enterBackground();
   app.enterBackground();
   EXPECT_THAT(main.trace, ElementsAre("inactive", "background"));
   happened();
   app.activate();
   EXPECT_THAT(main.trace, IsEmpty());
   EXPECT_THAT(happened(), ElementsAre("foreground", "active"));
+  app.resignActive();
+  EXPECT_THAT(happened(), ElementsAre("inactive"));
+  app.activate();
+  EXPECT_THAT(happened(), ElementsAre("active"));
 }
 
 TEST_F(AppDelegateTest, AddressesAndPushesBecomeEvents) {
