@@ -122,8 +122,6 @@ TEST_F(FilesTest, FailuresNameTheFileAndTheReason) {
       {[&] { File().ReadString(temp(), "gone"); }, "Error reading file: temporary/gone" + none},
       {[&] { File().ReadString(documents(), ""); },
        "Error reading file: documents: Is a directory"},
-      {[&] { File().ReadList(temp(), "gone"); }, "Error reading file: temporary/gone" + none},
-      {[&] { File().ReadMap(temp(), "gone"); }, "Error reading file: temporary/gone" + none},
       {[&] { File().WriteString(documents(), "no/way", "x"); },
        "Error writing file: documents/no/way" + none},
       {[&] { File().Copy(documents(), "gone", temp(), "b"); },

@@ -114,8 +114,6 @@ TEST_F(JobTest, TellsAFailedJobsReasonAndLogsTheStatus) {
   } cases[] = {
       {town.url() + "/_status/404", "unknown error",
        "ResponseError: unknown error, status code: 404"},
-      {town.url() + "/_status/500", "unknown error",
-       "ResponseError: unknown error, status code: 500"},
       {"non un indirizzo", "unsupported URL", "ResponseError: unsupported URL, status code: 0"},
   };
   std::int32_t id = 0;
