@@ -216,16 +216,18 @@ TEST_F(EventsTest, AnInstanceMayEndItselfInItsOwnHandlerAndStillFinish) {
   EXPECT_TRUE(faults.empty());
 }
 
-TEST_F(EventsTest, OnlyTheQueueBringsEventsFromOtherThreads) {
+TEST_F(EventsTest, OnlyTheQueueBringsEventsFromOtherThreadsInTheirOrder) {
   std::string error;
   std::thread([&] {
     error = thrownBy([&] { raise("application_active"); });
     listener->bi()->raiseUIEvent(nullptr, "application_active", {});
   }).join();
   EXPECT_EQ(error, "application_active was raised off the main thread");
-  EXPECT_TRUE(listener->trace.empty());
+  listener->bi()->raiseEventFromDifferentThread(nullptr, "menu_itemclick::", {1, "a"});
+  listener->bi()->raiseUIEvent(nullptr, "application_active", {});
+  EXPECT_TRUE(listener->trace.empty()) << "later, even from the main thread";
   phone.drain();
-  EXPECT_EQ(listener->trace, (Trace{"active"}));
+  EXPECT_EQ(listener->trace, (Trace{"active", "menu 1 a", "active"}));
 }
 
 TEST_F(EventsTest, SizesFollowThePanelThatWasLaidOutLastThenTheWindow) {
@@ -246,14 +248,6 @@ TEST_F(EventsTest, SizesFollowThePanelThatWasLaidOutLastThenTheWindow) {
   panel = nullptr;
   EXPECT_EQ(c.PerYToCurrent(10), 20);
   c.windowSize = former;
-}
-
-TEST_F(EventsTest, QueuedEventsRunLaterInOrderEvenFromTheMainThread) {
-  listener->bi()->raiseUIEvent(nullptr, "application_active", {});
-  listener->bi()->raiseEventFromDifferentThread(nullptr, "menu_itemclick::", {1, "a"});
-  EXPECT_TRUE(listener->trace.empty());
-  phone.drain();
-  EXPECT_EQ(listener->trace, (Trace{"active", "menu 1 a"}));
 }
 
 TEST_F(EventsTest, WhatDiedBeforeItsTurnIsDroppedAndFaultsDoNotStopTheQueue) {
