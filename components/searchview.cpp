@@ -126,7 +126,7 @@ kes_searchview::Entries kes_searchview::entriesOf(const KesList& items) {
 void kes_searchview::_setitems(const KesList& items) {
   _allitems = items;
   entries_ = std::make_shared<Entries>(entriesOf(items));
-  _additemstolist(_allitems, "");
+  showEntries(entries_, "");
 }
 
 // A key costs a walk over the texts and the rows that can be seen: the others are written
@@ -167,14 +167,18 @@ void kes_searchview::_additemtolist(const Ref<itemsv>& item, const Text& text) {
 }
 
 void kes_searchview::_additemstolist(const KesList& items, const Text& search) {
-  if (!_lv.IsInitialized()) return;
   Entries shown = entriesOf(items);
   if (search.Length() > _max_limit)
     std::erase_if(shown, [&](const Entry& e) { return !e.lowered.Contains(search); });
-  const auto count = static_cast<std::int32_t>(shown.size());
+  showEntries(std::make_shared<Entries>(std::move(shown)), search);
+}
+
+void kes_searchview::showEntries(std::shared_ptr<const Entries> shown, const Text& search) {
+  if (!_lv.IsInitialized()) return;
+  const auto count = static_cast<std::int32_t>(shown->size());
   _lv.AddSingleLines(
       count, [shown = std::move(shown), search](std::int32_t row, KesTableCellWrapper cell) {
-        const auto& [item, lowered] = shown[static_cast<std::size_t>(row)];
+        const auto& [item, lowered] = (*shown)[static_cast<std::size_t>(row)];
         auto text = make<kes_richstring>(nullptr, item->text);
         if (const auto found = lowered.IndexOf(search); found != -1) {
           const Match match(item->text, found, search.Length());

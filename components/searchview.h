@@ -67,6 +67,7 @@ class kes_searchview final : public KesClass {
   };
   using Entries = std::vector<Entry>;
   static Entries entriesOf(const KesList& items);
+  void showEntries(std::shared_ptr<const Entries> shown, const Text& search);
 
   WeakRef<Shared> _mcallback;
   WeakRef<ui::View> _mbase;
