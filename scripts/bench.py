@@ -234,8 +234,6 @@ ROWS = [
     titled("rows", rows),
     titled("measuring", measuring),
     titled("scrolling", scrolling),
-
-
     titled("search", search),
     titled("launch", launch),
     titled("features", features),
@@ -272,6 +270,9 @@ def main():
     arguments = sys.argv[1:]
     update = "--update" in arguments
     wanted = [a for a in arguments if not a.startswith("--")]
+    if wanted and not any(w in run.title for run in ROWS for w in wanted):
+        sys.exit("no row has " + " or ".join(wanted) + " in its name; there are: "
+                 + "; ".join(run.title for run in ROWS))
     lines = ["| what | here | peer | ratio | goal |", "| --- | --- | --- | --- | --- |"]
     failed = False
     for run in ROWS:
