@@ -119,7 +119,6 @@ TEST_F(DayMenu, ThePageThatCannotBeHadIsTold) {
   host.faults().clear();
   open("<html>");
   EXPECT_EQ(page().NumberOfViews(), 0);
-  EXPECT_FALSE(phone.app.hud().progressShown());
 }
 
 }  // namespace

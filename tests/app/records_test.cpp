@@ -3,7 +3,6 @@
 #include "app/kit/records.h"
 
 #include "app/kit/fields.h"
-#include "app/kit/sorttype.h"
 #include "town_phone.h"
 
 namespace varlo {
@@ -96,16 +95,6 @@ TEST_F(BadRecords, PharmaciesAndTheDirectoryLoseTheBadOnesOnly) {
       "uffici.json, Calendar, record 3, WeekDays, record 2, Schedules, record 1: ",
       "uffici.json, Calendar, record 3, WeekDays, record 2, Schedules, record 2: \"StartTime\"",
   });
-}
-
-TEST_F(BadRecords, ASortRecordSortsByItsKey) {
-  KesList list;
-  list.Initialize();
-  for (const char* key : {"2018-03", "2018-01", "2018-02"})
-    list.Add(_sorttype::of(key, Text("t") + key, Text("v") + key));
-  list.SortType("KEY", false);
-  EXPECT_EQ(list.Get(0).as<_sorttype>()->KEY, "2018-03");
-  EXPECT_EQ(list.Get(2).as<_sorttype>()->Value, "v2018-01");
 }
 
 }  // namespace

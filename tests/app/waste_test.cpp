@@ -176,7 +176,6 @@ TEST_F(Waste, AFaultyCalendarShowsWhatItCan) {
     for (const char* text : c.shown) EXPECT_TRUE(shows(text)) << text;
     for (const char* text : c.missing) EXPECT_FALSE(shows(text)) << text;
     EXPECT_TRUE(!c.logged || phone.test.logged(c.logged)) << c.logged;
-    EXPECT_FALSE(phone.app.hud().progressShown());
     EXPECT_EQ(waste()._home.TopRightButtons().Size(), 1) << "another street can be chosen";
     const auto& content = waste()._svw.Panel().view();
     for (const auto& view : content.children())
