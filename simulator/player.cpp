@@ -46,6 +46,16 @@ int countVisible(const ui::Window& window, const std::string& text) {
   return count;
 }
 
+// What lies sideways is another page until somebody turns to it.
+bool liesAboveOrBelow(const ui::View& view) {
+  const double x = view.frameInWindow().center().x;
+  for (const ui::View* v = view.parent(); v; v = v->parent()) {
+    const ui::Rect frame = v->frameInWindow();
+    if (v->clipsToBounds() && (x < frame.x || x >= frame.right())) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 void Player::fail(int line, const std::string& what) const { throw ScriptError(line, what); }
@@ -94,13 +104,28 @@ void Player::tap(const std::string& what, int nth, int line) {
 
 void Player::expect(const Command& c) {
   phone_.application().layoutIfNeeded();
-  const int count = countVisible(phone_.window(), c.text);
+  int count = countVisible(phone_.window(), c.text);
   if (c.verb == Command::Verb::Absent) {
     if (count) fail(c.line, "\"" + c.text + "\" is there");
-  } else if (count < c.number) {
+    return;
+  }
+  if (count < c.number) count = std::max(count, lookFurtherDown(c.text));
+  if (count < c.number) {
     fail(c.line, "\"" + c.text + "\" is there " + std::to_string(count) + " times, not " +
                      std::to_string(c.number) + ", on:\n" + ui::dump(phone_.window()));
   }
+}
+
+// How often a text is read by who scrolls through the page, which ends at the last of them.
+int Player::lookFurtherDown(const std::string& text) {
+  int count = 0;
+  for (const auto& view : ui::findAll(phone_.window(), text)) {
+    if (view->displayText().find(text) == std::string::npos || !liesAboveOrBelow(*view)) continue;
+    ui::scrollIntoView(*view);
+    phone_.application().layoutIfNeeded();
+    ++count;
+  }
+  return count;
 }
 
 void Player::swipe(const Command& c) {

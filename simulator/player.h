@@ -23,6 +23,7 @@ class Player {
 
  private:
   void expect(const Command& c);
+  int lookFurtherDown(const std::string& text);
   void swipe(const Command& c);
   void named(const Command& c);
   void focused(const Command& c);

@@ -29,7 +29,8 @@ struct Command {
     Menu,        // menu
     WaitIdle,    // wait idle
     WaitTime,    // wait MS: number
-    Expect,      // expect "text" [n]: something visible contains it (n of them at least)
+    Expect,      // expect "text" [n]: something contains it (n of them at least), in sight
+                 // or to be scrolled to, up and down
     Absent,      // absent "text"
     Named,       // named "role" "name": an element with this role and accessible name
     Focused,     // focused "name": the element that has the focus
