@@ -21,6 +21,30 @@ constexpr int kDaysBefore = 7, kDaysInAll = 15;
 constexpr int kSchoolDaysBefore = 5;
 constexpr int kWeeksOfRotation = 4;
 constexpr int kSunday = 1, kSaturday = 7;
+constexpr double kNoteGap = 12;
+
+// How high a label's text is that nothing shrinks; its size stays as it is.
+double wholeHeight(KesLabelWrapper& label) {
+  const double width = label.Width(), height = label.Height();
+  label.SizeToFit();
+  const double whole = label.Height();
+  label.setWidth(width);
+  label.setHeight(height);
+  return whole;
+}
+
+// The same label outside its layout, which would put it back where it was designed.
+KesLabelWrapper takenOut(const Ref<Kes>& bi, KesLabelWrapper& label) {
+  KesLabelWrapper same;
+  same.Initialize(bi, "");
+  same.setText(label.Text());
+  same.setFont(label.Font());
+  same.setTextColor(label.TextColor());
+  same.setTextAlignment(label.TextAlignment());
+  same.setMultiline(true);
+  label.RemoveViewFromParent();
+  return same;
+}
 
 }  // namespace
 
@@ -56,33 +80,10 @@ Resumable<> kes_modscuola::_start(Text link) {
   const auto job = co_await fetch(documents("/InfoVarlo/menuscuola/master/" + link + ".json"));
   // Another school may have been opened meanwhile: the page and its days are that one's.
   if (!job->_success || _home.nativeOrNull() != page.nativeOrNull()) co_return;
-  const KesMap document = mapOf(job);
-  page.setTitle(textOf(document, "name"));
-
-  const auto first = DateTime().Add(DateTime().Now(), 0, 0, -kDaysBefore);
-  for (int n = 0; n < kDaysInAll; ++n) {
-    const auto day = DateTime().Add(first, 0, 0, n);
-    const int weekday = DateTime().GetDayOfWeek(day);
-    if (weekday == kSunday || weekday == kSaturday) continue;
-    const KesPanelWrapper panel = loadDay(document, day);
-    _panels.Add(panel);
-    _scview.Panel().AddView(panel, 0, 0, _iwidth, _iheight);
-  }
-  placeDays(kSchoolDaysBefore);
-}
-
-KesPanelWrapper kes_modscuola::loadDay(const KesMap& document, std::int64_t d) {
-  KesPanelWrapper panel;
-  panel.Initialize(bi(), "");
-  panel.setWidth(_iwidth);
-  panel.setHeight(_iheight);
-  panel.LoadLayout("laymenuscuola", bi());
-  _lbltile.setText(_main->_dateutils->_getdayofweekname(d) + " " +
-                   std::to_string(DateTime().GetDayOfMonth(d)) + " " +
-                   _main->_dateutils->_getmonthname(d));
-  _lblvalue.setText(_menuscuola_recuperamenugiorno(document, d));
-  _lblnote.setText(_menuscuola_recuperamenunote(document, d));
-  return panel;
+  _document = mapOf(job);
+  page.setTitle(textOf(_document, "name"));
+  _first = DateTime().Add(DateTime().Now(), 0, 0, -kDaysBefore);
+  showDays(kSchoolDaysBefore);
 }
 
 // --- What is for lunch.
@@ -146,17 +147,53 @@ Text kes_modscuola::_menuscuola_recuperamenunote(const KesMap& document, std::in
 
 // --- The pages of the days.
 
-void kes_modscuola::placeDays(double day) {
+void kes_modscuola::showDays(double shown) {
+  _panels.Initialize();
+  _scview.Panel().RemoveAllViews();
+  for (int n = 0; n < kDaysInAll; ++n) {
+    const auto day = DateTime().Add(_first, 0, 0, n);
+    const int weekday = DateTime().GetDayOfWeek(day);
+    if (weekday == kSunday || weekday == kSaturday) continue;
+    const KesPanelWrapper panel = loadDay(day);
+    _scview.Panel().AddView(panel, _iwidth * _panels.Size(), 0, _iwidth, _iheight);
+    _panels.Add(panel);
+  }
   _scview.setContentHeight(_iheight);
   _scview.setContentWidth(_iwidth * _panels.Size());
-  double left = 0;
-  for (const Value& v : _panels) {
-    auto panel = KesPanelWrapper::fromBoxed(v);
-    panel.SetLayoutAnimated(0, 1, left, 0, _iwidth, _iheight);
-    left += _iwidth;
-  }
-  _scview.setScrollOffsetX(_iwidth * day);
+  _scview.setScrollOffsetX(_iwidth * shown);
   showWhereItGoes();
+}
+
+KesPanelWrapper kes_modscuola::loadDay(std::int64_t d) {
+  KesPanelWrapper panel;
+  panel.Initialize(bi(), "");
+  panel.setWidth(_iwidth);
+  panel.setHeight(_iheight);
+  panel.LoadLayout("laymenuscuola", bi());
+  _lbltile.setText(_main->_dateutils->_getdayofweekname(d) + " " +
+                   std::to_string(DateTime().GetDayOfMonth(d)) + " " +
+                   _main->_dateutils->_getmonthname(d));
+  _lblvalue.setText(_menuscuola_recuperamenugiorno(_document, d));
+  _lblnote.setText(_menuscuola_recuperamenunote(_document, d));
+  scrollWhatIsTooHigh(panel);
+  return panel;
+}
+
+// The menu stands in the middle and its note at the bottom, as designed, where both have room.
+// On a low screen, or in large letters, they scroll below the day's name, one after the other.
+void kes_modscuola::scrollWhatIsTooHigh(KesPanelWrapper& panel) {
+  const double left = _lblvalue.Left(), top = _lblvalue.Top(), width = _lblvalue.Width();
+  const double room = _lblvalue.Height(), noteRoom = _lblnote.Height();
+  const double high = wholeHeight(_lblvalue), noteHigh = wholeHeight(_lblnote);
+  if (high <= room && noteHigh <= noteRoom) return;
+  const double gap = c().DipToCurrent(kNoteGap);
+  KesScrollView window;
+  window.Initialize(bi(), "", _iwidth, high + noteHigh + 2 * gap);
+  panel.AddView(window, 0, top, _iwidth, _iheight - top);
+  _lblvalue = takenOut(bi(), _lblvalue);
+  _lblnote = takenOut(bi(), _lblnote);
+  window.Panel().AddView(_lblvalue, left, 0, width, high);
+  window.Panel().AddView(_lblnote, left, high + gap, width, noteHigh);
 }
 
 // The same day stays on the screen when the phone is turned.
@@ -164,7 +201,7 @@ void kes_modscuola::_home_resize(double width, double height) {
   const double day = shownDay();
   _iwidth = width;
   _iheight = height;
-  if (_panels.IsInitialized() && _panels.Size() > 0) placeDays(day);
+  if (_panels.IsInitialized() && _panels.Size() > 0) showDays(day);
 }
 
 double kes_modscuola::shownDay() const {

@@ -34,7 +34,9 @@ class kes_modscuola final : public Feature<kes_modscuola> {
 
   Ref<kes_main> _main;
   KesPage _home;
-  KesList _panels;  // the days, one panel each
+  KesMap _document;         // of the school that is shown
+  std::int64_t _first = 0;  // its first day
+  KesList _panels;          // the days, one panel each
   double _iwidth = 0, _iheight = 0;
   KesScrollView _scview;
   KesButtonWrapper _before, _after;  // lead to the day before and after
@@ -42,10 +44,12 @@ class kes_modscuola final : public Feature<kes_modscuola> {
   KesLabelWrapper _lbltile, _lblvalue, _lblnote;
 
  private:
-  KesPanelWrapper loadDay(const KesMap& document, std::int64_t d);
+  // All days anew, in the page's size.
+  void showDays(double shown);
+  KesPanelWrapper loadDay(std::int64_t d);
+  void scrollWhatIsTooHigh(KesPanelWrapper& panel);
   bool holds(const KesMap& period, std::int64_t d);
   Value mealOf(const KesMap& period, std::int64_t d);
-  void placeDays(double day);
   double shownDay() const;
   void turn(int days);
   void showWhereItGoes();

@@ -218,7 +218,7 @@ TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
   phone.app.key(ui::Key::Enter);
   settle();
   EXPECT_EQ(shownDay(), "lunedì 13 novembre");
-  for (const ui::Size size : {ui::Size{568, 320}, {320, 568}}) {
+  for (const ui::Size size : {ui::Size{568, 320}, {480, 200}, {320, 568}}) {
     turn(size);
     EXPECT_EQ(shownDay(), "lunedì 13 novembre") << size.width;
     EXPECT_EQ(school()._iwidth, size.width);
@@ -228,6 +228,9 @@ TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
       const auto panel = KesPanelWrapper::fromBoxed(school()._panels.Get(i));
       EXPECT_EQ(panel.view().frame(), (ui::Rect{size.width * i, 0, size.width, size.height - 64}));
     }
+    EXPECT_LE(school()._lblvalue.view().frameInWindow().bottom(),
+              school()._lblnote.view().frameInWindow().y)
+        << size.height;
   }
   for (int i = 0; i < 8; ++i) press(school()._after);
   EXPECT_EQ(shownDay(), "mercoledì 22 novembre");
