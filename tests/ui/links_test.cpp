@@ -1,4 +1,5 @@
-// Links in a label: found by Tab and by assistive technology, opened by a press.
+// Links: in a label found by Tab and by assistive technology, opened by a press; what of them
+// leaves the application.
 #include "phone.h"
 #include "platform/ui/controls/text_input.h"
 
@@ -52,6 +53,57 @@ TEST_F(LabelLinks, ARunOffTheBaselineMakesItsLineHigher) {
   EXPECT_EQ(height(0), 48);
   EXPECT_EQ(height(7), 55);
   EXPECT_EQ(height(-7), 55);
+}
+
+TEST(Links, LeaveTheApplicationCleanOrNotAtAll) {
+  const struct {
+    const char* given;
+    const char* opened;  // empty: refused
+  } cases[] = {
+      {"https://www.example.it/a?b=c#d", "https://www.example.it/a?b=c#d"},
+      {"  HTTP://x \n", "HTTP://x"},
+      {"http://x/a b\"<c>", "http://x/a%20b%22%3Cc%3E"},
+      {"http://x/citt\u00E0", "http://x/citt%C3%A0"},
+      {"http://x/\r\nSet: 1", ""},
+      {"http:///etc/passwd", ""},
+      {"https:x", ""},
+      {"//x/y", ""},
+      {"tel:0123", "tel:0123"},
+      {"tel:+39 0123/456-789 (1)", "tel:+3901234567891"},
+      {"TEL:%2B39%200123", "tel:+390123"},
+      {"tel:0123;ext=5", "tel:0123"},
+      {"tel:0123 int. 45", "tel:0123"},
+      {"tel:*%2331%23", ""},
+      {"tel:", ""},
+      {"tel:chiamare", ""},
+      {"mailto:ufficio@comune.it", "mailto:ufficio@comune.it"},
+      {"mailto:ufficio%40comune.it?subject=Buon%20giorno&body=x&attach=/etc/passwd",
+       "mailto:ufficio@comune.it?subject=Buon%20giorno"},
+      {"mailto:a@b.it?cc=c@d.it&Subject=%0D%0ABcc:e@f.it",
+       "mailto:a@b.it?subject=%20%20Bcc%3Ae%40f.it"},
+      {"mailto:a@b.it,c@d.it", "mailto:a@b.it"},
+      {"mailto:?subject=x", ""},
+      {"mailto:nessuno", ""},
+      {"file:///etc/passwd", ""},
+      {"javascript:alert(1)", ""},
+      {"data:text/html,x", ""},
+      {"blob:http://x/1", ""},
+      {"about:blank", ""},
+      {"smb://server/share", ""},
+      {"intent://x", ""},
+      {"senza schema", ""},
+      {"", ""},
+  };
+  Phone phone;
+  std::size_t refused = 0;
+  for (const auto& c : cases) {
+    phone.screen.opened.clear();
+    const bool opens = phone.app.openUrl(c.given);
+    EXPECT_EQ(opens, *c.opened != 0) << c.given;
+    EXPECT_EQ(opens ? phone.screen.opened.at(0) : "", c.opened) << c.given;
+    refused += *c.opened ? 0 : 1;
+  }
+  EXPECT_EQ(phone.test.lines().size(), refused) << "each refusal is told";
 }
 
 }  // namespace
