@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/ui/text_engine.h"
 
@@ -55,7 +56,7 @@ double desktopTextScale() {
   const double scale = desktopSetting(QStringLiteral("org.gnome.desktop.interface"),
                                       QStringLiteral("text-scaling-factor"))
                            .toDouble(&known);
-  if (!known || !(scale > 0)) return 1;
+  if (!known || !(scale > 0) || !std::isfinite(scale)) return 1;
   return std::clamp(scale, ui::TextEngine::kSmallestScale, ui::TextEngine::kLargestScale);
 }
 
