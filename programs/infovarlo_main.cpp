@@ -18,6 +18,7 @@
 #include "platform/qt/qt_loop.h"
 #include "platform/qt/qt_screen.h"
 #include "platform/ui/application.h"
+#include "platform/url/download_folder.h"
 #include "runtime/views/app/app_delegate.h"
 #include "runtime/views/app/services.h"
 
@@ -56,10 +57,18 @@ int run() {
     throw std::runtime_error("no display was found: start it from a desktop session");
   platform::SystemClock clock;
   const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
-  const fs::path cache = userFolder("XDG_CACHE_HOME", ".cache");
+  // A folder of this run's own: another instance has its own, and what a killed one left
+  // goes now.
+  const std::string cache = folder(userFolder("XDG_CACHE_HOME", ".cache") / "tmp");
+  platform::DownloadFolder::sweep(cache);
+  platform::DownloadFolder own(cache);
+  std::string error;
+  const std::string temporary = own.path(error);
+  if (temporary.empty())
+    throw std::runtime_error("cannot make a folder in " + cache + ": " + error);
   platform::Platform platform(
       clock, platform::Folders{platform::assetsFolder(), folder(data / "Documents"),
-                               folder(data / "Library"), folder(cache / "tmp")});
+                               folder(data / "Library"), temporary + "/"});
   platform::PlatformScope scope(platform);
   varlo::setBranding();
   varlo::registerApp();
@@ -69,10 +78,9 @@ int run() {
   qt::QtScreen screen(options);
   ui::Application application(screen, screen.textEngine());
   qt::QtLoop loop(platform, screen);
-  const auto tidy = [tmp = data / "tmp"] {
+  const auto tidy = [&temporary] {
     std::error_code ignored;
-    for (const auto& entry : fs::directory_iterator(tmp, ignored))
-      fs::remove_all(entry.path(), ignored);
+    fs::remove_all(temporary, ignored);
   };
   const platform::EndSignals endSignals(
       [&] { platform.mainQueue().post([&loop] { loop.quit(); }); }, tidy);
@@ -85,7 +93,7 @@ int run() {
   const int status = loop.exec();
   application.terminate();
   platform.mainQueue().close();
-  return status;
+  return endSignals.came() ? 128 + endSignals.came() : status;
 }
 
 }  // namespace

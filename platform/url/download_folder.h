@@ -1,4 +1,5 @@
-// The folder in which one session keeps the bodies that are on their way.
+// The folder in which one session keeps the bodies that are on their way, or one run of the
+// program all that is temporary.
 //
 // It is made, private to this user, when its path is first asked for, locked for as long as
 // the object lives, and removed with it: shared by the session and its bodies, the last of

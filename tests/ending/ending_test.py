@@ -1,14 +1,16 @@
-"""Ctrl+C and SIGTERM: the simulator ends within 3 s and leaves no folder behind.
+"""Ctrl+C and SIGTERM: the programs end within 3 s and leave nothing temporary behind.
 
-ending_test.py VARLO-SIM: starts the program with a temporary folder of its own, lets it get
-to rest or into a download that hangs, sends the signal.
+ending_test.py VARLO-SIM [INFOVARLO]: starts a program with folders of its own, lets it get to
+rest or into a download that hangs, sends the signal. INFOVARLO needs the Qt screen.
 """
 import os
 import pathlib
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 REST = "wait idle\ndump {reached}\nwait 60000\n"
@@ -24,7 +26,47 @@ wait idle
 """
 
 
-def play(program, screen, script, number):
+
+def until(reached, process):
+    end = time.monotonic() + 60
+    while not reached():
+        assert process.poll() is None, "it ended by itself"
+        assert time.monotonic() < end, "it did not get there"
+        time.sleep(0.02)
+
+
+def ended(process, number):
+    """Sends the signal; what has not ended well raises."""
+    began = time.monotonic()
+    process.send_signal(number)
+    status = process.wait(10)
+    took = time.monotonic() - began
+    assert took < 3, f"it took {took:.1f} s"
+    assert status == 128 + number, f"exit status {status}"
+
+
+def nothing_in(*folders):
+    left = [str(p) for folder in folders for p in folder.rglob("*")]
+    assert not left, f"left behind: {left}"
+
+
+class Started:
+    """The program, for as long as it is wanted."""
+
+    def __init__(self, command, environment):
+        self.process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL)
+
+    def __enter__(self):
+        return self.process
+
+    def __exit__(self, *_):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+
+def simulator(program, screen, script, number):
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         temporary = folder / "tmp"
@@ -34,40 +76,79 @@ def play(program, screen, script, number):
         environment = dict(os.environ, TMPDIR=str(temporary))
         if screen == "qt":
             environment["QT_QPA_PLATFORM"] = "offscreen"
-        process = subprocess.Popen(
-            [program, "--screen", screen, "--script", str(folder / "script")], env=environment,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        try:
-            end = time.monotonic() + 60
-            while not reached.exists():
-                assert process.poll() is None, "it ended by itself"
-                assert time.monotonic() < end, "the script did not get there"
-                time.sleep(0.02)
+        command = [program, "--screen", screen, "--script", str(folder / "script")]
+        with Started(command, environment) as process:
+            until(reached.exists, process)
             assert list(temporary.glob("varlo-*")), "there was a folder"
-            began = time.monotonic()
-            process.send_signal(number)
-            status = process.wait(10)
-            took = time.monotonic() - began
+            ended(process, number)
+        nothing_in(temporary)
+
+
+class Proxy:
+    """The app's hosts are fixed; all of them are reached by way of this. It turns the requests
+    away, or keeps them waiting."""
+
+    def __init__(self, answers):
+        self.asked, self.answers, self.kept = 0, answers, []
+        self.socket = socket.create_server(("127.0.0.1", 0))
+        self.url = f"http://127.0.0.1:{self.socket.getsockname()[1]}"
+        threading.Thread(target=self._serve, daemon=True).start()
+
+    def _serve(self):
+        while True:
+            try:
+                peer, _ = self.socket.accept()
+            except OSError:
+                return
+            peer.recv(4096)
+            if self.answers:
+                peer.sendall(b"HTTP/1.1 502 Bad Gateway\r\nContent-Length: 0\r\n"
+                             b"Connection: close\r\n\r\n")
+                peer.close()
+            else:
+                self.kept.append(peer)
+            self.asked += 1
+
+    def close(self):
+        self.socket.close()
+        for peer in self.kept:
+            peer.close()
+
+
+def app(program, downloading, number):
+    proxy = Proxy(answers=not downloading)
+    with tempfile.TemporaryDirectory() as folder:
+        folder = pathlib.Path(folder)
+        cache, temporary = folder / "cache", folder / "tmp"
+        temporary.mkdir()
+        environment = dict(
+            os.environ, HOME=str(folder), TMPDIR=str(temporary), XDG_CACHE_HOME=str(cache),
+            XDG_DATA_HOME=str(folder / "data"), QT_QPA_PLATFORM="offscreen",
+            http_proxy=proxy.url, https_proxy=proxy.url)
+        for name in ("no_proxy", "NO_PROXY", "DBUS_SESSION_BUS_ADDRESS"):
+            environment.pop(name, None)
+        try:
+            with Started([program], environment) as process:
+                until(lambda: proxy.asked >= 2, process)  # the home page and the version
+                assert list((cache / "infovarlo" / "tmp").iterdir()), "there was a folder"
+                ended(process, number)
+            nothing_in(cache / "infovarlo" / "tmp", temporary)
         finally:
-            if process.poll() is None:
-                process.kill()
-                process.wait()
-        assert took < 3, f"it took {took:.1f} s"
-        assert status == 128 + number, f"exit status {status}"
-        left = [str(p.relative_to(temporary)) for p in temporary.rglob("*")]
-        assert not left, f"left behind: {left}"
+            proxy.close()
 
 
 def main():
     # The headless screen's own time passes at once: it is never at rest for long.
-    cases = (("headless", "in a download", DOWNLOAD), ("qt", "at rest", REST),
-             ("qt", "in a download", DOWNLOAD))
-    for screen, name, script in cases:
+    cases = [(simulator, sys.argv[1], "headless", DOWNLOAD), (simulator, sys.argv[1], "qt", REST),
+             (simulator, sys.argv[1], "qt", DOWNLOAD)]
+    if len(sys.argv) > 2:
+        cases += [(app, sys.argv[2], False), (app, sys.argv[2], True)]
+    for play, *what in cases:
         for number in (signal.SIGINT, signal.SIGTERM):
             try:
-                play(sys.argv[1], screen, script, number)
+                play(*what, number)
             except AssertionError as e:
-                print(f"{number.name} {name} on {screen}: {e}")
+                print(f"{number.name}, {play.__name__} {what[1:]}: {e}")
                 return 1
     return 0
 
