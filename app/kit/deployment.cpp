@@ -15,14 +15,11 @@ Hosts& current() {
                  values::kActsPortal, values::kTiles};
   return h;
 }
-static_assert(std::string_view(values::kGraphToken).size() == 166);
-static_assert(std::string_view(values::kPlacesKey).size() == 39);
-static_assert(std::string_view(values::kMapsKey).size() == 39);
-static_assert(std::string_view(values::kOpenDataToken).size() == 25);
 }  // namespace
 
 const Hosts& hosts() { return current(); }
 
+// What opens outside stays where it is: the network's pages, the maps, the portal of the acts.
 void pointEveryServiceAt(const Text& url) {
   auto& h = current();
   h.documents = h.repository = h.service = h.graph = h.openData = h.web = url;

@@ -128,6 +128,7 @@ TEST_F(Events, TheTokenAndTheNameOfTheAppGoToTheGraphOnly) {
                   deployment::graphToken().str());
   }
   EXPECT_EQ(graph, 1);
+  EXPECT_EQ(deployment::graphToken().Length(), 166) << "Varlo's own; a town's may differ";
   EXPECT_GT(host.requests().count(kPicture), 0u);
 }
 
