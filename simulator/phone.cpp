@@ -55,6 +55,30 @@ struct Phone::Data {
   }
 };
 
+namespace {
+
+// The headless phone's time moves when the script says so.
+std::unique_ptr<platform::Clock> clockFor(const Options& options) {
+  if (options.screen == Options::Screen::Headless)
+    return std::make_unique<platform::VirtualClock>(
+        options.now.value_or(platform::SystemClock().now()));
+  return options.now ? std::make_unique<platform::SystemClock>(*options.now)
+                     : std::make_unique<platform::SystemClock>();
+}
+
+std::unique_ptr<Side> sideFor(platform::Platform& platform, platform::Clock& clock,
+                              const Options& options) {
+  if (auto* steered = dynamic_cast<platform::VirtualClock*>(&clock))
+    return makeHeadlessSide(platform, *steered, options);
+#ifdef HOUSE_QT
+  return makeQtSide(platform, options);
+#else
+  throw std::runtime_error("this build has no Qt screen: use --screen headless");
+#endif
+}
+
+}  // namespace
+
 Phone::Phone(const Options& options) : broker_(options.push) {
   platform::setLogSink([this](std::string_view line) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
@@ -62,19 +86,7 @@ Phone::Phone(const Options& options) : broker_(options.push) {
     log_.emplace_back(line);
   });
   varlo::setBranding();
-  const bool headless = options.screen == Options::Screen::Headless;
-  platform::VirtualClock* steered = nullptr;
-  if (headless) {
-    auto clock = std::make_unique<platform::VirtualClock>(
-        options.now.value_or(platform::SystemClock().now()));
-    steered = clock.get();
-    clock_ = std::move(clock);
-  } else if (options.now) {
-    clock_ = std::make_unique<platform::SystemClock>(*options.now);
-  } else {
-    clock_ = std::make_unique<platform::SystemClock>();
-  }
-
+  clock_ = clockFor(options);
   data_ = std::make_unique<Data>(options.data);
   const auto folder = [&](const char* name) { return (data_->root / name).string() + "/"; };
   platform_ = std::make_unique<platform::Platform>(
@@ -102,17 +114,11 @@ Phone::Phone(const Options& options) : broker_(options.push) {
     town_ = options.town;
   }
 
-  if (headless) {
-    side_ = makeHeadlessSide(*platform_, *steered, options);
-  } else {
-#ifdef HOUSE_QT
-    side_ = makeQtSide(*platform_, options);
-#else
-    throw std::runtime_error("this build has no Qt screen: use --screen headless");
-#endif
-  }
+  side_ = sideFor(*platform_, *clock_, options);
 }
 
+// The app first, while the queue still hears it; then the queue, so that nothing of the app
+// runs on a screen that is gone; the host last, which the app's jobs were waiting for.
 Phone::~Phone() {
   ending_ = true;
   delivery_.reset();

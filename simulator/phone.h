@@ -55,8 +55,6 @@ class Phone {
   // The signal that asked the program to end, or 0.
   int endedBy() const { return signals_->came(); }
 
-  const std::string& townUrl() const { return town_; }
-
  private:
   struct Data;  // the data folder, removed at the end when it was made for this run
 

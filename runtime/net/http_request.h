@@ -44,8 +44,6 @@ class KesHttpRequest final : public TypedWrapper<KesHttpRequest, MutableUrlReque
   std::int32_t Timeout() const;
   void setTimeout(std::int32_t milliseconds);
   // The most bytes that the answer may have, any compression undone; a longer one fails.
-  std::int64_t BodyLimit() const { return request().bodyLimit; }
-  void setBodyLimit(std::int64_t bytes) { request().bodyLimit = bytes; }
 
  private:
   void initialize(std::string_view link, std::string_view method);
