@@ -139,6 +139,7 @@ class Walk {
       record(each, shape, named(each, shape, ++number, within));
   }
 
+  // A record that is none costs itself; within one, a field that is wrong hides none behind it.
   void record(const Json& value, const Shape& shape, const std::string& name) {
     if (!value.IsObject()) {
       add(name, "", describe(&value), kAnObject,

@@ -13,6 +13,7 @@ namespace {
 
 class Writer {
  public:
+  // The maps first, though they stand last: writing them gathers the texts.
   std::string write(const Layout& layout) {
     writeMap(layout.root);
     std::string body = std::move(out_);

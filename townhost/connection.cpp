@@ -48,6 +48,8 @@ bool Connection::ready(short events, int milliseconds) const {
   return got > 0 && !gone_;
 }
 
+// A client that hangs up makes the socket readable too: a look at the first byte tells it from
+// one that asks.
 bool Connection::awaitRequest(int milliseconds) {
   if (begin_ == end_) {
     if (!ready(POLLIN, milliseconds)) return false;

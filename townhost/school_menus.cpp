@@ -80,6 +80,7 @@ CivilDay first(year y, std::chrono::month m) { return CivilDay(y / m / 1); }
 
 CivilDay mondayOf(CivilDay day) { return day - (std::chrono::weekday(day) - std::chrono::Monday); }
 
+// Last year's too: in January the winter menu that is valid began in November.
 std::vector<Season> seasonsAround(CivilDay day) {
   const year now = year_month_day(day).year();
   std::vector<Season> seasons;

@@ -58,6 +58,7 @@ struct TownHost::Parts {
   explicit Parts(Options chosen)
       : options(std::move(chosen)), engine([this](const Call& call) { return serve(call); }) {
     if (!options.now) options.now = machineTime;
+    // The documents hold absolute addresses, so the port comes first.
     port = engine.start(options.port);
     publishAll(documents, gallery, options.version, url());
   }

@@ -12,6 +12,7 @@ Text lastPiece(const Text& url) {
   return Text(path.substr(path.rfind('/') + 1));
 }
 
+// The job is handed over in a task of its own, so that the header still goes along.
 Ref<kes_httpjob> started(Ref<kes_httpjob> job, const Text& url, const Header& header,
                          const Ref<KesArray>& query) {
   if (query)

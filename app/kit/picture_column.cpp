@@ -43,6 +43,8 @@ KesImageViewWrapper PictureColumn::addPicture(const Ref<Kes>& bi, const Text& ev
   return view;
 }
 
+// From top to bottom in one go whenever something comes or the width changes: pictures have
+// their proportion before they have arrived, so that nothing jumps when they do.
 void PictureColumn::layOut() {
   if (!page_) return;
   const double width = page_->scroll.Width();

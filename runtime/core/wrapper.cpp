@@ -6,6 +6,8 @@
 
 namespace kes {
 
+// Few objects carry anything beyond an event's name and a tag, and those two or three: a list
+// is walked sooner than a table is made.
 Value AttachedProperties::get(std::string_view key) const {
   if (key == "bi") return Value(bi.lock());
   if (key == "eventName") return bi.unset() ? Value() : Value(eventName);

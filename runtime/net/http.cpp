@@ -32,6 +32,8 @@ class KesHttp::Delegate final : public platform::UrlSessionDelegate {
         success_(prefix + Text("_responsesuccess::")),
         error_(prefix + Text("_responseerror::::")) {}
 
+  // The success event runs within the turn in which its body lives. An error has none,
+  // and its event is a task of its own.
   void finishedDownload(const platform::UrlTask& task,
                         const std::shared_ptr<const platform::UrlResponse>& response,
                         const std::shared_ptr<platform::UrlBody>& body) override {

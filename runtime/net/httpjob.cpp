@@ -142,6 +142,7 @@ Text kes_httpjob::_patchstring(const Text& link, const Text& text) {
   return _patchbytes(link, utf8(text));
 }
 
+// The request's wrapper has no such method; the platform's object takes any.
 Text kes_httpjob::_patchbytes(const Text& link, const Ref<KesArray>& bytes) {
   _req.InitializeGet(link);
   KesNativeObject native;

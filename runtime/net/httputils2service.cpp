@@ -55,6 +55,8 @@ void kes_httputils2service::_hc_responseerror(const Ref<KesHttpResponse>&, const
   _completejob(taskId, false, reason, nullptr);
 }
 
+// The job is out of the table before it tells its target, who may submit the next, or reset
+// all of this; one that was taken out by then is told nothing.
 void kes_httputils2service::_completejob(std::int32_t taskId, bool success,
                                          const Text& errorMessage,
                                          const Ref<KesHttpResponse>& response) {

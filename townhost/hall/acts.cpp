@@ -265,6 +265,7 @@ std::vector<Act> actsOn(CivilDay today) {
   std::minstd_rand random(11);
   CivilDay day = today;
   for (int i = 0; i < kActs; ++i) {
+    // Seven apart, and one further each round: the same matter never comes twice in a row.
     const Matter& matter = kMatters[(i * 7 + i / 24) % std::size(kMatters)];
     Act act;
     act.registered = day;

@@ -258,6 +258,8 @@ bool free(Flat at, double radius, const VarloMap& map, const std::vector<Flat>& 
   });
 }
 
+// Up and down both sides, at the distance of a front garden; where something stands already
+// the plot stays free.
 void buildAlong(const Street& street, VarloMap& map, std::vector<Flat>& taken, Dice& dice) {
   for (std::size_t i = 1; i < street.course.size(); ++i) {
     const Flat a = flat(street.course[i - 1]), b = flat(street.course[i]);

@@ -63,6 +63,8 @@ class FileInput final : public InputStream {
   Descriptor file_;
 };
 
+// Nothing is gathered: who writes in small pieces pays for each, and what was written is in
+// the file when write() returns.
 class FileOutput final : public OutputStream {
  public:
   FileOutput(const std::string& path, bool append)

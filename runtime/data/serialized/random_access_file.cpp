@@ -96,6 +96,7 @@ void KesRandomAccessFile::WriteKexObject(const Value& object, std::int64_t posit
   CurrentPosition += static_cast<std::int64_t>(bytes.size());
 }
 
+// The length is the file's own word: no more is read, or made room for, than is there.
 Value KesRandomAccessFile::ReadKexObject(std::int64_t position) {
   const auto length = std::max(ReadInt(position), 0);
   const bool compressed = ReadUnsignedByte(CurrentPosition) == 1;

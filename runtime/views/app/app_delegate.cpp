@@ -50,6 +50,8 @@ bool KesAppDelegate::didFinishLaunching(const Ref<Dictionary>& launchOptions) {
     options.Initialize();
   KesObjectWrapper::getMap(*application.native()).set("launchoptions", options);
 
+  // The app's first sub finds a window that has its size; it is shown once the sub has filled
+  // the page, so that no empty one flashes.
   window_->makeKey();
   const Value param = navigation;
   bi_->raiseEvent(nullptr, "application_start:", std::span(&param, 1));
@@ -108,6 +110,7 @@ void KesAppDelegate::didReceiveRemoteNotification(const Ref<Dictionary>& userInf
                        platform::makeShared<KesCompletionHandler>(std::move(fetchCompletion))});
     return;
   }
+  // Nobody could call it: the platform is told at once.
   if (fetchCompletion) fetchCompletion(0);
   didReceiveRemoteNotification(userInfo);
 }

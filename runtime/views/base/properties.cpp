@@ -25,6 +25,7 @@ bool flag(const Dictionary& map, std::string_view key) { return value(map, key).
 
 Text text(const Dictionary& map, std::string_view key) { return value(map, key).asText(); }
 
+// The text of what is set in an icon's font stands in the map of the font.
 Text ownText(const Dictionary& map) {
   if (const auto font = props::map(map, "font")) {
     const Text face = text(*font, "fontName");

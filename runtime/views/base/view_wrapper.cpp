@@ -52,6 +52,8 @@ Ref<ui::View> KesViewWrapper::build(Ref<ui::View> view, const Dictionary& proper
   return view;
 }
 
+// Through middle and size, from which the platform derives a frame: each of the four leaves
+// the other three as they are.
 double KesViewWrapper::Left() const { return view().center().x - view().bounds().width / 2; }
 double KesViewWrapper::Top() const { return view().center().y - view().bounds().height / 2; }
 void KesViewWrapper::setLeft(double left) {

@@ -24,6 +24,7 @@ void KesScrollView::innerInitialize(const Ref<Kes>& bi, const Text& eventName, b
   KesViewWrapper::innerInitialize(bi, eventName, keep);
   ui::ScrollView& scroll = self();
   if (!hasMethod(scroll, "_scrollchanged::")) return;
+  // Raised at once, where other events wait their turn: what follows the finger would lag.
   scroll.onScroll = [&scroll](double x, double y) {
     const Value params[] = {x, y};
     raiseEvent(scroll, "_scrollchanged::", params);

@@ -17,6 +17,8 @@ void TableViewWithCells::clear() {
   setRows(0, {});
 }
 
+// A row that was only announced gets its cell when somebody looks at it, from the last batch
+// that begins at it or before.
 const Ref<TableCell>& TableViewWithCells::cell(std::int32_t row) {
   auto& cell = cells_[static_cast<std::size_t>(row)];
   if (cell) return cell;
