@@ -52,7 +52,7 @@ std::optional<Document> Documents::make(const Occasion& occasion) const {
 
 std::string typeOfPath(std::string_view path) {
   if (path.ends_with(".html")) return "text/html; charset=utf-8";
-  if (path.ends_with(".json")) return "application/json; charset=utf-8";
+  if (path.ends_with(".json")) return kJsonType;
   if (path.ends_with(".png")) return "image/png";
   if (path.ends_with(".jpg")) return "image/jpeg";
   return "text/plain; charset=utf-8";

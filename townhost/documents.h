@@ -61,6 +61,8 @@ class Documents {
   std::map<std::string, std::shared_ptr<const Entry>> entries_;
 };
 
+inline constexpr const char* kJsonType = "application/json; charset=utf-8";
+
 // The content type that goes with a path's extension.
 std::string typeOfPath(std::string_view path);
 

@@ -20,12 +20,11 @@ constexpr int turnDays = 60;  // published before and after today
 
 void publishSchools(Documents& documents) {
   const std::string folder = "/InfoVarlo/menuscuola/master/";
-  documents.addFixed(folder + "scuole.json", typeOfPath(".json"), schoolsDocument());
+  documents.addFixed(folder + "scuole.json", kJsonType, schoolsDocument());
   for (const School& school : schools())
-    documents.add(folder + school.link + ".json", typeOfPath(".json"),
-                  [&school](const Occasion& occasion) {
-                    return schoolMenuDocument(school, dayAt(occasion.now));
-                  });
+    documents.add(folder + school.link + ".json", kJsonType, [&school](const Occasion& occasion) {
+      return schoolMenuDocument(school, dayAt(occasion.now));
+    });
 }
 
 std::string embedded(std::string_view path) {
@@ -44,7 +43,7 @@ void publishAll(Documents& documents, Gallery& gallery, const std::string& versi
   documents.addFixed("/InfoVarlo/config/master/version_ios", typeOfPath(""), version);
 
   const auto keys = pharmacyKeys(embedded("/InfoVarlo/farmacie/master/farmacie.json"));
-  documents.add("/InfoVarlo/farmacie/master/turni.json", typeOfPath(".json"),
+  documents.add("/InfoVarlo/farmacie/master/turni.json", kJsonType,
                 [keys](const Occasion& occasion) {
                   return turnsDocument(turnsAround(dayAt(occasion.now), turnDays, keys));
                 });

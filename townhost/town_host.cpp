@@ -105,12 +105,12 @@ struct TownHost::Parts {
         return errorPage(400, reason.what());
       }
     }
-    return {200, jsonType, describeFaults(faults)};
+    return {200, kJsonType, describeFaults(faults)};
   }
 
   Answer logDesk(const Call& call) {
     if (call.method == "DELETE") log.clear();
-    return {200, jsonType, listOf(log)};
+    return {200, kJsonType, listOf(log)};
   }
 
   Options options;

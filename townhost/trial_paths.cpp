@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "townhost/documents.h"
 #include "townhost/json_text.h"
 
 namespace town {
@@ -70,7 +71,7 @@ Answer echo(const Call& call) {
     hex += "0123456789abcdef"[c >> 4];
     hex += "0123456789abcdef"[c & 15];
   }
-  return {200, jsonType, json.text("bodyHex", hex).close().take()};
+  return {200, kJsonType, json.text("bodyHex", hex).close().take()};
 }
 
 Answer bytes(long count) {
@@ -96,7 +97,7 @@ Answer gzipped() {
   if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, 31, 8, Z_DEFAULT_STRATEGY) != Z_OK)
     throw std::runtime_error("no compression");
   Answer answer{200,
-                jsonType,
+                kJsonType,
                 std::string(deflateBound(&stream, text.size()), '\0'),
                 {{"Content-Encoding", "gzip"}}};
   stream.next_in = reinterpret_cast<Bytef*>(text.data());
@@ -110,7 +111,7 @@ Answer gzipped() {
 }
 
 Answer welcome(std::string_view scheme) {
-  return {200, jsonType,
+  return {200, kJsonType,
           R"({"utente":")" + std::string(Gatekeeper::user) + R"(","schema":")" +
               std::string(scheme) + "\"}"};
 }

@@ -19,8 +19,6 @@
 
 namespace town {
 
-inline constexpr const char* jsonType = "application/json; charset=utf-8";
-
 class TrialPaths {
  public:
   // Nothing if the path isn't one of these.

@@ -291,10 +291,10 @@ bool subjectHolds(const Act& act, std::string_view words) {
 }
 
 void publishActs(Documents& documents, const std::string& url) {
-  documents.add(kListing, typeOfPath(".json"), [](const Occasion& occasion) {
+  documents.add(kListing, kJsonType, [](const Occasion& occasion) {
     return listing(dayAt(occasion.now), parameter(occasion, "oggetto"));
   });
-  documents.add(kAttachments, typeOfPath(".json"), [url](const Occasion& occasion) {
+  documents.add(kAttachments, kJsonType, [url](const Occasion& occasion) {
     return attachments(dayAt(occasion.now), parameter(occasion, "id"), url);
   });
   documents.add(kPapers, "application/pdf", [](const Occasion& occasion) {

@@ -30,7 +30,7 @@ std::string newsDocument(CivilDay today) {
 }  // namespace
 
 void publishNews(Documents& documents, Gallery& gallery) {
-  documents.add("/varlo/newsvarlo", typeOfPath(".json"),
+  documents.add("/varlo/newsvarlo", kJsonType,
                 [](const Occasion& occasion) { return newsDocument(dayAt(occasion.now)); });
   unsigned seed = 0;
   for (const auto& item : newsItems()) {

@@ -97,7 +97,7 @@ std::string issuePage(CivilDay issue) {
 }  // namespace
 
 void publishNewsletters(Documents& documents, const std::string& url) {
-  documents.add(kListing, typeOfPath(".json"),
+  documents.add(kListing, kJsonType,
                 [url](const Occasion& occasion) { return listing(occasion.now, url); });
   // An older issue than those of the listing is there too: a phone may have listed it yesterday.
   documents.addFolder(

@@ -316,17 +316,16 @@ std::string catalogue(const std::string& url) {
 
 void publishMaps(Documents& documents, const std::string& url) {
   const std::string folder = kFolder;
-  const auto type = typeOfPath(".json");
   const std::pair<const char*, std::string> own[] = {
       {"mappe.json", catalogue(url)},       {"defibrillatori.json", defibrillators()},
       {"parcheggi.json", parkings()},       {"parchigioco.json", playgrounds()},
       {"fontanelle.json", waterPoints()},   {"ciclabili.json", cyclePaths()},
       {"ritiro_sacchi.json", sackPoints()},
   };
-  for (const auto& [name, text] : own) documents.addFixed(folder + name, type, text);
-  documents.addFixed(kSchoolsPath, type, schools());
+  for (const auto& [name, text] : own) documents.addFixed(folder + name, kJsonType, text);
+  documents.addFixed(kSchoolsPath, kJsonType, schools());
   // Made when it is asked for: most runs never are.
-  documents.add(kTreesPath, type, [](const Occasion&) {
+  documents.add(kTreesPath, kJsonType, [](const Occasion&) {
     static const std::string made = trees();
     return made;
   });

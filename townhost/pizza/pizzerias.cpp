@@ -102,13 +102,13 @@ std::string contentsOf(const Pizzeria& shop, Gallery& gallery, const std::string
 }  // namespace
 
 void publishPizzerias(Documents& documents, Gallery& gallery, const std::string& url) {
-  documents.addFixed("/InfoVarlo/pizzaprezzi/master/menu.json", typeOfPath(".json"), catalogue());
+  documents.addFixed("/InfoVarlo/pizzaprezzi/master/menu.json", kJsonType, catalogue());
   for (const Pizzeria& shop : pizzerias()) {
     for (int page = 0; page < shop.pages; ++page)
       gallery.add(documents, picturePath(shop, page),
                   [&shop, page] { return drawBoard(shop.title, pageLines(page), false); });
     documents.add(
-        "/repos/InfoVarlo/pizzaprezzi/contents/" + std::string(shop.folder), typeOfPath(".json"),
+        "/repos/InfoVarlo/pizzaprezzi/contents/" + std::string(shop.folder), kJsonType,
         [&shop, &gallery, url](const Occasion&) { return contentsOf(shop, gallery, url); });
   }
 }

@@ -130,11 +130,11 @@ std::string clubsDocument() {
 }  // namespace
 
 void publishEvents(Documents& documents, Gallery& gallery, const std::string& url) {
-  documents.addFixed("/InfoVarlo/config/master/sport.json", typeOfPath(".json"), clubsDocument());
+  documents.addFixed("/InfoVarlo/config/master/sport.json", kJsonType, clubsDocument());
   const auto publish = [&](const std::string& page) {
-    documents.add(
-        "/v2.9/" + page + "/events", typeOfPath(".json"),
-        [page, url](const Occasion& occasion) { return eventsOf(page, dayAt(occasion.now), url); });
+    documents.add("/v2.9/" + page + "/events", kJsonType, [page, url](const Occasion& occasion) {
+      return eventsOf(page, dayAt(occasion.now), url);
+    });
   };
   publish(town);
   publish(live);

@@ -126,11 +126,10 @@ std::string catalogue() {
 }  // namespace
 
 void publishRestaurants(Documents& documents, Gallery& gallery, const std::string& url) {
-  documents.addFixed("/InfoVarlo/config/master/menudelgiorno.json", typeOfPath(".json"),
-                     catalogue());
+  documents.addFixed("/InfoVarlo/config/master/menudelgiorno.json", kJsonType, catalogue());
   for (const Restaurant& restaurant : restaurants()) {
     if (!*restaurant.page) continue;
-    documents.add("/v2.9/" + std::string(restaurant.page), typeOfPath(".json"),
+    documents.add("/v2.9/" + std::string(restaurant.page), kJsonType,
                   [&restaurant, url](const Occasion& occasion) {
                     return pageOf(restaurant, dayAt(occasion.now), url);
                   });
