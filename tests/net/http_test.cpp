@@ -1,6 +1,5 @@
 #include "runtime/net/http.h"
 
-#include "lighttpd.h"
 #include "net_fixture.h"
 #include "tests/support/nginx.h"
 #include "townhost/town_host.h"
@@ -71,6 +70,33 @@ class HttpTest : public NetTest {
 
   Ref<EngineOwner> owner;
   Ref<KesHttp> http;
+};
+
+// Another web server that none of us wrote, for the challenge that nginx doesn't know: a
+// folder of files, of which those below /private/ are for "varlo" with the password "segreta".
+struct Lighttpd {
+  explicit Lighttpd(const std::filesystem::path& folder) : root(folder / "root") {
+    const auto at = folder.string();
+    std::filesystem::create_directories(root);
+    TestPlatform::write(folder / "users", "varlo:segreta\n");
+    process.startSomewhere("lighttpd", [&] {
+      port = ServerProcess::freePort();
+      TestPlatform::write(
+          folder / "lighttpd.conf",
+          "server.modules = (\"mod_auth\", \"mod_authn_file\")\n"
+          "server.bind = \"127.0.0.1\"\nserver.port = " +
+              std::to_string(port) + "\nserver.document-root = \"" + root.string() +
+              "\"\nserver.upload-dirs = (\"" + at +
+              "\")\nauth.backend = \"plain\"\nauth.backend.plain.userfile = \"" + at +
+              "/users\"\nauth.require = (\"/private/\" => (\"method\" => \"digest\", "
+              "\"realm\" => \"town\", \"require\" => \"valid-user\"))\n");
+      return process.start({"/usr/sbin/lighttpd", "-D", "-f", at + "/lighttpd.conf"},
+                           "server started");
+    });
+  }
+  std::filesystem::path root;
+  int port = 0;
+  ServerProcess process;
 };
 
 }  // namespace
@@ -293,7 +319,8 @@ TEST_F(HttpTest, AgreesWithAServerThatOthersWroteAndJudgesItsCertificate) {
 
 TEST_F(HttpTest, AnswersTheDigestChallengeOfAServerThatOthersWrote) {
   Lighttpd lighttpd(phone.root() / "lighttpd");
-  TestPlatform::write(lighttpd.root() / "private/file.txt", "per pochi");
+  TestPlatform::write(lighttpd.root / "private/file.txt", "per pochi");
+  const auto url = "http://127.0.0.1:" + std::to_string(lighttpd.port) + "/private/file.txt";
   const struct {
     const char* query;  // credentials stay with the link
     const char *password, *event;
@@ -305,13 +332,13 @@ TEST_F(HttpTest, AnswersTheDigestChallengeOfAServerThatOthersWrote) {
     SCOPED_TRACE(c.query);
     owner->events.clear();
     KesHttpRequest request;
-    request.InitializeGet(lighttpd.url() + "/private/file.txt" + c.query);
+    request.InitializeGet(url + c.query);
     http->ExecuteCredentials(request, 1, "varlo", c.password);
     await();
     EXPECT_EQ(owner->events, Trace{c.event});
     EXPECT_EQ(owner->body, c.body);
   }
-  get(lighttpd.url() + "/private/file.txt");
+  get(url);
   EXPECT_EQ(owner->events, Trace{"error 401 #1"});
   EXPECT_EQ(owner->error, "unknown error");
 }
