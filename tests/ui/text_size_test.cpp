@@ -1,6 +1,8 @@
 // What grows with the reader's text, and what must not shrink with it.
 #include "phone.h"
+#include "platform/ui/controls/button.h"
 #include "platform/ui/controls/table_view.h"
+#include "platform/ui/pages/bar_item.h"
 #include "platform/ui/pages/bar_view.h"
 #include "platform/ui/pages/drawer_controller.h"
 #include "platform/ui/values/style.h"
@@ -40,6 +42,24 @@ TEST(TextSize, FontsBarsRowsAndTheDrawerFollow) {
     drawer->openDrawer(DrawerSide::Left, false);
     phone.pump.settle();
     EXPECT_EQ(menu->view().bounds().width, c.drawer);
+  }
+}
+
+// "Raccol…" stood beside a large "Cambia via".
+TEST(TextSize, TheWordsOfABarsButtonsGiveWayToItsTitle) {
+  const struct { double scale, button; } cases[] = {{1, 16}, {2, 8}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.scale);
+    Phone phone(c.scale);
+    auto bar = makeShared<BarView>(BarView::Kind::Navigation);
+    bar->setFrame({0, 0, 320, bar->heightFor(0)});
+    const auto item = BarButtonItem::text("Cambia via");
+    bar->show({.title = "Raccolta rifiuti", .right = {item}, .backButton = true});
+    bar->layoutIfNeeded();
+    const auto& title = bar->titleLabel();
+    const double word = phone.app.text().measure("Raccolta", title.font(), 0, 1).width;
+    EXPECT_LE(word, title.bounds().width);
+    EXPECT_EQ(static_cast<Button&>(*bar->viewFor(*item)).font().size(), c.button);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "platform/ui/pages/bar_view.h"
 
 #include <cmath>
+#include <sstream>
 
 #include "platform/ui/application.h"
 #include "platform/ui/values/branding.h"
@@ -20,6 +21,24 @@ Ref<Button> barButton() {
   auto button = makeShared<Button>();
   button->setFont(Font::system(style::kBarButtonSize));
   return button;
+}
+
+Font itemFont(const BarButtonItem& item) {
+  if (!item.icon().empty()) return style::iconFont();
+  const bool done = item.style() == 2;
+  return item.titleFont().value_or(done ? Font::bold(style::kBarButtonSize)
+                                        : Font::system(style::kBarButtonSize));
+}
+
+// Whether a title can be read in so much room: two lines at most, no word broken.
+bool readable(const std::string& title, double room) {
+  auto* app = Application::current();
+  if (!app || title.empty()) return true;
+  const Font font = Font::bold(style::kBarLongTitleSize);
+  std::istringstream words(title);
+  for (std::string word; words >> word;)
+    if (app->text().measure(word, font, 0, 1).width > room) return false;
+  return app->text().measure(title, font, room, 0).height <= 2 * app->text().lineHeight(font) + 1;
 }
 
 Ref<Label> barLabel(const Font& font) {
@@ -91,11 +110,7 @@ BarView::Slot BarView::slotFor(const Ref<BarButtonItem>& item) {
   Ref<Button> button = slot.view ? Ref<Button>(static_cast<Button*>(slot.view.get())) : barButton();
   const auto icon = item->icon();
   button->setTitle(icon.empty() ? item->title() : icon);
-  const bool done = item->style() == 2;
-  button->setFont(!icon.empty()
-                      ? style::iconFont()
-                      : item->titleFont().value_or(done ? Font::bold(style::kBarButtonSize)
-                                                        : Font::system(style::kBarButtonSize)));
+  button->setFont(itemFont(*item));
   button->setImage(item->image());
   button->setTextColor(item->tint());
   button->setEnabled(item->enabled());
@@ -143,6 +158,16 @@ double BarView::itemWidth(const Slot& slot) const {
   return std::max(style::kTapSize, slot.view->sizeThatFits({}).width);
 }
 
+void BarView::setItemSize(double share) {
+  for (const auto* slots : {&left_, &right_})
+    for (const auto& s : *slots) {
+      if (!s.view || s.item->kind() == BarButtonItem::Kind::Custom || !s.item->icon().empty())
+        continue;
+      const Font font = itemFont(*s.item);
+      static_cast<Button&>(*s.view).setFont(font.withSize(font.size() * share));
+    }
+}
+
 void BarView::layoutSubviews() {
   const double width = bounds().width, margin = style::kBarMargin;
   double top = topInset, height = grown(style::kBarHeight);
@@ -173,20 +198,27 @@ void BarView::layoutSubviews() {
     top += high;
   }
   double from = margin, to = width - margin;
-  if (contents_.backButton) {
-    const double side = grown(style::kTapSize);
-    back_->setFrame({from, top, side, height});
-    from += side;
-  }
-  for (const auto& s : left_) {
-    const double w = itemWidth(s);
-    if (s.view) put(s, from, w);
-    from += w;
-  }
-  for (const auto& s : right_) {
-    const double w = itemWidth(s);
-    to -= w;
-    if (s.view) put(s, to, w);
+  const double plain = 1 / std::max(1.0, textScale());
+  // Large letters: the words of the buttons give way to the title's, down to their plain size.
+  for (double share = 1;; share = std::max(share - 0.25, plain)) {
+    from = margin, to = width - margin;
+    setItemSize(share);
+    if (contents_.backButton) {
+      const double side = grown(style::kTapSize);
+      back_->setFrame({from, top, side, height});
+      from += side;
+    }
+    for (const auto& s : left_) {
+      const double w = itemWidth(s);
+      if (s.view) put(s, from, w);
+      from += w;
+    }
+    for (const auto& s : right_) {
+      const double w = itemWidth(s);
+      to -= w;
+      if (s.view) put(s, to, w);
+    }
+    if (share <= plain || readable(title_->text(), to - from)) break;
   }
   // The title is centred on the bar where that leaves it enough room, else between the items.
   const double side = std::max(from, width - to);

@@ -47,6 +47,8 @@ class BarView : public View {
   void rebuildItems();
   Slot slotFor(const Ref<BarButtonItem>& item);
   double itemWidth(const Slot& slot) const;
+  // The words of the buttons, by a share of the size that they are meant to have.
+  void setItemSize(double share);
 
   Kind kind_;
   Contents contents_;
