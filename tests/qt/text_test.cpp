@@ -112,6 +112,30 @@ TEST_F(TextOnScreen, ATextTooHighForItsBoxEndsAtAWholeLine) {
   }
 }
 
+// Rows of a list ran into one another, with a wide gap inside each.
+TEST_F(TextOnScreen, HalfOfAnEmptyLineIsAirAboveAndBelow) {
+  const auto font = ui::Font::system(20);
+  const auto inkOf = [&](std::string text, double high) {
+    ui::AttributedText rich(text);
+    rich.apply(0, static_cast<std::uint32_t>(text.size()), {.font = font});
+    auto label = addText("", {10, 10, 200, high});
+    label->setMaxLines(0);
+    label->setAttributedText(rich);
+    if (high == 0) label->sizeToFit();
+    EXPECT_EQ(high > 0 ? high : 3 * std::ceil(1.2 * app.text().lineHeight(font)),
+              label->bounds().height);
+    const ui::Rect shown = ink(picture(text), page().bounds());
+    label->removeFromParent();
+    return shown;
+  };
+  const double line = 1.2 * app.text().lineHeight(font);
+  const ui::Rect full = inkOf("HEH\nHEH\nHEH", 0), airy = inkOf("HEH\n\nHEH", 0);
+  EXPECT_NEAR(airy.y, full.y + line / 4, 1);
+  EXPECT_NEAR(airy.bottom(), full.bottom() - line / 4, 1);
+  // No air is left in a box without room for it.
+  EXPECT_NEAR(inkOf("HEH\n\nHEH", 2.5 * line).height, airy.height, 1);
+}
+
 TEST_F(TextOnScreen, LargerTextIsDrawnAsItWasMeasuredAndLosesNoWords) {
   const auto font = ui::Font::system(16);
   const char* const number = "0370 550236";

@@ -43,8 +43,11 @@ std::unique_ptr<TextLayout> fittedText(const ui::Label& label, ui::Size size) {
   if (!shrinks) return layout;
   // Lines: smaller by a step until the words are whole and all of them have room.
   const double full = std::max(1.0, label.font().size() * textScale());
+  const auto broken = [&] {  // an address may go on after a sign before it gets smaller
+    return layout->breaksWords() || (label.shrinksToFit() && layout->breaksAtSigns());
+  };
   const auto fits = [&] {
-    return layout->size().height <= size.height && !layout->breaksWords() && !layout->leavesOut();
+    return layout->size().height <= size.height && !broken() && !layout->leavesOut();
   };
   for (double px = full - 1; px >= full * smallest && !fits(); --px) {
     style.zoom = px / full;

@@ -141,7 +141,8 @@ void TextLayout::layOut() {
   if (!formats_.isEmpty()) layout_->setFormats(formats_);
 
   width_ = height_ = 0;
-  overfull_ = breaksWords_ = false;
+  overfull_ = breaksWords_ = breaksAtSigns_ = false;
+  double air = 0;  // above and below the text, within its height
   layout_->beginLayout();
   for (int i = 0;; ++i) {
     QTextLine line = layout_->createLine();
@@ -165,10 +166,16 @@ void TextLayout::layOut() {
     }
     if (wraps) breakWell(line);
     line.setPosition({0, height_ + above + line.height() * style_.leading / 2});
-    height_ += above + below + line.height() * (1 + style_.leading);
+    const double high = above + below + line.height() * (1 + style_.leading);
+    // Half of an empty line parts what is before it from what follows.
+    const bool empty = style_.leading > 0 && isEmpty(line);
+    height_ += empty ? high / 2 : high;
+    air += empty ? high / 2 : 0;
     width_ = std::max<double>(width_, line.naturalTextWidth());
   }
   layout_->endLayout();
+  if (style_.height > 0) air = std::clamp(style_.height - height_, 0.0, air);
+  if (air > 0 && !overfull_) spread(air);
   if (!wraps && style_.width > 0 && width_ > style_.width + kSlack) overfull_ = true;
   if (overfull_ && style_.elide && style_.width > 0 && cut()) return;
   if (style_.width > 0) alignLines();
@@ -182,12 +189,28 @@ void TextLayout::breakWell(QTextLine& line) {
   QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text_);
   breaks.setPosition(end);
   if (breaks.isAtBoundary()) return;
-  breaksWords_ = true;
   for (int i = end; i > start + 1; --i) {
     if (!QStringLiteral("@./_-?&=").contains(text_[i - 1])) continue;
     line.setNumColumns(i - start, style_.width + kSlack);
+    breaksAtSigns_ = true;
     return;
   }
+  breaksWords_ = true;
+}
+
+bool TextLayout::isEmpty(const QTextLine& line) const {
+  const int start = line.textStart();
+  return start == text_.size() || text_[start] == QChar::LineSeparator;
+}
+
+// The rest of the empty lines stands above and below the text, so that one row of a list
+// is told from the next by more than a line.
+void TextLayout::spread(double air) {
+  for (int i = 0; i < layout_->lineCount(); ++i) {
+    QTextLine line = layout_->lineAt(i);
+    line.setPosition({line.x(), line.y() + air / 2});
+  }
+  height_ += air;
 }
 
 // Replaces what there is no room for by an ellipsis and lays out again.

@@ -32,7 +32,8 @@ class TextLayout {
   };
 
   TextLayout(std::string_view text, const Style& style);
-  // Text of several sizes is set with a little leading where the style has none.
+  // Text of several sizes is set with a little leading where the style has none, and half of
+  // its empty lines' height is air above and below it.
   TextLayout(const ui::AttributedText& text, const Style& style);
 
   // The rounded-up size of the lines. Its width is that of the longest.
@@ -40,8 +41,10 @@ class TextLayout {
   double naturalWidth() const { return width_; }
   // Words were left out, and an ellipsis stands for them.
   bool leavesOut() const { return leavesOut_; }
-  // A word was too long for a line and goes on in the next.
+  // A word was too long for a line and goes on in the next: after any letter, or after one of
+  // its signs.
   bool breaksWords() const { return breaksWords_; }
+  bool breaksAtSigns() const { return breaksAtSigns_; }
   // With the first line's top left at a place; lines are aligned within style.width.
   void paint(QPainter& painter, double x, double y) const;
   // The link at a place in the text, empty where there is none.
@@ -61,6 +64,8 @@ class TextLayout {
   void findParagraphs(const ui::AttributedText* text);
   void breakWell(QTextLine& line);
   bool cut();
+  bool isEmpty(const QTextLine& line) const;
+  void spread(double air);
   void alignLines();
   ui::TextAlign alignmentAt(int position) const;
 
@@ -71,7 +76,7 @@ class TextLayout {
   std::vector<Paragraph> paragraphs_;
   std::unique_ptr<QTextLayout> layout_;
   double width_ = 0, height_ = 0;
-  bool overfull_ = false, breaksWords_ = false, leavesOut_ = false;
+  bool overfull_ = false, breaksWords_ = false, breaksAtSigns_ = false, leavesOut_ = false;
 };
 
 // What a text of one line has to be zoomed by to fit the style's width, not below `smallest`.
