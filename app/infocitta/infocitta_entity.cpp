@@ -133,11 +133,7 @@ KesPanelWrapper kes_infocitta_entity::loadRow(const KesMap& map) {
 // schedules, or of a large screen, go one below the other in their one size, and the row
 // becomes as high as they are.
 void kes_infocitta_entity::fitRow(KesPanelWrapper panel) {
-  const auto needed = [](const KesLabelWrapper& label) {
-    if (label.Text().empty()) return 0.0;
-    return label.view().sizeThatFits({label.Width(), 0}).height;
-  };
-  const double value = needed(_item_value), note = needed(_item_note);
+  const double value = wordsHeight(_item_value), note = wordsHeight(_item_note);
   if (value <= _item_value.Height() && note <= _item_note.Height()) return;
   const double gap = _item_title.Top();
   _item_value.setTop(gap + _item_title.Height());

@@ -5,6 +5,7 @@
 #include "app/kit/deployment.h"
 #include "app/kit/fields.h"
 #include "app/kit/records.h"
+#include "app/kit/text_height.h"
 #include "app/shell/main.h"
 #include "runtime/data/dates/date_time.h"
 #include "runtime/data/dates/dateutils.h"
@@ -22,16 +23,6 @@ constexpr int kSchoolDaysBefore = 5;
 constexpr int kWeeksOfRotation = 4;
 constexpr int kSunday = 1, kSaturday = 7;
 constexpr double kNoteGap = 12;
-
-// How high a label's text is that nothing shrinks; its size stays as it is.
-double wholeHeight(KesLabelWrapper& label) {
-  const double width = label.Width(), height = label.Height();
-  label.SizeToFit();
-  const double whole = label.Height();
-  label.setWidth(width);
-  label.setHeight(height);
-  return whole;
-}
 
 // The same label outside its layout, which would put it back where it was designed.
 KesLabelWrapper takenOut(const Ref<Kes>& bi, KesLabelWrapper& label) {
@@ -184,7 +175,7 @@ KesPanelWrapper kes_modscuola::loadDay(std::int64_t d) {
 void kes_modscuola::scrollWhatIsTooHigh(KesPanelWrapper& panel) {
   const double left = _lblvalue.Left(), top = _lblvalue.Top(), width = _lblvalue.Width();
   const double room = _lblvalue.Height(), noteRoom = _lblnote.Height();
-  const double high = wholeHeight(_lblvalue), noteHigh = wholeHeight(_lblnote);
+  const double high = wordsHeight(_lblvalue), noteHigh = wordsHeight(_lblnote);
   if (high <= room && noteHigh <= noteRoom) return;
   const double gap = c().DipToCurrent(kNoteGap);
   KesScrollView window;
