@@ -15,6 +15,8 @@ from x_client import Client, Server
 TOWN, WHITE = "#1F5F7A", "#FFFFFF"
 WIDTH, HEIGHT = 320, 568
 ESCAPE, F10, CONTROL, Q = 0xFF1B, 0xFFC7, 0xFFE3, 0x71
+TAB, ENTER = 0xFF09, 0xFF0D
+PHARMACIES = 9  # rows below the menu's first
 
 
 def until(what, condition, seconds=60):
@@ -93,10 +95,72 @@ def play(desk, keep, leave):
     client.key(window, ESCAPE)
     until("the menu closed again", lambda: desk.look().at(310, 10) == TOWN)
     if leave == "keys":
+        by_keys(desk, keep)
+        wider(desk, keep)
         client.key(window, Q, CONTROL)
     else:
+        by_pointer(desk, keep)
         client.close(window)
     assert desk.program.wait(30) == 0, f"exit status {desk.program.returncode}"
+
+
+def changed(desk, what, part, since):
+    """Waits until a part of the window is another than it was, and for rest."""
+    until(what, lambda: desk.look().part(*part) != since.part(*part))
+    return desk.resting()
+
+
+LEFT_OF_BAR = (0, 22, 44, 40)  # the menu's button, or the way back
+CONTENT = (0, 64, WIDTH, HEIGHT - 64)
+
+
+def by_keys(desk, keep):
+    """A row of the menu by Tab and Enter, one of its list, and Escape for the way back."""
+    client, window = desk.client, desk.window
+    home = desk.resting()
+    client.key(window, F10)
+    menu = changed(desk, "the menu", CONTENT, home)
+    for _ in range(PHARMACIES):
+        client.key(window, TAB)
+    keep("window-keys-menu", changed(desk, "the focus on another row", CONTENT, menu))
+    client.key(window, ENTER)
+    until("the closed drawer", lambda: desk.look().at(310, 10) == TOWN)
+    pharmacies = changed(desk, "the pharmacies", CONTENT, home)
+    client.key(window, TAB)
+    keep("window-keys-list", changed(desk, "the focus on the first", CONTENT, pharmacies))
+    client.key(window, ENTER)
+    pharmacy = changed(desk, "a page with a way back", LEFT_OF_BAR, pharmacies)
+    keep("window-keys-page", pharmacy)
+    client.key(window, ESCAPE)
+    back = changed(desk, "the list again", LEFT_OF_BAR, pharmacy)
+    assert back.part(*CONTENT) == pharmacies.part(*CONTENT), "as it was"
+
+
+def wider(desk, keep):
+    """A window made wider has its page laid out anew: lines between rows reach out with it."""
+    narrow = desk.resting()
+    wide = WIDTH + 160
+    desk.window.configure(width=wide, height=HEIGHT)
+    desk.client.display.sync()
+    until("the wider bar", lambda: desk.look().width == wide and desk.look().at(wide - 5, 10) == TOWN)
+    page = desk.resting()
+    keep("window-wide", page)
+
+    def lines(picture, x):
+        return [y for y in range(64, HEIGHT) if picture.at(x, y) != WHITE]
+
+    assert lines(page, wide - 15) == lines(narrow, WIDTH - 15) != [], "lines up to the edge"
+
+
+def by_pointer(desk, keep):
+    """A tap on the menu's second row opens it."""
+    client, window = desk.client, desk.window
+    home = desk.resting()
+    client.click(window, 30, 42)
+    changed(desk, "the menu", CONTENT, home)
+    client.click(window, 120, 170)
+    until("the closed drawer", lambda: desk.look().at(310, 10) == TOWN)
+    keep("window-tapped", changed(desk, "the page of the row", CONTENT, home))
 
 
 def main():
