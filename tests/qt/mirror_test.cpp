@@ -315,6 +315,8 @@ TEST_F(OnScreen, ADrawerMarksItsCurrentRowAndFadesWhereMoreFollows) {
   EXPECT_EQ(redness(300), 255);
   EXPECT_TRUE(redness(475) > redness(485) && redness(485) > redness(497));
   EXPECT_LT(redness(499), 30);
+  list->reveal(*list->content().children()[10]);
+  EXPECT_EQ(list->offset().y, 11 * 50 - 400 + list->fadeHeight()) << "not under the fade";
   list->setOffset({0, 600});
   image = picture("drawer-end");
   EXPECT_EQ(redness(499), 255);

@@ -11,6 +11,7 @@ Flickable {
     property bool paging: false
     property real pixelRatio: 1
     property color fadeColor: "transparent"
+    property real fadeHeight: 0
     // By a point at least: less is how sizes were rounded.
     readonly property bool tall: contentHeight > height + 1
     readonly property bool wide: contentWidth > width + 1
@@ -76,7 +77,7 @@ Flickable {
         parent: scroller
         z: 999
         width: scroller.width
-        height: Math.min(32, scroller.height / 3)
+        height: scroller.fadeHeight
         y: scroller.height - height
         visible: scroller.fadeColor.a > 0 && scroller.tall && scroller.contentY + scroller.height < scroller.contentHeight - 1
         gradient: Gradient {

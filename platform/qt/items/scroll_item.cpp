@@ -61,6 +61,7 @@ void ScrollItem::sync(ui::View& view, ui::Change changed) {
   scroller_->setProperty("paging", scroll.paging());
   scroller_->setProperty("showsVertical", scroll.showsVerticalIndicator());
   scroller_->setProperty("showsHorizontal", scroll.showsHorizontalIndicator());
+  scroller_->setProperty("fadeHeight", scroll.fadeHeight());
   scroller_->setProperty("fadeColor", toQColor(scroll.moreFade().value_or(ui::kClear)));
 }
 

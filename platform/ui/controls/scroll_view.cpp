@@ -8,6 +8,10 @@
 
 namespace ui {
 
+namespace {
+constexpr double kMostFade = 32;  // points
+}
+
 ScrollView::ScrollView() {
   setClipsToBounds(true);
   setContent(makeShared<View>());
@@ -31,8 +35,11 @@ void ScrollView::setContentSize(Size size) {
 
 void ScrollView::reveal(View& inside) {
   const Point origin = inside.toWindow({}) - content_->toWindow({});
-  scrollToShow({origin.x, origin.y, inside.bounds().width, inside.bounds().height});
+  const double fade = moreFade_ ? fadeHeight() : 0;  // not under that
+  scrollToShow({origin.x, origin.y, inside.bounds().width, inside.bounds().height + fade});
 }
+
+double ScrollView::fadeHeight() const { return std::min(kMostFade, bounds().height / 3); }
 
 Point ScrollView::maxOffset() const {
   const Size c = contentSize(), v = bounds().size();

@@ -41,6 +41,7 @@ class ScrollView : public View {
   void setIndicators(bool vertical, bool horizontal);
   // The colour into which the lower edge fades while more follows below; none: it doesn't.
   std::optional<Color> moreFade() const { return moreFade_; }
+  double fadeHeight() const;
   void setMoreFade(std::optional<Color> color);
   bool scrollEnabled() const { return scrollEnabled_; }
   void setScrollEnabled(bool enabled);
