@@ -6,6 +6,7 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 
 #include "programs/tool.h"
@@ -44,22 +45,25 @@ void write(const Export& files, const town::TownHost::Options& options) {
   std::cout << written << " files in " << files.folder << "\n";
 }
 
-// False when the arguments can't be understood.
-bool read(int argc, char** argv, town::TownHost::Options& options, Export& files) {
+int portOf(const std::string& text) {
+  int port = 0;
+  const char* end = text.data() + text.size();
+  const auto [at, error] = std::from_chars(text.data(), end, port);
+  if (error != std::errc() || at != end || port < 0 || port > 65535)
+    throw std::invalid_argument("--port is 0 to 65535, not " + text);
+  return port;
+}
+
+void read(int argc, char** argv, town::TownHost::Options& options, Export& files) {
   for (int i = 1; i < argc; i += 2) {
-    if (i + 1 == argc) return false;
-    const std::string name = argv[i], value = argv[i + 1];
+    const std::string name = argv[i], value = i + 1 < argc ? argv[i + 1] : "";
     if (name == "--port") {
-      const char* end = value.data() + value.size();
-      const auto [at, error] = std::from_chars(value.data(), end, options.port);
-      if (error != std::errc() || at != end || options.port < 0 || options.port > 65535)
-        return false;
+      options.port = portOf(value);
     } else if (name == "--now") {
       const auto start = town::parseInstant(value);
-      if (!start) return false;
+      if (!start) throw std::invalid_argument("no such time: " + value);
       options.now = clockFrom(*start);
     } else if (name == "--export") {
-      if (value.empty()) return false;
       files.folder = value;
     } else if (name == "--url") {
       files.url = value;
@@ -67,10 +71,10 @@ bool read(int argc, char** argv, town::TownHost::Options& options, Export& files
     } else if (name == "--released") {
       options.version = value;
     } else {
-      return false;
+      throw std::invalid_argument("unknown option " + name);
     }
+    if (value.empty()) throw std::invalid_argument(name + " needs a value");
   }
-  return true;
 }
 
 }  // namespace
@@ -79,8 +83,10 @@ int main(int argc, char** argv) {
   if (programs::answered(argc, argv, "varlo-townhost", usage)) return 0;
   town::TownHost::Options options;
   Export files;
-  if (!read(argc, argv, options, files)) {
-    std::cerr << usage;
+  try {
+    read(argc, argv, options, files);
+  } catch (const std::invalid_argument& fault) {
+    std::cerr << "varlo-townhost: " << fault.what() << "\n" << usage;
     return 2;
   }
   // Blocked before the host starts its threads, so that only sigwait gets them.

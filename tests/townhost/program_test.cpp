@@ -41,10 +41,12 @@ TEST(TownHostProgram, SaysWhatItDoesNotUnderstand) {
     int expected;
     const char* says;
   } cases[] = {
-      {{"--port"}, 2, "usage"},
-      {{"--port", "70000"}, 2, "usage"},
-      {{"--port", "80x"}, 2, "usage"},
-      {{"--now", "domani"}, 2, "usage"},
+      {{"--port"}, 2, "varlo-townhost: --port is 0 to 65535"},
+      {{"--port", "70000"}, 2, "varlo-townhost: --port is 0 to 65535, not 70000"},
+      {{"--port", "80x"}, 2, "varlo-townhost: --port is 0 to 65535, not 80x"},
+      {{"--now", "domani"}, 2, "varlo-townhost: no such time: domani"},
+      {{"--export", ""}, 2, "varlo-townhost: --export needs a value"},
+      {{"--prot", "80"}, 2, "varlo-townhost: unknown option --prot"},
       {{"--help"}, 0, "usage"},
       {{"--port", std::to_string(other.port())}, 1, "varlo-townhost: "},
   };
