@@ -19,12 +19,17 @@ void Gallery::add(Documents& documents, const std::string& path,
   documents.add(path, typeOfPath(path), [this, path](const Occasion&) { return file(path); });
 }
 
+// Two pictures may be drawn at a time, none of them twice: the lock is the list's alone.
 std::string Gallery::file(const std::string& path) {
-  std::lock_guard lock(mutex_);
-  const auto found = pictures_.find(path);
-  if (found == pictures_.end()) return {};
-  if (found->second.png.empty()) found->second.png = found->second.draw();
-  return found->second.png;
+  Drawn* drawn = nullptr;
+  {
+    std::lock_guard lock(mutex_);
+    const auto found = pictures_.find(path);
+    if (found == pictures_.end()) return {};
+    drawn = &found->second;
+  }
+  std::call_once(drawn->once, [&] { drawn->png = drawn->draw(); });
+  return drawn->png;
 }
 
 std::string drawBadge(const std::string& name, unsigned color) {

@@ -23,6 +23,7 @@ class Gallery {
  private:
   struct Drawn {
     std::function<std::string()> draw;
+    std::once_flag once;
     std::string png;
   };
   std::mutex mutex_;
