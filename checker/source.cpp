@@ -18,6 +18,26 @@ constexpr long kLongestWait = 20;                       // seconds
 
 const Words kTooLarge{"ha più di 32 MB", "it has more than 32 MB"};
 
+// What a clerk meets, in the clerk's language; the rest in the library's words.
+Words faultOf(CURLcode code) {
+  switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+      return {"nessun host ha questo nome", "no host has that name"};
+    case CURLE_COULDNT_CONNECT:
+      return {"l'host non accetta la connessione", "the host accepts no connection"};
+    case CURLE_OPERATION_TIMEDOUT:
+      return {"nessuna risposta in tempo", "no answer in time"};
+    case CURLE_TOO_MANY_REDIRECTS:
+      return {"i rinvii non finiscono", "the redirects do not end"};
+    case CURLE_PEER_FAILED_VERIFICATION:
+      return {"il certificato dell'host non è valido", "the host's certificate is not valid"};
+    case CURLE_URL_MALFORMAT:
+      return {"l'indirizzo non è scritto bene", "the address is not well written"};
+    default:
+      return {curl_easy_strerror(code), curl_easy_strerror(code)};
+  }
+}
+
 enum class Wanted { Head, Beginning, Whole };
 
 struct Body {
@@ -51,8 +71,7 @@ Answer request(const std::string& url, Wanted wanted) {
   const CURLcode result = curl_easy_perform(easy.get());
   const bool cut = result == CURLE_WRITE_ERROR;
   if (cut && wanted == Wanted::Whole) return {0, {}, kTooLarge};
-  if (result != CURLE_OK && !cut)
-    return {0, {}, {curl_easy_strerror(result), curl_easy_strerror(result)}};
+  if (result != CURLE_OK && !cut) return {0, {}, faultOf(result)};
   long status = 0;
   curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
   Answer answer{static_cast<int>(status), std::move(body.text), {}};

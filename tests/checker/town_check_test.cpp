@@ -179,8 +179,9 @@ TEST(TownFolder, IsReadWithoutTrust) {
   const auto report = checkTown(*openTown(folder.string()), {kDay, true});
   fs::remove_all(folder);
   const auto text = reportText(report, Language::Italian);
-  for (const char* part : {"menu.json non si apre", "mappe.json non si apre", "ha più di 32 MB",
-                           "non c'è il file", "la chiave « [2J» c'è già", "il numero 257"})
+  for (const char* part :
+       {"l'host non accetta la connessione", "menu.json non si apre", "mappe.json non si apre",
+        "ha più di 32 MB", "non c'è il file", "la chiave « [2J» c'è già", "il numero 257"})
     EXPECT_THAT(text, HasSubstr(part));
   for (const auto& said : {text, reportJson(report, Language::English)}) {
     EXPECT_EQ(said.find('\x1b'), said.npos);
