@@ -176,6 +176,11 @@ QAccessibleInterface* ElementAccessible::document() const {
   return view && view->childCount() > 0 ? view->child(0) : nullptr;
 }
 
+QAccessibleInterface* ElementAccessible::page() const {
+  auto* root = document();
+  return root ? tree_.inPage(*view(), root) : nullptr;
+}
+
 QAccessibleInterface* ElementAccessible::parent() const {
   const auto* n = node();
   if (!n || n->parent < 0) return tree_.root();
@@ -185,38 +190,28 @@ QAccessibleInterface* ElementAccessible::parent() const {
 QAccessibleInterface* ElementAccessible::child(int i) const {
   const auto* n = node();
   if (!n) return nullptr;
-  if (n->role == ui::Role::WebContent) {
-    const auto* page = document();
-    return page ? tree_.inPage(*view(), page->child(i)) : nullptr;
-  }
+  if (const auto* inside = page()) return inside->child(i);
   return nth(tree_, n->children, i);
 }
 
 int ElementAccessible::childCount() const {
   const auto* n = node();
   if (!n) return 0;
-  if (n->role == ui::Role::WebContent) {
-    const auto* page = document();
-    return page ? page->childCount() : 0;
-  }
+  if (const auto* inside = page()) return inside->childCount();
   return static_cast<int>(n->children.size());
 }
 
 int ElementAccessible::indexOfChild(const QAccessibleInterface* child) const {
   const auto* n = node();
   if (!n) return -1;
-  if (n->role == ui::Role::WebContent) {
-    const auto* page = document();
-    const auto* part = PageAccessible::from(child);
-    return page && part && part->inner() ? page->indexOfChild(part->inner()) : -1;
-  }
+  if (const auto* inside = page()) return inside->indexOfChild(child);
   return indexIn(tree_, n->children, child);
 }
 
 QAccessibleInterface* ElementAccessible::focusChild() const {
-  const auto* page = document();
-  auto* inner = page ? page->focusChild() : nullptr;
-  return inner && inner != page ? tree_.inPage(*view(), inner) : nullptr;
+  const auto* inside = page();
+  auto* focused = inside ? inside->focusChild() : nullptr;
+  return focused != inside ? focused : nullptr;
 }
 
 QString ElementAccessible::text(QAccessible::Text what) const {

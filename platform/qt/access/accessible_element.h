@@ -97,6 +97,8 @@ class ElementAccessible final : public PartAccessible,
   const AccessibleTree::Node* node() const;
   // The editor's or the page's own accessible object.
   QAccessibleInterface* inside() const;
+  // What stands for the whole page, and answers for what is in it; null without one.
+  QAccessibleInterface* page() const;
 
   ui::WeakRef<ui::View> view_;
 };
