@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/canvas.h"
 #include "platform/qt/drawing/colors.h"
 
 namespace qt {
@@ -39,17 +40,8 @@ Patch cached(const ArtKey& key, Make make) {
   return result;
 }
 
-QImage canvas(double width, double height, double scale) {
-  QImage image(std::max(1, static_cast<int>(std::lround(width * scale))),
-               std::max(1, static_cast<int>(std::lround(height * scale))),
-               QImage::Format_ARGB32_Premultiplied);
-  image.fill(0);
-  image.setDevicePixelRatio(scale);
-  return image;
-}
-
 QImage paintBox(const BoxLook& look, double width, double height, double scale) {
-  QImage image = canvas(width, height, scale);
+  QImage image = canvas({width, height}, scale);
   QPainter p(&image);
   p.setRenderHint(QPainter::Antialiasing);
   p.setPen(Qt::NoPen);
@@ -105,7 +97,7 @@ double shadowCorner(const BoxLook& look) {
 }
 
 QImage paintShadow(const BoxLook& look, double side, double scale) {
-  QImage shape = canvas(side, side, scale);
+  QImage shape = canvas({side, side}, scale);
   {
     QPainter p(&shape);
     p.setRenderHint(QPainter::Antialiasing);

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "platform/pictures/picture.h"
+#include "platform/qt/drawing/canvas.h"
 
 namespace qt {
 
@@ -60,15 +61,6 @@ QSize pixelsOf(const ui::Rect& rect, double scale) {
     return static_cast<int>(std::clamp(std::ceil(length * scale), 1.0, 1e9));
   };
   return {side(rect.width), side(rect.height)};
-}
-
-QImage canvasFor(const ui::Rect& part, double scale) {
-  QImage canvas(std::max(1, static_cast<int>(std::lround(part.width * scale))),
-                std::max(1, static_cast<int>(std::lround(part.height * scale))),
-                QImage::Format_ARGB32_Premultiplied);
-  canvas.fill(0);
-  canvas.setDevicePixelRatio(scale);
-  return canvas;
 }
 
 // Draws of an image that fills `all` what lies in `part`. Only that piece is handed to the
@@ -183,14 +175,14 @@ std::vector<Picture> ImageStore::pictures(const ImagePlace& place, const ui::Rec
       if (!image || image->levels.empty()) return {};
       source = &level(*image, wanted);
     }
-    QImage canvas = canvasFor(tile, place.scale);
-    QPainter p(&canvas);
+    QImage painted = canvas(tile.size(), place.scale);
+    QPainter p(&painted);
     p.setRenderHints(QPainter::SmoothPixmapTransform | QPainter::Antialiasing);
     p.translate(-tile.x, -tile.y);
     if (place.radius > 0) p.setClipPath(RoundedClip{place.box, place.radius}.path());
     drawPart(p, *source, all, tile);
     p.end();
-    result.push_back({canvas, rect});
+    result.push_back({painted, rect});
   }
   return result;
 }

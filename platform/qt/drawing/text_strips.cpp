@@ -4,14 +4,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/canvas.h"
+
 namespace qt {
 
 Picture textPicture(const TextLayout& layout, ui::Point at, const QRectF& part, double scale) {
-  QImage image(std::max(1, static_cast<int>(std::lround(part.width() * scale))),
-               std::max(1, static_cast<int>(std::lround(part.height() * scale))),
-               QImage::Format_ARGB32_Premultiplied);
-  image.setDevicePixelRatio(scale);
-  image.fill(0);
+  QImage image = canvas({part.width(), part.height()}, scale);
   QPainter painter(&image);
   layout.paint(painter, at.x - part.x(), at.y - part.y());
   painter.end();

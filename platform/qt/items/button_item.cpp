@@ -26,15 +26,9 @@ ui::Color laidOver(ui::Color under, ui::Color over) {
 // A picture that is pressed, or that takes no press, is seen through.
 void fade(std::vector<Picture>& pictures, double opacity) {
   for (Picture& picture : pictures) {
-    QImage& image = picture.image;
-    QImage faded(image.size(), QImage::Format_ARGB32_Premultiplied);
-    faded.setDevicePixelRatio(image.devicePixelRatio());
-    faded.fill(0);
-    QPainter p(&faded);
-    p.setOpacity(opacity);
-    p.drawImage(QPointF(), image);
-    p.end();
-    image = faded;
+    QPainter p(&picture.image);
+    p.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    p.fillRect(picture.image.rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(opacity)));
   }
 }
 

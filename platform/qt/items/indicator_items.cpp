@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/qt/drawing/canvas.h"
 #include "platform/qt/drawing/colors.h"
 #include "platform/ui/values/style.h"
 
@@ -22,14 +23,11 @@ SpinnerItem::SpinnerItem(Stage& stage, ui::View& view) : ViewItem(stage, view), 
 }
 
 QImage SpinnerItem::spokes(ui::Color color, double side) const {
-  const double scale = scaleFactor();
-  const int pixels = std::max(1, static_cast<int>(std::lround(side * scale)));
-  QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-  image.fill(0);
+  QImage image = canvas({side, side}, scaleFactor());
   QPainter p(&image);
   p.setRenderHint(QPainter::Antialiasing);
-  p.translate(pixels / 2.0, pixels / 2.0);
-  const double radius = pixels / 2.0, width = radius * 0.18;
+  const double radius = side / 2, width = radius * 0.18;
+  p.translate(radius, radius);
   for (int i = 0; i < kSpokes; ++i) {
     p.save();
     p.rotate(360.0 / kSpokes * i);
@@ -41,7 +39,6 @@ QImage SpinnerItem::spokes(ui::Color color, double side) const {
     p.restore();
   }
   p.end();
-  image.setDevicePixelRatio(scale);
   return image;
 }
 
