@@ -176,136 +176,169 @@ class Painter {
     using enum Scene::Subject;
     switch (scene_.subject) {
       case Square:
-        oval(320, 316, 76, 26, lit(mixed(stone, dark, 0.25)));
-        oval(320, 312, 68, 20, lit(water));
-        box(315, 262, 10, 52, lit(mixed(stone, dark, 0.1)));
-        oval(320, 264, 26, 8, lit(mixed(stone, dark, 0.2)));
-        people(7, 300);
-        break;
+        return square();
       case Market:
-        for (int i = 0; i < 5; ++i) stall(20 + i * 126.0, i % 2 ? red : i == 2 ? yellow : blue);
-        people(8, 330);
-        break;
+        return market();
       case Park:
-        for (int i = 0; i < 8; ++i) tree(chance(20, 620), chance(275, 340), chance(0.9, 1.4));
-        stroke(250, 318, 330, 318, 6, lit(trunk));
-        stroke(262, 318, 262, 336, 5, lit(trunk));
-        stroke(318, 318, 318, 336, 5, lit(trunk));
-        people(4, 325);
-        break;
+        return park();
       case River:
-        use(lit(water));
-        cairo_move_to(pen_, 0, 300);
-        cairo_curve_to(pen_, 200, 262, 420, 350, kWide, 285);
-        cairo_line_to(pen_, kWide, kHigh);
-        cairo_line_to(pen_, 0, kHigh);
-        cairo_fill(pen_);
-        for (int i = 0; i < 9; ++i) {
-          const double x = chance(20, 560), y = chance(318, 352);
-          stroke(x, y, x + 40, y, 2, lit(mixed(water, white, 0.4)));
-        }
-        for (int i = 0; i < 5; ++i) tree(chance(20, 620), chance(262, 285), chance(0.7, 1));
-        break;
+        return river();
       case RoadWorks:
-        box(0, 300, kWide, 34, lit(dark));
-        for (int i = 0; i < 8; ++i) box(10 + i * 84.0, 315, 44, 4, lit(white));
-        for (int i = 0; i < 6; ++i) cone(70 + i * 98.0, 306);
-        box(250, 236, 150, 40, yellow);
-        for (int i = 0; i < 5; ++i) stroke(262 + i * 30.0, 272, 276 + i * 30.0, 240, 9, dark);
-        stroke(262, 276, 262, 300, 5, dark);
-        stroke(388, 276, 388, 300, 5, dark);
-        break;
+        return roadWorks();
       case School:
-        box(170, 160, 300, 130, lit(colored(0xE7C98B)));
-        box(160, 150, 320, 14, lit(roof));
-        for (int row = 0; row < 2; ++row)
-          for (int i = 0; i < 6; ++i)
-            box(188 + i * 46.0, 178 + row * 52.0, 26, 32,
-                scene_.evening ? colored(0xFFD98A) : lit(mixed(water, white, 0.3)));
-        box(302, 240, 36, 50, lit(brick));
-        stroke(320, 150, 320, 92, 4, lit(dark));
-        box(322, 94, 14, 24, colored(0x2E8B57));
-        box(336, 94, 14, 24, white);
-        box(350, 94, 14, 24, red);
-        people(9, 320);
-        break;
+        return school();
       case Books:
-        box(60, 150, 520, 180, lit(trunk));
-        for (int shelf = 0; shelf < 3; ++shelf) {
-          box(72, 160 + shelf * 56.0, 496, 46, lit(mixed(trunk, dark, 0.5)));
-          for (double x = 76; x < 556;) {
-            const double w = chance(8, 20), h = chance(28, 44);
-            static constexpr Paint spines[] = {red, blue, yellow, deepGreen, wall, brick, water};
-            box(x, 206 + shelf * 56.0 - h, w, h, lit(spines[random_() % 7]));
-            x += w + 2;
-          }
-        }
-        break;
+        return books();
       case Stage:
-        box(120, 268, 400, 40, lit(trunk));
-        stroke(130, 268, 130, 130, 7, lit(dark));
-        stroke(510, 268, 510, 130, 7, lit(dark));
-        stroke(126, 130, 514, 130, 8, lit(dark));
-        for (int i = 0; i < 5; ++i) {
-          const double x = 170 + i * 75.0;
-          cairo_set_source_rgba(pen_, 1, 0.92, 0.6, 0.28);
-          cairo_move_to(pen_, x, 138);
-          cairo_line_to(pen_, x - 38, 268);
-          cairo_line_to(pen_, x + 38, 268);
-          cairo_fill(pen_);
-          disc(x, 138, 7, yellow);
-        }
-        for (int i = 0; i < 4; ++i) person(220 + i * 66.0, 268, 1.3, i % 2 ? red : dark);
-        people(14, 345);
-        break;
-      case Bins: {
-        static constexpr Paint lids[] = {colored(0xCE924F), colored(0xF9A51B), colored(0x253F8E),
-                                         colored(0x3E8E4E)};
-        for (int i = 0; i < 4; ++i) {
-          const double x = 110 + i * 116.0;
-          box(x, 232, 74, 92, mixed(lids[i], dark, 0.15));
-          box(x - 6, 222, 86, 14, lids[i]);
-          disc(x + 14, 328, 8, dark);
-          disc(x + 60, 328, 8, dark);
-          box(x + 22, 258, 30, 30, mixed(lids[i], white, 0.7));
-        }
-        break;
-      }
+        return stage();
+      case Bins:
+        return bins();
       case Snow:
-        for (int i = 0; i < 6; ++i) tree(chance(20, 620), chance(270, 330), chance(0.9, 1.3));
-        for (int i = 0; i < 150; ++i)
-          disc(chance(0, kWide), chance(0, kHigh), chance(1.2, 3), white);
-        people(3, 325);
-        break;
+        return snow();
       case Bicycle:
-        use(lit(sand));
-        cairo_move_to(pen_, 0, 345);
-        cairo_curve_to(pen_, 200, 300, 400, 350, kWide, 300);
-        cairo_set_line_width(pen_, 34);
-        cairo_stroke(pen_);
-        for (int i = 0; i < 6; ++i) tree(chance(20, 620), chance(262, 285), chance(0.7, 1.1));
-        bicycle(250, 306);
-        bicycle(430, 310);
-        break;
+        return bicycle();
       case Pitch:
-        box(60, 272, 520, 76, lit(mixed(green, colored(0x79B35A), 0.7)));
-        use(white);
-        cairo_set_line_width(pen_, 3);
-        cairo_rectangle(pen_, 70, 278, 500, 64);
-        cairo_move_to(pen_, 320, 278);
-        cairo_line_to(pen_, 320, 342);
-        cairo_stroke(pen_);
-        cairo_save(pen_);
-        cairo_translate(pen_, 320, 310);
-        cairo_scale(pen_, 1, 0.45);
-        cairo_arc(pen_, 0, 0, 44, 0, 2 * std::numbers::pi);
-        cairo_restore(pen_);
-        cairo_stroke(pen_);
-        for (int i = 0; i < 8; ++i)
-          person(chance(90, 550), chance(296, 336), 0.9, i % 2 ? red : blue);
-        disc(chance(200, 440), 326, 5, white);
-        break;
+        return pitch();
     }
+  }
+
+  void square() {
+    oval(320, 316, 76, 26, lit(mixed(stone, dark, 0.25)));
+    oval(320, 312, 68, 20, lit(water));
+    box(315, 262, 10, 52, lit(mixed(stone, dark, 0.1)));
+    oval(320, 264, 26, 8, lit(mixed(stone, dark, 0.2)));
+    people(7, 300);
+  }
+
+  void market() {
+    for (int i = 0; i < 5; ++i) stall(20 + i * 126.0, i % 2 ? red : i == 2 ? yellow : blue);
+    people(8, 330);
+  }
+
+  void park() {
+    for (int i = 0; i < 8; ++i) tree(chance(20, 620), chance(275, 340), chance(0.9, 1.4));
+    stroke(250, 318, 330, 318, 6, lit(trunk));
+    stroke(262, 318, 262, 336, 5, lit(trunk));
+    stroke(318, 318, 318, 336, 5, lit(trunk));
+    people(4, 325);
+  }
+
+  void river() {
+    use(lit(water));
+    cairo_move_to(pen_, 0, 300);
+    cairo_curve_to(pen_, 200, 262, 420, 350, kWide, 285);
+    cairo_line_to(pen_, kWide, kHigh);
+    cairo_line_to(pen_, 0, kHigh);
+    cairo_fill(pen_);
+    for (int i = 0; i < 9; ++i) {
+      const double x = chance(20, 560), y = chance(318, 352);
+      stroke(x, y, x + 40, y, 2, lit(mixed(water, white, 0.4)));
+    }
+    for (int i = 0; i < 5; ++i) tree(chance(20, 620), chance(262, 285), chance(0.7, 1));
+  }
+
+  void roadWorks() {
+    box(0, 300, kWide, 34, lit(dark));
+    for (int i = 0; i < 8; ++i) box(10 + i * 84.0, 315, 44, 4, lit(white));
+    for (int i = 0; i < 6; ++i) cone(70 + i * 98.0, 306);
+    box(250, 236, 150, 40, yellow);
+    for (int i = 0; i < 5; ++i) stroke(262 + i * 30.0, 272, 276 + i * 30.0, 240, 9, dark);
+    stroke(262, 276, 262, 300, 5, dark);
+    stroke(388, 276, 388, 300, 5, dark);
+  }
+
+  void school() {
+    box(170, 160, 300, 130, lit(colored(0xE7C98B)));
+    box(160, 150, 320, 14, lit(roof));
+    for (int row = 0; row < 2; ++row)
+      for (int i = 0; i < 6; ++i)
+        box(188 + i * 46.0, 178 + row * 52.0, 26, 32,
+            scene_.evening ? colored(0xFFD98A) : lit(mixed(water, white, 0.3)));
+    box(302, 240, 36, 50, lit(brick));
+    stroke(320, 150, 320, 92, 4, lit(dark));
+    box(322, 94, 14, 24, colored(0x2E8B57));
+    box(336, 94, 14, 24, white);
+    box(350, 94, 14, 24, red);
+    people(9, 320);
+  }
+
+  void books() {
+    box(60, 150, 520, 180, lit(trunk));
+    for (int shelf = 0; shelf < 3; ++shelf) {
+      box(72, 160 + shelf * 56.0, 496, 46, lit(mixed(trunk, dark, 0.5)));
+      for (double x = 76; x < 556;) {
+        const double w = chance(8, 20), h = chance(28, 44);
+        static constexpr Paint spines[] = {red, blue, yellow, deepGreen, wall, brick, water};
+        box(x, 206 + shelf * 56.0 - h, w, h, lit(spines[random_() % 7]));
+        x += w + 2;
+      }
+    }
+  }
+
+  void stage() {
+    box(120, 268, 400, 40, lit(trunk));
+    stroke(130, 268, 130, 130, 7, lit(dark));
+    stroke(510, 268, 510, 130, 7, lit(dark));
+    stroke(126, 130, 514, 130, 8, lit(dark));
+    for (int i = 0; i < 5; ++i) {
+      const double x = 170 + i * 75.0;
+      cairo_set_source_rgba(pen_, 1, 0.92, 0.6, 0.28);
+      cairo_move_to(pen_, x, 138);
+      cairo_line_to(pen_, x - 38, 268);
+      cairo_line_to(pen_, x + 38, 268);
+      cairo_fill(pen_);
+      disc(x, 138, 7, yellow);
+    }
+    for (int i = 0; i < 4; ++i) person(220 + i * 66.0, 268, 1.3, i % 2 ? red : dark);
+    people(14, 345);
+  }
+
+  void bins() {
+    static constexpr Paint lids[] = {colored(0xCE924F), colored(0xF9A51B), colored(0x253F8E),
+                                     colored(0x3E8E4E)};
+    for (int i = 0; i < 4; ++i) {
+      const double x = 110 + i * 116.0;
+      box(x, 232, 74, 92, mixed(lids[i], dark, 0.15));
+      box(x - 6, 222, 86, 14, lids[i]);
+      disc(x + 14, 328, 8, dark);
+      disc(x + 60, 328, 8, dark);
+      box(x + 22, 258, 30, 30, mixed(lids[i], white, 0.7));
+    }
+  }
+
+  void snow() {
+    for (int i = 0; i < 6; ++i) tree(chance(20, 620), chance(270, 330), chance(0.9, 1.3));
+    for (int i = 0; i < 150; ++i) disc(chance(0, kWide), chance(0, kHigh), chance(1.2, 3), white);
+    people(3, 325);
+  }
+
+  void bicycle() {
+    use(lit(sand));
+    cairo_move_to(pen_, 0, 345);
+    cairo_curve_to(pen_, 200, 300, 400, 350, kWide, 300);
+    cairo_set_line_width(pen_, 34);
+    cairo_stroke(pen_);
+    for (int i = 0; i < 6; ++i) tree(chance(20, 620), chance(262, 285), chance(0.7, 1.1));
+    bicycle(250, 306);
+    bicycle(430, 310);
+  }
+
+  void pitch() {
+    box(60, 272, 520, 76, lit(mixed(green, colored(0x79B35A), 0.7)));
+    use(white);
+    cairo_set_line_width(pen_, 3);
+    cairo_rectangle(pen_, 70, 278, 500, 64);
+    cairo_move_to(pen_, 320, 278);
+    cairo_line_to(pen_, 320, 342);
+    cairo_stroke(pen_);
+    cairo_save(pen_);
+    cairo_translate(pen_, 320, 310);
+    cairo_scale(pen_, 1, 0.45);
+    cairo_arc(pen_, 0, 0, 44, 0, 2 * std::numbers::pi);
+    cairo_restore(pen_);
+    cairo_stroke(pen_);
+    for (int i = 0; i < 8; ++i) person(chance(90, 550), chance(296, 336), 0.9, i % 2 ? red : blue);
+    disc(chance(200, 440), 326, 5, white);
   }
 
   void stall(double x, Paint c) {
