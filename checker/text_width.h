@@ -1,5 +1,5 @@
 // About how much room a text takes in the app's letters: enough to tell a title that fits
-// from one that is cut, not a layout. Points.
+// from one that is cut, not a layout. Points. Pure functions, any thread.
 #pragma once
 
 #include <string_view>

@@ -2,7 +2,8 @@
 //
 // A new document that doesn't change is a new file under townhost/documents; one
 // that depends on the day, or on its query, is one more line in the source of
-// this. Throws std::invalid_argument if an embedded document is unusable.
+// this. Called once, before others look; throws std::invalid_argument if an embedded document
+// is unusable.
 #pragma once
 
 #include <string>

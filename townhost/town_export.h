@@ -2,7 +2,7 @@
 //
 // Documents that change with the day are those of the day of the export; what depends on a
 // query is written as it is without one, where there is anything then. Throws std::runtime_error
-// with the file that can't be written.
+// with the file that can't be written. On the caller's thread.
 #pragma once
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// Puts the classes of this folder into the registry and lends the dates to the language
-// services. Called once by main (or a test's set-up), before anything runs.
+// Puts the classes of this folder into the registry. Called once by main (or a test's
+// set-up), on the main thread, before anything runs.
 #pragma once
 
 namespace kes {

@@ -1,4 +1,5 @@
-// What the news of Varlo say. Dates are placeholders of italian_dates.h.
+// What the news of Varlo say. Dates are placeholders of italian_dates.h. Constant
+// tables; any thread.
 #pragma once
 
 #include <span>
