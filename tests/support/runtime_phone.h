@@ -37,9 +37,9 @@ struct Word {
 
 // To be derived from: a sub note<"touch", int, double> of the describing class writes
 // "touch 0,5" into the trace. `answer` is what an event that asks gets.
-class EventNotes : public KesClass {
+template <class Base>
+class NotesOf : public Base {
  public:
-  void _initialize(int) { initializeClassModule(); }
   template <Word word, class... A>
   void note(A... parameters) {
     write(word.text, {Kes::ObjectToString(parameters).str()...});
@@ -59,6 +59,11 @@ class EventNotes : public KesClass {
     for (const auto& p : parameters) line += std::exchange(before, ",") + p;
     trace.push_back(std::move(line));
   }
+};
+
+class EventNotes : public NotesOf<KesClass> {
+ public:
+  void _initialize(int) { initializeClassModule(); }
 };
 
 struct RuntimePhone : testing_support::WindowPhone {

@@ -8,7 +8,7 @@ namespace kes {
 namespace {
 
 // The main module as the delegate looks it up.
-class MainModule final : public Module<MainModule> {
+class MainModule final : public NotesOf<Module<MainModule>> {
  public:
   static void describe(ClassBuilder<MainModule>& c) {
     c.name("kes_main");
@@ -16,10 +16,10 @@ class MainModule final : public Module<MainModule> {
     c.sub<&MainModule::local>("application_receivelocalnotification");
     c.sub<&MainModule::token>("application_pushtoken");
     c.sub<&MainModule::remote>("application_remotenotification");
-    c.sub<&MainModule::inactive>("application_inactive");
-    c.sub<&MainModule::background>("application_background");
-    c.sub<&MainModule::foreground>("application_foreground");
-    c.sub<&MainModule::active>("application_active");
+    c.sub<&MainModule::note<"inactive">>("application_inactive");
+    c.sub<&MainModule::note<"background">>("application_background");
+    c.sub<&MainModule::note<"foreground">>("application_foreground");
+    c.sub<&MainModule::note<"active">>("application_active");
     c.sub<&MainModule::openUrl>("application_openurl");
   }
   void start(KesNavigationControllerWrapper navigation) {
@@ -42,10 +42,6 @@ class MainModule final : public Module<MainModule> {
     trace.push_back("remote " + message.Get("alert").description().str());
     handler->Complete();
   }
-  void inactive() { trace.push_back("inactive"); }
-  void background() { trace.push_back("background"); }
-  void foreground() { trace.push_back("foreground"); }
-  void active() { trace.push_back("active"); }
   Value openUrl(Value url, Value source) {
     trace.push_back("url " + url.description().str() + " from " + (source.isNil() ? "nil" : "one"));
     return false;
@@ -54,7 +50,6 @@ class MainModule final : public Module<MainModule> {
   KesApplicationWrapper app;
   KesPage page;
   KesMap options;
-  Trace trace;
   bool failAtStart = false;
 };
 
