@@ -1,5 +1,6 @@
 #include "app/scuola/modscuola.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "app/kit/deployment.h"
@@ -22,20 +23,8 @@ constexpr int kDaysBefore = 7, kDaysInAll = 15;
 constexpr int kSchoolDaysBefore = 5;
 constexpr int kWeeksOfRotation = 4;
 constexpr int kSunday = 1, kSaturday = 7;
-constexpr double kNoteGap = 12;
 
-// The same label outside its layout, which would put it back where it was designed.
-KesLabelWrapper takenOut(const Ref<Kes>& bi, KesLabelWrapper& label) {
-  KesLabelWrapper same;
-  same.Initialize(bi, "");
-  same.setText(label.Text());
-  same.setFont(label.Font());
-  same.setTextColor(label.TextColor());
-  same.setTextAlignment(label.TextAlignment());
-  same.setMultiline(true);
-  label.RemoveViewFromParent();
-  return same;
-}
+constexpr double kMargin = 16, kGap = 12;  // beside and between the texts of a day
 
 }  // namespace
 
@@ -43,12 +32,14 @@ void kes_modscuola::describe(ClassBuilder<kes_modscuola>& c) {
   c.name("kes_modscuola");
   c.sub<&kes_modscuola::_jobdone>("jobdone");
   c.sub<&kes_modscuola::_home_resize>("home_resize");
+  c.sub<&kes_modscuola::_day_resize>("day_resize");
   c.sub<&kes_modscuola::_scview_scrollchanged>("scview_scrollchanged");
   c.sub<&kes_modscuola::_before_click>("before_click");
   c.sub<&kes_modscuola::_after_click>("after_click");
   c.field<&kes_modscuola::_scview>("scview");
   c.field<&kes_modscuola::_before>("before");
   c.field<&kes_modscuola::_after>("after");
+  c.field<&kes_modscuola::_scday>("scday");
   c.field<&kes_modscuola::_lbltile>("lbltile");
   c.field<&kes_modscuola::_lblvalue>("lblvalue");
   c.field<&kes_modscuola::_lblnote>("lblnote");
@@ -65,16 +56,56 @@ Resumable<> kes_modscuola::_start(Text link) {
   _after.setAccessibleName("Giorno successivo");
   _main->_navcontrol.ShowPage(page);
   _panels.Initialize();
+  days_.clear();
   _iwidth = page.RootPanel().Width();
   _iheight = page.RootPanel().Height();
   const auto progress = _hd.progress("Caricamento dati in corso...");
   const auto job = co_await fetch(documents("/InfoVarlo/menuscuola/master/" + link + ".json"));
   // Another school may have been opened meanwhile: the page and its days are that one's.
   if (!job->_success || _home.nativeOrNull() != page.nativeOrNull()) co_return;
-  _document = mapOf(job);
-  page.setTitle(textOf(_document, "name"));
-  _first = DateTime().Add(DateTime().Now(), 0, 0, -kDaysBefore);
-  showDays(kSchoolDaysBefore);
+  const KesMap document = mapOf(job);
+  page.setTitle(textOf(document, "name"));
+
+  const auto first = DateTime().Add(DateTime().Now(), 0, 0, -kDaysBefore);
+  for (int n = 0; n < kDaysInAll; ++n) {
+    const auto day = DateTime().Add(first, 0, 0, n);
+    const int weekday = DateTime().GetDayOfWeek(day);
+    if (weekday == kSunday || weekday == kSaturday) continue;
+    const KesPanelWrapper panel = loadDay(document, day);
+    _panels.Add(panel);
+    _scview.Panel().AddView(panel, 0, 0, _iwidth, _iheight);
+  }
+  placeDays(kSchoolDaysBefore);
+}
+
+KesPanelWrapper kes_modscuola::loadDay(const KesMap& document, std::int64_t d) {
+  KesPanelWrapper panel;
+  panel.Initialize(bi(), "day");
+  panel.setWidth(_iwidth);
+  panel.setHeight(_iheight);
+  panel.LoadLayout("laymenuscuola", bi());
+  _lbltile.setText(_main->_dateutils->_getdayofweekname(d) + " " +
+                   std::to_string(DateTime().GetDayOfMonth(d)) + " " +
+                   _main->_dateutils->_getmonthname(d));
+  _lblvalue.setText(_menuscuola_recuperamenugiorno(document, d));
+  _lblnote.setText(_menuscuola_recuperamenunote(document, d));
+  for (const auto* label : {&_lblvalue, &_lblnote}) _scday.Panel().AddView(*label, 0, 0, 0, 0);
+  days_.push_back({panel, _scday, _lblvalue, _lblnote});
+  days_.back().layOut();
+  return panel;
+}
+
+void kes_modscuola::Day::layOut() {
+  const double width = page.Width(), room = page.Height(), inner = width - 2 * kMargin;
+  for (auto* label : {&meal, &note}) label->setWidth(inner);
+  const double mealHeight = wordsHeight(meal), noteHeight = wordsHeight(note);
+  const double height = std::max(room, mealHeight + noteHeight + 3 * kGap);
+  const double noteTop = height - kGap - noteHeight;
+  const double mealTop = std::max(kGap, std::round((noteTop - mealHeight) / 2));
+  meal.SetLayoutAnimated(0, 0, kMargin, mealTop, inner, mealHeight);
+  note.SetLayoutAnimated(0, 0, kMargin, noteTop, inner, noteHeight);
+  page.setContentWidth(width);
+  page.setContentHeight(height);
 }
 
 // --- What is for lunch.
@@ -138,53 +169,17 @@ Text kes_modscuola::_menuscuola_recuperamenunote(const KesMap& document, std::in
 
 // --- The pages of the days.
 
-void kes_modscuola::showDays(double shown) {
-  _panels.Initialize();
-  _scview.Panel().RemoveAllViews();
-  for (int n = 0; n < kDaysInAll; ++n) {
-    const auto day = DateTime().Add(_first, 0, 0, n);
-    const int weekday = DateTime().GetDayOfWeek(day);
-    if (weekday == kSunday || weekday == kSaturday) continue;
-    const KesPanelWrapper panel = loadDay(day);
-    _scview.Panel().AddView(panel, _iwidth * _panels.Size(), 0, _iwidth, _iheight);
-    _panels.Add(panel);
-  }
+void kes_modscuola::placeDays(double day) {
   _scview.setContentHeight(_iheight);
   _scview.setContentWidth(_iwidth * _panels.Size());
-  _scview.setScrollOffsetX(_iwidth * shown);
+  double left = 0;
+  for (const Value& v : _panels) {
+    auto panel = KesPanelWrapper::fromBoxed(v);
+    panel.SetLayoutAnimated(0, 1, left, 0, _iwidth, _iheight);
+    left += _iwidth;
+  }
+  _scview.setScrollOffsetX(_iwidth * day);
   showWhereItGoes();
-}
-
-KesPanelWrapper kes_modscuola::loadDay(std::int64_t d) {
-  KesPanelWrapper panel;
-  panel.Initialize(bi(), "");
-  panel.setWidth(_iwidth);
-  panel.setHeight(_iheight);
-  panel.LoadLayout("laymenuscuola", bi());
-  _lbltile.setText(_main->_dateutils->_getdayofweekname(d) + " " +
-                   std::to_string(DateTime().GetDayOfMonth(d)) + " " +
-                   _main->_dateutils->_getmonthname(d));
-  _lblvalue.setText(_menuscuola_recuperamenugiorno(_document, d));
-  _lblnote.setText(_menuscuola_recuperamenunote(_document, d));
-  scrollWhatIsTooHigh(panel);
-  return panel;
-}
-
-// The menu stands in the middle and its note at the bottom, as designed, where both have room.
-// On a low screen, or in large letters, they scroll below the day's name, one after the other.
-void kes_modscuola::scrollWhatIsTooHigh(KesPanelWrapper& panel) {
-  const double left = _lblvalue.Left(), top = _lblvalue.Top(), width = _lblvalue.Width();
-  const double room = _lblvalue.Height(), noteRoom = _lblnote.Height();
-  const double high = wordsHeight(_lblvalue), noteHigh = wordsHeight(_lblnote);
-  if (high <= room && noteHigh <= noteRoom) return;
-  const double gap = c().DipToCurrent(kNoteGap);
-  KesScrollView window;
-  window.Initialize(bi(), "", _iwidth, high + noteHigh + 2 * gap);
-  panel.AddView(window, 0, top, _iwidth, _iheight - top);
-  _lblvalue = takenOut(bi(), _lblvalue);
-  _lblnote = takenOut(bi(), _lblnote);
-  window.Panel().AddView(_lblvalue, left, 0, width, high);
-  window.Panel().AddView(_lblnote, left, high + gap, width, noteHigh);
 }
 
 // The same day stays on the screen when the phone is turned.
@@ -192,11 +187,18 @@ void kes_modscuola::_home_resize(double width, double height) {
   const double day = shownDay();
   _iwidth = width;
   _iheight = height;
-  if (_panels.IsInitialized() && _panels.Size() > 0) showDays(day);
+  if (_panels.IsInitialized() && _panels.Size() > 0) placeDays(day);
 }
 
 double kes_modscuola::shownDay() const {
   return _iwidth > 0 && _scview.IsInitialized() ? std::round(_scview.ScrollOffsetX() / _iwidth) : 0;
+}
+
+// Its layout has placed it for the new size.
+void kes_modscuola::_day_resize(double, double) {
+  const Ref<ui::View> sender = KesPanelWrapper::fromBoxed(c().Sender(bi())).nativeOrNull();
+  for (Day& day : days_)
+    if (day.panel.nativeOrNull() == sender) day.layOut();
 }
 
 void kes_modscuola::_scview_scrollchanged(double, double) { showWhereItGoes(); }

@@ -3,6 +3,8 @@
 // which it is valid. One instance; main thread.
 #pragma once
 
+#include <vector>
+
 #include "app/kit/feature.h"
 #include "runtime/views/pages/page.h"
 #include "runtime/views/wrappers/button_wrapper.h"
@@ -28,31 +30,39 @@ class kes_modscuola final : public Feature<kes_modscuola> {
 
   // What the views raise.
   void _home_resize(double width, double height);
+  void _day_resize(double width, double height);  // of the panel that sends it
   void _scview_scrollchanged(double x, double y);
   void _before_click();
   void _after_click();
 
   Ref<kes_main> _main;
   KesPage _home;
-  KesMap _document;         // of the school that is shown
-  std::int64_t _first = 0;  // its first day
-  KesList _panels;          // the days, one panel each
+  KesList _panels;  // the days, one panel each
   double _iwidth = 0, _iheight = 0;
   KesScrollView _scview;
   KesButtonWrapper _before, _after;  // lead to the day before and after
   // Of the day that was loaded last.
+  KesScrollView _scday;
   KesLabelWrapper _lbltile, _lblvalue, _lblnote;
 
  private:
-  // All days anew, in the page's size.
-  void showDays(double shown);
-  KesPanelWrapper loadDay(std::int64_t d);
-  void scrollWhatIsTooHigh(KesPanelWrapper& panel);
+  // What is below the line of a day's panel: the meal in the middle, the note at the bottom,
+  // or one below the other where a low phone or large letters leave no room for both.
+  struct Day {
+    KesPanelWrapper panel;
+    KesScrollView page;
+    KesLabelWrapper meal, note;
+    void layOut();
+  };
+  KesPanelWrapper loadDay(const KesMap& document, std::int64_t d);
   bool holds(const KesMap& period, std::int64_t d);
   Value mealOf(const KesMap& period, std::int64_t d);
+  void placeDays(double day);
   double shownDay() const;
   void turn(int days);
   void showWhereItGoes();
+
+  std::vector<Day> days_;  // as _panels
 };
 
 }  // namespace varlo

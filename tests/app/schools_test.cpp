@@ -45,11 +45,15 @@ class Schools : public LaunchedTest {
     school()._start("prova");
     settle();
   }
+  static const ui::View* viewOf(const ui::View& view, std::string_view name) {
+    if (view.name() == name) return &view;
+    for (const auto& child : view.children())
+      if (const auto* found = viewOf(*child, name)) return found;
+    return nullptr;
+  }
   static std::string part(int day, std::string_view name) {
-    const auto panel = KesPanelWrapper::fromBoxed(school()._panels.Get(day));
-    for (const auto& v : panel.view().children())
-      if (v->name() == name) return v->displayText();
-    return "?";
+    const auto* view = viewOf(KesPanelWrapper::fromBoxed(school()._panels.Get(day)).view(), name);
+    return view ? view->displayText() : "?";
   }
   Trace days() {
     Trace all;
@@ -205,8 +209,9 @@ TEST_F(Schools, ADocumentOfAnotherFormLeavesAnEmptyPage) {
 }
 
 TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
-  openSchool("{\"name\":\"Scuola\",\"menu\":[" + period("01/09/2017", "01/07/2018", "11/09/2017") +
-             "]}");
+  const std::string longMeal = "a|b|c|d|e|f|g|h|i|j|k";  // fits upright, and not turned
+  openSchool("{\"name\":\"Scuola\",\"menu\":[" +
+             period("01/09/2017", "01/07/2018", "11/09/2017", longMeal) + "]}");
   EXPECT_EQ(shownDay(), "mercoledì 15 novembre");
   const auto press = [&](const KesButtonWrapper& button) {
     phone.tap(button.view());
@@ -227,10 +232,13 @@ TEST_F(Schools, OneGetsFromDayToDayAndKeepsItWhenThePhoneIsTurned) {
     for (int i = 0; i < 11; ++i) {
       const auto panel = KesPanelWrapper::fromBoxed(school()._panels.Get(i));
       EXPECT_EQ(panel.view().frame(), (ui::Rect{size.width * i, 0, size.width, size.height - 64}));
+      const auto meal = viewOf(panel.view(), "lblvalue")->frame(),
+                 note = viewOf(panel.view(), "lblnote")->frame();
+      const auto& page = static_cast<const ui::ScrollView&>(*viewOf(panel.view(), "scday"));
+      EXPECT_LE(meal.y + meal.height, note.y) << "one text over the other, day " << i;
+      EXPECT_LE(note.y + note.height, page.contentSize().height) << "out of reach, day " << i;
+      EXPECT_EQ(page.contentSize().height > page.bounds().height, size.height < size.width);
     }
-    EXPECT_LE(school()._lblvalue.view().frameInWindow().bottom(),
-              school()._lblnote.view().frameInWindow().y)
-        << size.height;
   }
   for (int i = 0; i < 8; ++i) press(school()._after);
   EXPECT_EQ(shownDay(), "mercoledì 22 novembre");

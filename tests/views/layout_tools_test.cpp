@@ -193,7 +193,7 @@ TEST(AppLayouts, AllLoadWithTheirViewsOnPhonesOfEverySize) {
       {"laymenu",
        {"menuheader", "menutown", "menumotto", "menubody", "lstmenu", "menufooter", "lblversion"}},
       {"laymenuday", {"logo", "ltitle", "ltel", "laddress", "menudayline", "ppost"}},
-      {"laymenuscuola", {"lbltile", "schoolline", "lblvalue", "lblnote"}},
+      {"laymenuscuola", {"lbltile", "schoolline", "scday", "lblvalue", "lblnote"}},
       {"layscview", {"scview", "before", "after"}},
       {"laysv", {"sv"}},
       {"layweb", {"web"}},
