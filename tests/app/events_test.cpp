@@ -1,6 +1,5 @@
 // Events and sport: which are listed, in what order, what a card says, and what is asked of
 // which service. The phone's day is Wednesday, 15 November 2017, 09:30.
-#include "platform/ui/overlays/dialog.h"
 #include "runtime/views/wrappers/image_view_wrapper.h"
 #include "town_phone.h"
 

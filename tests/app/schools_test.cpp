@@ -1,7 +1,6 @@
 // School menus: the rotation and its dates, the days on the page, how one gets from one to
 // the next.
 #include "app/scuola/modscuola.h"
-#include "platform/ui/overlays/dialog.h"
 #include "runtime/data/dates/dateutils.h"
 #include "town_phone.h"
 

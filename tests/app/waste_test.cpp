@@ -4,7 +4,6 @@
 #include "app/kit/contrast.h"
 #include "app/mappe/modmaps.h"
 #include "app/rifiuti/rifiuti.h"
-#include "runtime/views/dialogs/message_box.h"
 #include "runtime/views/pages/bar_button_item.h"
 #include "town_phone.h"
 

@@ -1,6 +1,8 @@
 // The search view: what it shows for what is typed, what a choice does, where it stands.
 #include <gmock/gmock.h>
 
+#include <ranges>
+
 #include "components/register_components.h"
 #include "components/searchview.h"
 #include "platform/ui/reading/accessibility.h"
@@ -59,15 +61,13 @@ class SearchView : public testing::Test {
     const auto table = search->_lv.native();
     for (int i = 0; i < table->rowCount(); ++i) {
       const ui::AttributedText text = table->rowText(i);
-      std::string row;
-      bool red = false;
-      for (std::uint32_t at = 0; at < text.length(); ++at) {
-        if ((text.at(at).color == ui::Color(0xFFFF0000)) != red) row += red ? "]" : "[";
-        red = text.at(at).color == ui::Color(0xFFFF0000);
-        const auto from = ui::utf8Offset(text.text(), at), to = ui::utf8Offset(text.text(), at + 1);
-        row += text.text().substr(from, to - from);
-      }
-      all.push_back(row + (red ? "]" : ""));
+      std::string row = text.text();
+      for (const auto& run : text.runs() | std::views::reverse)
+        if (run.attributes.color == ui::Color(0xFFFF0000)) {
+          row.insert(ui::utf8Offset(text.text(), run.end), "]");
+          row.insert(ui::utf8Offset(text.text(), run.start), "[");
+        }
+      all.push_back(row);
     }
     return all;
   }
