@@ -1,5 +1,6 @@
 // What was measured to fit does fit, and looks as it should.
 #include <cmath>
+#include <ctime>
 
 #include "desk.h"
 #include "platform/qt/drawing/qt_text_engine.h"
@@ -252,6 +253,20 @@ TEST_F(TextOnScreen, AWordTooLongForItsLineIsShrunkOrBrokenAfterASign) {
   label->setText(kLong);
   label->setFrame({10, 10, 300, 3 * line});
   EXPECT_LE(ink(picture("shrunk"), page().bounds()).bottom(), 10 + 3 * line + 2);
+}
+
+// One text of 100,000 letters without a blank kept a list from opening for half a minute.
+TEST_F(TextOnScreen, AWordOfAnyLengthIsBrokenInATextsTime) {
+  const auto seconds = [&](const std::string& text) {
+    const auto start = std::clock();
+    EXPECT_GT(app.text().measure(text, ui::Font::system(14), 300, 0).height, 1000);
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  };
+  constexpr std::size_t kLetters = 40000;
+  std::string words(kLetters, 'W');
+  for (std::size_t i = 4; i < kLetters; i += 5) words[i] = ' ';
+  seconds(words);
+  EXPECT_LT(seconds(std::string(kLetters, 'W')), 30 * seconds(words));
 }
 
 TEST_F(TextOnScreen, IconsBesideTextsLineThemUpAndStandInTheMiddle) {

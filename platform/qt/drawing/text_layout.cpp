@@ -2,7 +2,6 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QTextBoundaryFinder>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
@@ -186,9 +185,10 @@ void TextLayout::layOut() {
 void TextLayout::breakWell(QTextLine& line) {
   const int start = line.textStart(), end = start + line.textLength();
   if (end >= text_.size() || text_[end - 1].isSpace() || text_[end].isSpace()) return;
-  QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text_);
-  breaks.setPosition(end);
-  if (breaks.isAtBoundary()) return;
+  // Finding them takes the whole text: once for all lines of a text without blanks.
+  if (!breaks_) breaks_.emplace(QTextBoundaryFinder::Line, text_);
+  breaks_->setPosition(end);
+  if (breaks_->isAtBoundary()) return;
   for (int i = end; i > start + 1; --i) {
     if (!QStringLiteral("@./_-?&=").contains(text_[i - 1])) continue;
     line.setNumColumns(i - start, style_.width + kSlack);
@@ -234,6 +234,7 @@ bool TextLayout::cut() {
   if (keep < 0) return false;
   while (keep > 0 && text_[keep - 1].isSpace()) --keep;
   text_ = text_.left(keep) + kEllipsis;
+  breaks_.reset();
   QList<QTextLayout::FormatRange> kept;
   for (auto f : std::as_const(formats_)) {
     if (f.start >= keep) continue;

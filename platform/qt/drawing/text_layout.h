@@ -4,9 +4,11 @@
 #pragma once
 
 #include <QString>
+#include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -75,6 +77,7 @@ class TextLayout {
   std::vector<Raised> raised_;
   std::vector<Paragraph> paragraphs_;
   std::unique_ptr<QTextLayout> layout_;
+  std::optional<QTextBoundaryFinder> breaks_;  // of the text, once asked for
   double width_ = 0, height_ = 0;
   bool overfull_ = false, breaksWords_ = false, breaksAtSigns_ = false, leavesOut_ = false;
 };
