@@ -85,10 +85,15 @@ TEST_F(Maps, PinsStandWhereTheTreeHasThemAndTapsOpenAndClose) {
   }
   tap(head(*a));
   ASSERT_TRUE(isOpen(a));
-  // The window is drawn where the tree says that it is.
+  // The window is drawn where the tree says that it is, once the engine has painted it.
   const ui::Rect box = map->ground().window()->frameInWindow();
-  const QImage open = picture("map-window");
-  EXPECT_EQ(at(open, box.x + 4, box.center().y), QColor(Qt::white));
+  QImage open;
+  EXPECT_TRUE(loop.until(
+      [&] {
+        open = picture("map-window");
+        return at(open, box.x + 4, box.center().y) == QColor(Qt::white);
+      },
+      5000));
   EXPECT_EQ(at(open, box.right() - 4, box.center().y), QColor(Qt::white));
   EXPECT_NE(at(open, box.x - 4, box.center().y), QColor(Qt::white));
   EXPECT_FALSE(ink(open, {box.x + 8, box.y + 8, box.width - 16, box.height - 16}).empty());
