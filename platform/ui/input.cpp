@@ -47,7 +47,7 @@ bool Input::pointer(PointerPhase phase, int id, double x, double y) {
     ++gesture_;
     start_ = last_ = at;
     lastTime_ = now();
-    velocityX_ = 0;
+    velocity_ = {};
     drag_ = Drag::Undecided;
     return began(at);
   }
@@ -100,8 +100,10 @@ void Input::longPressDue(std::uint64_t gesture) {
 
 bool Input::moved(Point at) {
   const auto time = now();
-  if (time > lastTime_)
-    velocityX_ = (at.x - last_.x) * 1000 / static_cast<double>(time - lastTime_);
+  if (time > lastTime_) {
+    const double second = 1000 / static_cast<double>(time - lastTime_);
+    velocity_ = {(at.x - last_.x) * second, (at.y - last_.y) * second};
+  }
   last_ = at;
   lastTime_ = time;
   const Point way = at - start_;
@@ -162,17 +164,17 @@ bool Input::ended(Point at) {
   const auto page = page_;
   const auto drag = drag_;
   const Point way = at - start_;
-  if (now() - lastTime_ > 100) velocityX_ = 0;  // the finger rested before it left
-  const double velocity = velocityX_;
+  if (now() - lastTime_ > 100) velocity_ = {};  // the finger rested before it left
+  const Point velocity = velocity_;
   const bool taps = pressReaches(at);
   release();
   if (pressed) pressed->setPressed(false);
   if (drag == Drag::Page) {
-    page->endPan(way, velocity);
+    page->endPan(way, velocity.x);
   } else if (drag == Drag::Scroll) {
     scroller->setOffset(scrollStart_ - way);
     if (scroller->paging())
-      scroller->scrollTo(scroller->restingPage(scrollStart_, {-velocity, 0}),
+      scroller->scrollTo(scroller->restingPage(scrollStart_, Point{} - velocity),
                          style::kPageTransition);
   } else {
     if (touched) touched->touch(TouchAction::Up, touched->fromWindow(at));

@@ -73,7 +73,7 @@ class Input {
   std::uint64_t gesture_ = 0;
   Point start_, last_;
   std::int64_t lastTime_ = 0;
-  double velocityX_ = 0;
+  Point velocity_;                      // points a second
   Ref<View> target_;                    // what was hit
   Ref<View> pressed_, held_, touched_;  // take tap, long press, touches
   Ref<ScrollView> scroller_;

@@ -192,13 +192,11 @@ TEST_F(InputTest, FocusGoesInReadingOrderAndRound) {
 }
 
 TEST_F(InputTest, AFlickTurnsOnePageAndASlowDragTheNearest) {
-  auto pages = place<ScrollView>(page, {0, 0, 320, 400});
-  pages->setContentSize({320 * 3, 400});
+  auto pages = place<ScrollView>(page, {0, 0, 320, 320});
   pages->setPaging(true);
-  phone.pump.drain();
   const struct {
     const char* what;
-    double from, to;  // across, in points
+    double from, to;  // across or down, in points
     std::int64_t step;
     double page;
   } cases[] = {
@@ -210,10 +208,17 @@ TEST_F(InputTest, AFlickTurnsOnePageAndASlowDragTheNearest) {
       {"a long one is one page too", 20, 310, 10, 0},
       {"before the first page", 20, 310, 10, 0},
   };
-  for (const auto& c : cases) {
-    phone.swipe({c.from, 200}, {c.to, 200}, c.step);
-    phone.pump.settle();
-    EXPECT_EQ(pages->offset().x, 320 * c.page) << c.what;
+  for (const bool across : {true, false}) {
+    pages->setContentSize(across ? Size{320 * 3, 320} : Size{320, 320 * 3});
+    pages->setOffset({});
+    phone.pump.drain();
+    const auto along = [&](double at) { return across ? Point{at, 200} : Point{200, at}; };
+    for (const auto& c : cases) {
+      phone.swipe(along(c.from), along(c.to), c.step);
+      phone.pump.settle();
+      EXPECT_EQ(pages->offset(), across ? Point(320 * c.page, 0) : Point(0, 320 * c.page))
+          << c.what << across;
+    }
   }
 }
 
