@@ -273,6 +273,12 @@ TEST_F(Reader, AWebPageIsReadWhereItIsAndItsLinksGoThroughTheGate) {
   // Another page, and none: nothing of the former is left.
   web->loadHtml("<title>Altra</title><p>nuovo</p>");
   EXPECT_TRUE(loop.until([&] { return find("nuovo") && !find("uno"); }, 10000));
+  const auto said = [&](QAccessible::Event what, QAccessible::Id about) {
+    return std::find(told.begin(), told.end(), std::pair(what, about)) != told.end();
+  };
+  EXPECT_TRUE(loop.until([&] { return said(QAccessible::ObjectDestroyed, link); }, 5000));
+  const auto paragraph = QAccessible::uniqueId(find("nuovo")->parent());
+  EXPECT_TRUE(loop.until([&] { return said(QAccessible::ObjectCreated, paragraph); }, 5000));
   EXPECT_NE(find("nuovo"), former);
   web->removeFromParent();
   EXPECT_TRUE(becomes({}));

@@ -181,6 +181,20 @@ QAccessibleInterface* ElementAccessible::page() const {
   return root ? tree_.inPage(*view(), root) : nullptr;
 }
 
+std::vector<QAccessibleInterface*> ElementAccessible::newInPage() {
+  std::vector<QAccessibleInterface*> fresh;
+  std::vector<QAccessible::Id> parts;
+  const auto* inside = page();
+  for (int i = 0; inside && i < inside->childCount(); ++i) {
+    auto* part = inside->child(i);
+    parts.push_back(QAccessible::uniqueId(part));
+    if (std::find(parts_.begin(), parts_.end(), parts.back()) == parts_.end())
+      fresh.push_back(part);
+  }
+  parts_ = std::move(parts);
+  return fresh;
+}
+
 QAccessibleInterface* ElementAccessible::parent() const {
   const auto* n = node();
   if (!n || n->parent < 0) return tree_.root();

@@ -72,6 +72,8 @@ class ElementAccessible final : public PartAccessible,
   ui::Ref<ui::View> view() const { return view_.lock(); }
   // The engine's object for the page that a web view shows; null if there is none (yet).
   QAccessibleInterface* document() const;
+  // The parts of its page that were not there the last time that this was asked.
+  std::vector<QAccessibleInterface*> newInPage();
   QAccessibleInterface* parent() const override;
   QAccessibleInterface* child(int index) const override;
   int childCount() const override;
@@ -101,6 +103,7 @@ class ElementAccessible final : public PartAccessible,
   QAccessibleInterface* page() const;
 
   ui::WeakRef<ui::View> view_;
+  std::vector<QAccessible::Id> parts_;  // of its page, as of the last newInPage()
 };
 
 }  // namespace qt

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kDelay = 100;       // milliseconds behind the view tree
 constexpr int kSaid = 5000;       // after that an announcement is no longer found
+constexpr int kPageDelay = 500;   // …and behind what pages do by themselves
 constexpr int kMostEvents = 200;  // beyond, a reader had better look for itself
 
 std::vector<AccessibleTree*>& trees() {
@@ -45,6 +46,8 @@ AccessibleTree::AccessibleTree(Stage& stage, QQuickWindow& window, const Mirror&
   forget_.setInterval(kSaid);
   QObject::connect(&forget_, &QTimer::timeout, &window,
                    [this] { static_cast<AnnouncerAccessible*>(announcer_)->said.clear(); });
+  pages_.setInterval(kPageDelay);
+  QObject::connect(&pages_, &QTimer::timeout, &window, [this] { followPages(); });
   focusLater_.setSingleShot(true);
   QObject::connect(&focusLater_, &QTimer::timeout, &window, [this] {
     rebuild();
@@ -127,7 +130,17 @@ QAccessibleInterface* AccessibleTree::standIn(QAccessibleInterface& about) {
   return document ? inPage(*view, &about) : nullptr;
 }
 
-// The engine tells nobody when an object of its ends.
+// What comes and goes in a page the engine tells nobody: while there is one, it is looked at.
+void AccessibleTree::followPages() {
+  sweepPages();
+  for (const auto& node : nodes_) {
+    if (node.role != ui::Role::WebContent) continue;
+    const auto fresh = node.accessible->newInPage();
+    if (fresh.size() <= kMostEvents)
+      for (auto* part : fresh) tell(QAccessible::ObjectCreated, part);
+  }
+}
+
 void AccessibleTree::sweepPages() {
   std::erase_if(inPages_, [&](const auto& entry) {
     if (entry.second->isValid()) return false;
@@ -193,7 +206,6 @@ void AccessibleTree::rebuild() {
       QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(accessible));
     }
   }
-  sweepPages();
   std::vector<QAccessibleInterface*> fresh, renamed;
   std::vector<int> top;
   for (int i = 0; i < static_cast<int>(nodes.size()); ++i) {
@@ -218,6 +230,10 @@ void AccessibleTree::rebuild() {
   if (fresh.size() <= kMostEvents)
     for (auto* element : fresh) tell(QAccessible::ObjectCreated, element);
   for (auto* element : renamed) tell(QAccessible::NameChanged, element);
+  followPages();
+  const bool pages = std::any_of(nodes_.begin(), nodes_.end(),
+                                 [](const Node& n) { return n.role == ui::Role::WebContent; });
+  if (pages != pages_.isActive()) pages ? pages_.start() : pages_.stop();
 }
 
 }  // namespace qt

@@ -72,6 +72,7 @@ class AccessibleTree {
  private:
   void rebuild();
   void sweepPages();
+  void followPages();
   void tell(QAccessible::Event event, QAccessibleInterface* about);
 
   Stage& stage_;
@@ -82,7 +83,7 @@ class AccessibleTree {
   std::unordered_map<const ui::View*, ElementAccessible*> made_;
   std::unordered_map<QAccessible::Id, PageAccessible*> inPages_;  // by the engine's object
   QAccessibleInterface* announcer_ = nullptr;
-  QTimer later_, focusLater_, forget_;
+  QTimer later_, focusLater_, forget_, pages_;
   bool built_ = false;
 };
 
