@@ -180,16 +180,20 @@ TEST(Faults, AreSetByScripts) {
 // Every answer is awaited by all clients at once: with fewer than 64 threads the
 // host would never give the first.
 TEST(Faults, SixtyFourConnectionsAreServedAtOnce) {
-  TownHost host;
-  std::latch together(64);
-  host.documents().add("/insieme", "text/plain", [&](const Occasion&) {
-    together.arrive_and_wait();
-    return std::string("tutti");
-  });
-  std::vector<std::future<std::string>> clients;
-  for (int i = 0; i < 64; ++i)
-    clients.push_back(std::async(std::launch::async, [&] { return get(host, "/insieme").body(); }));
-  for (auto& client : clients) EXPECT_EQ(client.get(), "tutti");
+  // More than once: an end that reaches for a connection which has gone fails by chance only.
+  for (int round = 0; round < 4; ++round) {
+    TownHost host;
+    std::latch together(64);
+    host.documents().add("/insieme", "text/plain", [&](const Occasion&) {
+      together.arrive_and_wait();
+      return std::string("tutti");
+    });
+    std::vector<std::future<std::string>> clients;
+    for (int i = 0; i < 64; ++i)
+      clients.push_back(
+          std::async(std::launch::async, [&] { return get(host, "/insieme").body(); }));
+    for (auto& client : clients) EXPECT_EQ(client.get(), "tutti");
+  }
 }
 
 }  // namespace
