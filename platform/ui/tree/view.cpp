@@ -387,7 +387,7 @@ void View::requestFocus() {
   if (auto* a = app(); a && canFocus() && window()) a->focus().set(this);
 }
 void View::resignFocus() {
-  if (auto* a = app(); a && isFocused()) a->focus().set(nullptr);
+  if (auto* a = app(); a && isFocused()) a->focus().lose();
 }
 
 // --- Names.

@@ -138,6 +138,7 @@ class View : public platform::Shared {
   // --- Focus: at most one view has it. By default what can be tapped can be focused.
   virtual bool canFocus() const { return takesTap(); }
   void requestFocus();
+  // The page's title has it from the next frame on, unless another view takes it.
   void resignFocus();
   bool isFocused() const { return flag(Focused); }
 
