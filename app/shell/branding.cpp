@@ -5,46 +5,43 @@
 namespace varlo {
 
 void setBranding() {
-  ui::Words words;
-  words.application = "InfoVarlo";
-  words.program = "it.varlo.infovarlo";
-  words.open = "Apri";
-  words.back = "Indietro";
-  words.menu = "Menu";
-  words.on = "attivo";
-  words.off = "non attivo";
-  words.loaded = "Caricamento completato";
-  words.map = "Mappa";
-  words.zoomIn = "Ingrandisci";
-  words.zoomOut = "Riduci";
-  words.north = "Torna al centro";
-  words.here = "La mia posizione";
-  words.barButtons = {"Fine",
-                      "Annulla",
-                      "Modifica",
-                      "Salva",
-                      "Aggiungi",
-                      "",
-                      "",
-                      "Scrivi",
-                      "Rispondi",
-                      "Condividi",
-                      "Organizza",
-                      "Segnalibri",
-                      "Cerca",
-                      "Aggiorna",
-                      "Interrompi",
-                      "Fotocamera",
-                      "Elimina",
-                      "Riproduci",
-                      "Pausa",
-                      "Riavvolgi",
-                      "Avanti veloce",
-                      "Annulla operazione",
-                      "Ripeti operazione"};
-  ui::Looks looks;
-  looks.accent = ui::Color{0xFF1F5F7A};
-  ui::setBranding(std::move(words), looks);
+  const ui::Words words{.application = "InfoVarlo",
+                        .program = "it.varlo.infovarlo",
+                        .open = "Apri",
+                        .back = "Indietro",
+                        .menu = "Menu",
+                        .on = "attivo",
+                        .off = "non attivo",
+                        .loaded = "Caricamento completato",
+                        .map = "Mappa",
+                        .zoomIn = "Ingrandisci",
+                        .zoomOut = "Riduci",
+                        .north = "Torna al centro",
+                        .here = "La mia posizione",
+                        .barButtons = {"Fine",
+                                       "Annulla",
+                                       "Modifica",
+                                       "Salva",
+                                       "Aggiungi",
+                                       "",
+                                       "",
+                                       "Scrivi",
+                                       "Rispondi",
+                                       "Condividi",
+                                       "Organizza",
+                                       "Segnalibri",
+                                       "Cerca",
+                                       "Aggiorna",
+                                       "Interrompi",
+                                       "Fotocamera",
+                                       "Elimina",
+                                       "Riproduci",
+                                       "Pausa",
+                                       "Riavvolgi",
+                                       "Avanti veloce",
+                                       "Annulla operazione",
+                                       "Ripeti operazione"}};
+  ui::setBranding(words, {.accent = ui::Color{0xFF1F5F7A}});
 }
 
 }  // namespace varlo
