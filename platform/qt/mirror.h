@@ -26,11 +26,6 @@ class Mirror {
   std::size_t shownItems() const { return shown_; }
   // Something on show moves by itself or is still loading.
   bool busy() const;
-  template <class Visit>
-  void eachShown(Visit visit) const {
-    for (const auto& [view, entry] : entries_)
-      if (entry.pass == pass_) visit(*entry.item);
-  }
 
  private:
   struct Entry {

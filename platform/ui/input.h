@@ -25,7 +25,6 @@ class Input {
   // scroller or a page has a use for the event.
   bool pointer(PointerPhase phase, int id, double x, double y);
   void cancelPointer();  // a native scroller has taken the finger over
-  bool pointerDown() const { return active_; }
   bool swiping() const { return active_ && drag_ == Drag::Page; }  // a page or a drawer
   View* pressed() const { return pressed_.get(); }                 // by the finger that is down
 

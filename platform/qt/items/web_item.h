@@ -28,7 +28,6 @@ class WebItem final : public ViewItem {
   QQuickItem* keyboardItem() override { return page_.get(); }
   QObject* accessibleInside() override;
   bool busy() const override { return loading_ || painting_; }
-  bool engineStarted() const { return page_ != nullptr; }
 
   // Asked by the page, which wants to go elsewhere by itself: whether it may. `main` is the
   // page itself rather than a frame in it, `link` what was clicked, by a hand or a script.

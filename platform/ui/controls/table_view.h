@@ -25,7 +25,6 @@ class TableView : public ScrollView {
   AttributedText rowText(int row) const { return text_(row); }
   double rowHeight() const { return rowHeight_; }  // at a text size of 100%
   void setRowHeight(double height);
-  Font rowFont() const { return font_; }
   void setRowFont(const Font& font);
 
   int selectedRow() const { return selected_; }

@@ -83,7 +83,6 @@ class View : public platform::Shared {
 
   // --- Layout. The pass calls layoutSubviews() once the size or the children changed.
   void setNeedsLayout();
-  bool needsLayout() const { return flag(NeedsLayout); }
   void layoutIfNeeded();  // this view and what is below it, now
 
   // --- Look.
@@ -168,7 +167,6 @@ class View : public platform::Shared {
   virtual std::string accessibleValue() const { return {}; }
 
   // --- For the screen.
-  Change pendingChanges() const { return pending_; }
   Change takeChanges();
   void markChanged(Change what);
 
