@@ -37,7 +37,7 @@ struct Shape {
 
 // What is outside of the curve in one of the corners, as alpha.
 QImage outside(std::size_t corner, QSize pixels) {
-  static QCache<quint64, QImage> kept(1 << 20);  // bytes
+  static thread_local QCache<quint64, QImage> kept(1 << 20);  // bytes; a renderer has its thread
   const quint64 key =
       (quint64(corner) << 62) | (quint64(pixels.width()) << 31) | quint64(pixels.height());
   if (const auto* made = kept.object(key)) return *made;
