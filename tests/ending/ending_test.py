@@ -1,7 +1,7 @@
 """Ctrl+C and SIGTERM: the programs end within 3 s and leave nothing temporary behind.
 
 ending_test.py VARLO-SIM [INFOVARLO]: starts a program with folders of its own, lets it get to
-rest or into a download that hangs, sends the signal. INFOVARLO needs the Qt screen.
+rest or into a download that hangs, sends the signal. Without INFOVARLO there is no Qt screen.
 """
 import os
 import pathlib
@@ -24,7 +24,6 @@ wait 20
 dump {reached}
 wait idle
 """
-
 
 
 def until(reached, process):
@@ -139,10 +138,10 @@ def app(program, downloading, number):
 
 def main():
     # The headless screen's own time passes at once: it is never at rest for long.
-    cases = [(simulator, sys.argv[1], "headless", DOWNLOAD), (simulator, sys.argv[1], "qt", REST),
-             (simulator, sys.argv[1], "qt", DOWNLOAD)]
+    cases = [(simulator, sys.argv[1], "headless", DOWNLOAD)]
     if len(sys.argv) > 2:
-        cases += [(app, sys.argv[2], False), (app, sys.argv[2], True)]
+        cases += [(simulator, sys.argv[1], "qt", REST), (simulator, sys.argv[1], "qt", DOWNLOAD),
+                  (app, sys.argv[2], False), (app, sys.argv[2], True)]
     for play, *what in cases:
         for number in (signal.SIGINT, signal.SIGTERM):
             try:
