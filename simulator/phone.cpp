@@ -26,6 +26,8 @@ namespace sim {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t kLogLines = 10000;  // that a script can ask for
+
 // The data folder of a run.
 struct Phone::Data {
   fs::path root;
@@ -83,6 +85,7 @@ Phone::Phone(const Options& options) : broker_(options.push) {
   platform::setLogSink([this](std::string_view line) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
     std::lock_guard lock(logMutex_);
+    if (log_.size() == kLogLines) log_.pop_front();
     log_.emplace_back(line);
   });
   varlo::setBranding();

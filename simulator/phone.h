@@ -8,6 +8,7 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -73,7 +74,7 @@ class Phone {
   std::shared_ptr<push::LocalLine> localLine_;  // unless a broker was named
   std::unique_ptr<varlo::PushDelivery> delivery_;
   mutable std::mutex logMutex_;
-  std::vector<std::string> log_;
+  std::deque<std::string> log_;  // the latest lines
 };
 
 }  // namespace sim

@@ -6,7 +6,7 @@
 namespace town {
 
 void RequestLog::add(LoggedRequest request) {
-  constexpr std::size_t most = 65'536;
+  constexpr std::size_t most = 16'384;
   std::lock_guard lock(mutex_);
   if (requests_.size() == most) requests_.pop_front();
   requests_.push_back(std::move(request));

@@ -1,6 +1,6 @@
 // What was asked of the host, in order of arrival, for tests to look at.
 //
-// Owned by the TownHost; any thread. Keeps the last 65,536 requests.
+// Owned by the TownHost; any thread. Keeps the last 16,384 requests.
 #pragma once
 
 #include <cstddef>
